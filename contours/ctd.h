@@ -12,12 +12,10 @@ class CEdgeImgComplement;
 // Positions are in pixels, x right and y down, with the centre of the pixel in column c, row r near
 // (c + 0.5, r + 0.5). Directions are in radians; a direction g is the vector (cos g, -sin g).
 // Statuses: 0 success, 4 out of memory, 9 file, 13 image is not 8-bit grey (or null, or too large).
-// A contour index i lies in 0 .. ctd_contour_count - 1 and a point index k in 0 .. ctd_contour_size
-// - 1; neither is checked, and a handle is null only where that is allowed. One thread at a time
-// uses a set.
+// Contour index: 0 <= i < ctd_contour_count. Point index: 0 <= k < ctd_contour_size. Neither is
+// checked, and a handle is null only where that is allowed. One thread at a time uses a set.
 
-// ---- Life cycle
-// -------------------------------------------------------------------------------------
+// ---- Life cycle ---------------------------------------------------------------------------------
 
 /// Makes an empty set; null when memory cannot be had. Release it with `ctd_delete`.
 ORVANDEL_API void* ctd_create();
@@ -30,8 +28,7 @@ ORVANDEL_API void ctd_delete(void* handle);
 /// allow, change nothing.
 ORVANDEL_API void ctd_copy(void* source, void* destination);
 
-// ---- Access
-// -----------------------------------------------------------------------------------------
+// ---- Access -------------------------------------------------------------------------------------
 
 ORVANDEL_API int ctd_contour_count(void* handle);
 ORVANDEL_API int ctd_point_count(void* handle);
@@ -62,20 +59,17 @@ ORVANDEL_API CEdgeImgComplement* ctd_edgeIm(void* handle);
 ORVANDEL_API int ctd_contour_active_point_count(void* handle, int i);
 ORVANDEL_API int ctd_active_point_count(void* handle);
 
-// ---- Crawling
-// ---------------------------------------------------------------------------------------
+// ---- Crawling -----------------------------------------------------------------------------------
 
 /// Replaces the set's contours by those of an image: edge points from `SubCanny`, followed through
 /// their 8-neighbours from both ends of each chain.
 ///
 /// @param image           8-bit grey, below 65536 pixels each way. Used up: it ends as an edge map
-/// without
-///                        the edge pixels that were followed.
+///                        without the edge pixels that were followed.
 /// @param edge_threshold  as for `SubCanny`.
 /// @param min_size,max_size  fewest and most points of a contour that is kept.
 /// @return  0, also when memory is short (the contours are then as they were); 13 for an image that
-/// is null,
-///          of another type or too large, with nothing changed.
+///          is null, of another type or too large, with nothing changed.
 ORVANDEL_API int ctd_crawl(void* handle, tImage* image, int edge_threshold, int min_size,
                            int max_size);
 
@@ -84,12 +78,10 @@ ORVANDEL_API int ctd_crawl(void* handle, tImage* image, int edge_threshold, int 
 /// @param handle  not used.
 /// @param image   8-bit grey; not changed.
 /// @return  1 to 255; 10 where the histogram gives none (a flat or tiny image, memory short); 13
-/// for an image
-///          that is null or of another type.
+///          for an image that is null or of another type.
 ORVANDEL_API int ctd_compute_edge_strength(void* handle, tImage* image);
 
-// ---- Conditioning
-// -----------------------------------------------------------------------------------
+// ---- Conditioning -------------------------------------------------------------------------------
 
 /// Smooths the positions of every contour of 6 or more points by a five-point mean. Returns 0.
 ORVANDEL_API int ctd_average(void* handle);
@@ -116,8 +108,7 @@ ORVANDEL_API double ctd_miny(void* handle, double* other);
 ORVANDEL_API void ctd_bbox(void* handle, double* min_x, double* min_y, double* max_x,
                            double* max_y);
 
-// ---- Files and pictures
-// -----------------------------------------------------------------------------
+// ---- Files and pictures -------------------------------------------------------------------------
 
 /// Writes the binary contour file. Returns 0, or 9 when the file cannot be opened or written whole
 /// (a part of it may be left).
@@ -126,8 +117,7 @@ ORVANDEL_API int ctd_save(void* handle, char* path);
 /// Replaces the set's contours by those of a file written by `ctd_save`. The file is trusted: give
 /// it only files of known origin.
 /// @return  0; 9 when it cannot be opened, with the set unchanged; 4 when memory for it cannot be
-/// had or a
-///          count is negative, with the set empty.
+///          had or a count is negative, with the set empty.
 ORVANDEL_API int ctd_load(void* handle, char* path);
 
 /// Lists the contours as text. Returns 0, or 9 when the file cannot be opened.

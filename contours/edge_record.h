@@ -26,7 +26,7 @@ class ORVANDEL_API CEdgeImgComplement {
   /// Stores an edge point in the cell of the pixel that holds (x, y), over an earlier one.
   ///
   /// @param x,y  position in pixels; truncated toward zero for the cell. Outside the grid nothing
-  /// is stored.
+  ///             is stored.
   /// @param g    edge direction in radians.
   void Store(double x, double y, double g);
 

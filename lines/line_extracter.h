@@ -34,7 +34,7 @@ class ORVANDEL_API CLineExtracter {
   ///
   /// @param x,y     coordinates, `n` each.
   /// @param f       flags, `n`; of an open contour the first and last `neighbour_offset` stay as
-  /// they are.
+  ///                they are.
   /// @param closed  0 for an open contour.
   /// @return  0, or 1 when the contour is too short (nothing is written).
   int MarkStraightPoints(const double* x, const double* y, int* f, int n, int closed);

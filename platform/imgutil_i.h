@@ -29,8 +29,7 @@ struct tImage {
 /// @param type   pixel type, kept in the record; every type is created with one byte a pixel.
 /// @param width,height  pixels, 1 and more.
 /// @return  the image, to be released with `im_delete`; null for a width or height below 1, and for
-/// a
-///          size whose bytes cannot be counted or had.
+///          a size whose bytes cannot be counted or had.
 IMGUTIL_API tImage* im_create(int type, int width, int height);
 
 /// Makes an image of the same type and size with every pixel 0. Null in, null out; null when out of
@@ -44,14 +43,13 @@ IMGUTIL_API tImage* im_duplicate(const tImage* image);
 /// own pixels is the host's to release.
 IMGUTIL_API void im_delete(tImage* image);
 
-/// Reads a picture file into an image of exactly the file's size. Colour becomes grey by
-/// 0.299 R + 0.587 G + 0.114 B, rounded; the values of a grey file are unchanged.
+/// Reads a picture file into an image of exactly the file's size. Colour becomes grey by 0.299 R +
+/// 0.587 G + 0.114 B, rounded; the values of a grey file are unchanged.
 ///
 /// @param image      8-bit grey; not resized. After a failed read its pixels are as they were.
 /// @param path       UTF-8.
 /// @param file_type  1 = BMP with 8, 24 or 32 bits a pixel; 0 = by the path's extension (.bmp,
-/// .png,
-///                   .jpg, .jpeg, .pgm, .ppm, .pnm), BMP where it names none of these.
+///                   .png, .jpg, .jpeg, .pgm, .ppm, .pnm), BMP where it names none of these.
 /// @return  0, or one of `ImageFileError` below.
 IMGUTIL_API int im_file_read(tImage* image, const char* path, int file_type);
 
@@ -59,8 +57,7 @@ IMGUTIL_API int im_file_read(tImage* image, const char* path, int file_type);
 /// one; after a failure it is as it was and nothing is left beside it.
 ///
 /// @param file_type  1 = BMP with a 256-entry grey palette; 0 = by the extension (.bmp, .png, .jpg,
-/// .jpeg,
-///                   .pgm, .tga), BMP where it names none of these.
+///                   .jpeg, .pgm, .tga), BMP where it names none of these.
 /// @return  0, or one of `ImageFileError` below.
 IMGUTIL_API int im_file_write(const tImage* image, const char* path, int file_type);
 
@@ -69,8 +66,8 @@ IMGUTIL_API int im_file_write(const tImage* image, const char* path, int file_ty
 /// @param width,height  pixels.
 /// @param third   channels in the file: 1 grey, 2 grey and alpha, 3 colour, 4 colour and alpha.
 /// @param fourth  bits a channel.
-/// @return  0, or one of `ImageFileError` below; then nothing is written. Null results are not
-/// wanted ones.
+/// @return  0, or one of `ImageFileError` below; then nothing is written. A null pointer among
+///          the results is passed over.
 IMGUTIL_API int im_file_get_size(const char* path, int file_type, int* width, int* height,
                                  int* third, int* fourth);
 

@@ -80,8 +80,7 @@ class ORVANDEL_API QRSIS {
   ///
   /// @param image  8-bit grey; used up. The caller keeps ownership.
   /// @return  0 trained; 1 no contour, or no image; 3 `Initialize` was not called; 4 no line
-  /// segment. The
-  ///          object is trained exactly when 0 is returned.
+  ///          segment. The object is trained exactly when 0 is returned.
   int TrainIt(tImage* image);
 
   /// Writes the pattern image to path + "_qrsi.bmp". False when untrained or when it cannot be
@@ -95,12 +94,10 @@ class ORVANDEL_API QRSIS {
   /// Finds the pattern in a scene; the result is read with `GetFoundPattData`.
   ///
   /// @param image  8-bit grey; used up. The caller keeps ownership. An image of another type leaves
-  /// the
-  ///               previous scene's contours to be searched.
+  ///               the previous scene's contours to be searched.
   /// @return  0 a pose was determined (weigh its score), or the time ran out before the search
-  /// began (all
-  ///          results 0); 1 untrained; 2 no contour in the scene; 3 `Initialize` was not called; 4
-  ///          no line segment in the scene.
+  ///          began (all results 0); 1 untrained; 2 no contour in the scene; 3 `Initialize` was not
+  ///          called; 4 no line segment in the scene.
   int LookForIt(tImage* image);
 
   /// Releases contour sets and pattern image of an object that will be discarded without

@@ -51,8 +51,8 @@ class ORVANDEL_API CPattVerify {
   double ScoreAtVerifyPoints(const CEdgeImgComplement* edges, double tx, double ty, double angle,
                              double scale, double cx, double cy);
 
-  /// Score of a pose at every `step`-th point of every contour of a set; a step below 1 counts
-  /// as 1.
+  /// Score of a pose at every `step`-th point of every contour of a set; a step below 1 counts as
+  /// 1.
   double ScoreAlongContours(void* contours, const CEdgeImgComplement* edges, double tx, double ty,
                             double angle, double scale, double cx, double cy, int step);
 

@@ -1,0 +1,12 @@
+# orvandel_add_test(<name> SOURCES <files> [LINKS <targets>]): one test program a folder. It links the stages'
+# object files, so that it can look behind the published interface.
+
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+function(orvandel_add_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name}_test ${ARG_SOURCES})
+  target_link_libraries(${name}_test PRIVATE orvandel_core ${ARG_LINKS} GTest::gtest_main)
+  gtest_discover_tests(${name}_test TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()
