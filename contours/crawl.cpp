@@ -1,0 +1,60 @@
+// From an image to the contours of a set.
+
+#include <algorithm>
+#include <new>
+
+#include "contours/contour_tracing.h"
+#include "contours/ctd.h"
+#include "contours/point_arrays.h"
+#include "edges/sub_canny.h"
+
+namespace orvandel {
+namespace {
+
+constexpr int kNotGrey = 13;
+
+/// Columns and rows of edge points are 16-bit numbers.
+constexpr int kTooLarge = 65536;
+
+bool CanBeCrawled(const tImage* image) {
+  return image != nullptr && image->type == 1 && image->width < kTooLarge &&
+         image->height < kTooLarge;
+}
+
+/// Gives the set exactly the traced contours, all flags 0; or nothing when memory is short.
+void StoreContours(const TracedContours& traced, CCrawler& set) {
+  PointArrays points;
+  auto records = AllocateZeros<ContourRecord>(static_cast<std::int64_t>(traced.records.size()));
+  if (!records || !points.Allocate(static_cast<std::int64_t>(traced.x.size()))) return;
+  std::copy(traced.x.begin(), traced.x.end(), points.x.get());
+  std::copy(traced.y.begin(), traced.y.end(), points.y.get());
+  std::copy(traced.g.begin(), traced.g.end(), points.g.get());
+  std::copy(traced.records.begin(), traced.records.end(), records.get());
+
+  FreeArrays(set);
+  points.MoveInto(set);
+  set.contours = records.release();
+  set.point_count = set.point_capacity = static_cast<std::int32_t>(traced.x.size());
+  set.contour_count = set.contour_capacity = static_cast<std::int32_t>(traced.records.size());
+}
+
+}  // namespace
+}  // namespace orvandel
+
+int ctd_crawl(void* handle, tImage* image, int edge_threshold, int min_size, int max_size) {
+  if (!orvandel::CanBeCrawled(image)) return orvandel::kNotGrey;
+
+  CCrawler& set = orvandel::SetOf(handle);
+  set.edge_threshold = edge_threshold;
+  set.min_size = min_size;
+  set.max_size = max_size;
+  if (set.edgeIm == nullptr) set.edgeIm = new (std::nothrow) CEdgeImgComplement;
+  if (set.edgeIm != nullptr) set.edgeIm->SetSize(image->width, image->height);
+  SubCanny(image, edge_threshold, set.edgeIm);
+  try {
+    orvandel::StoreContours(orvandel::TraceContours(image, set.edgeIm, min_size, max_size), set);
+  } catch (const std::bad_alloc&) {
+    // The set keeps its contours, and the status stays 0.
+  }
+  return 0;
+}
