@@ -1,13 +1,21 @@
-# What `cmake --install` lays down: libraries, headers, tool, CMake package and pkg-config file.
+# What `cmake --install` lays down, and the archives and Debian packages that cpack makes of it. The tool's folder
+# installs the tool.
+#
+# Components: runtime (libraries and tool, and what names none), development (headers, CMake package, pkg-config file).
 
 include(CMakePackageConfigHelpers)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME runtime)
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Orvandel)
 
-install(TARGETS orvandel imgutil_i mvtools_i EXPORT OrvandelTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(EXPORT OrvandelTargets NAMESPACE Orvandel::
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Orvandel)
+# Installed files find each other wherever the prefix is moved to: this leads from the pkg-config file to the prefix.
+file(RELATIVE_PATH prefix_from_pkgconfig /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+
+set(libraries orvandel imgutil_i mvtools_i)
+set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
+install(TARGETS ${libraries} EXPORT OrvandelTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 
 foreach(header IN ITEMS
     platform/export.h platform/imgutil_i.h platform/mvtools_i.h edges/sub_canny.h contours/edge_record.h
@@ -15,17 +23,45 @@ foreach(header IN ITEMS
     search/qrsis.h)
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES ${PROJECT_SOURCE_DIR}/${header}
-          DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvandel/${folder})
+          DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvandel/${folder} COMPONENT development)
 endforeach()
 
+install(EXPORT OrvandelTargets NAMESPACE Orvandel:: DESTINATION ${package_dir} COMPONENT development)
 configure_package_config_file(
   ${PROJECT_SOURCE_DIR}/cmake/OrvandelConfig.cmake.in ${PROJECT_BINARY_DIR}/OrvandelConfig.cmake
-  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Orvandel)
+  INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/OrvandelConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/OrvandelConfig.cmake ${PROJECT_BINARY_DIR}/OrvandelConfigVersion.cmake
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Orvandel)
+        DESTINATION ${package_dir} COMPONENT development)
 
 configure_file(${PROJECT_SOURCE_DIR}/cmake/orvandel.pc.in ${PROJECT_BINARY_DIR}/orvandel.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/orvandel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${PROJECT_BINARY_DIR}/orvandel.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+set(CPACK_PACKAGE_NAME orvandel)
+set(CPACK_PACKAGE_VENDOR "The Orvandel developers")
+set(CPACK_PACKAGE_CONTACT "The Orvandel developers <orvandel@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_COMPONENTS_ALL runtime development)
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+elseif(APPLE)
+  set(CPACK_GENERATOR TGZ)
+else()
+  set(CPACK_GENERATOR TGZ DEB)
+endif()
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME orvandel)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME liborvandel-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "orvandel (= ${PROJECT_VERSION})")
+include(CPack)

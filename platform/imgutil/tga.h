@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/imgutil/picture.h"
+
+namespace orvandel {
+
+/// Writes a Truevision file, 8-bit grey, run-length coded. Refuses more than `kMaxCodecBytes`
+/// pixels.
+ImageFileError EncodeTga(const tImage& image, Bytes& file);
+
+}  // namespace orvandel
