@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/pose.h"
+#include "platform/imgutil_i.h"
+
+namespace orvandel::cli {
+
+struct Colour {
+  std::uint8_t red = 0;
+  std::uint8_t green = 0;
+  std::uint8_t blue = 0;
+};
+
+/// The i-th of a row of colours in which neighbours differ well.
+Colour DistinctColour(int i);
+
+/// A colour picture to draw on, anti-aliased. Positions are those of the picture that it was made
+/// from, whatever the zoom; widths are pixels of the canvas. What lies outside is cut off.
+class Canvas {
+ public:
+  /// @param picture     8-bit grey; only read.
+  /// @param zoom        canvas pixels a picture pixel, 1 and more.
+  /// @param brightness  of the ground, 0 black to 1 as it is.
+  Canvas(const tImage& picture, int zoom, double brightness);
+
+  int width() const { return width_; }
+  int height() const { return height_; }
+
+  void DrawLine(Point from, Point to, double width_px, Colour colour);
+  void DrawPolyline(std::span<const Point> points, bool closed, double width_px, Colour colour);
+  void DrawDot(Point centre, double diameter_px, Colour colour);
+
+  // Canvas pixels, for captions and frames.
+
+  /// A rectangle that lets the ground through: 0 leaves it, 1 covers it.
+  void FillRectangle(int x, int y, int width, int height, Colour colour, double opacity);
+  /// Text in capitals, digits and `.,-+%:/` of 3 x 5 dots; other characters are blank.
+  ///
+  /// @param dot_px  side of a dot.
+  void DrawText(int x, int y, int dot_px, std::string_view text, Colour colour);
+  static int TextWidth(std::string_view text, int dot_px);
+  static int TextHeight(int dot_px) { return 5 * dot_px; }
+
+  /// The canvas as a PNG file. Throws std::bad_alloc when memory is short.
+  std::string EncodePng() const;
+
+ private:
+  void CoverSegment(Point from, Point to, double width_px);
+  void CoverPiece(Point from, Point to, double width_px);
+  void Cover(int x, int y, double coverage);
+  void PaintCovered(Colour colour);
+  void Blend(std::size_t pixel, Colour colour, double opacity);
+  Point OnCanvas(Point p) const { return {p.x * zoom_, p.y * zoom_}; }
+
+  int width_;
+  int height_;
+  double zoom_;
+  std::vector<std::uint8_t> rgb_;
+  // What the figure being drawn covers. Painting it only when it is whole keeps the joints of
+  // a polyline from being blended twice.
+  std::vector<float> coverage_;
+  std::vector<std::size_t> covered_;
+};
+
+}  // namespace orvandel::cli

@@ -1,0 +1,168 @@
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "cli/canvas.h"
+#include "cli/command.h"
+#include "cli/contour_set.h"
+#include "cli/draw_options.h"
+#include "cli/help.h"
+#include "cli/number_text.h"
+#include "cli/output_file.h"
+#include "cli/report.h"
+#include "cli/tool_error.h"
+#include "contours/crawler.h"
+
+namespace orvandel::cli {
+namespace {
+
+constexpr const char* kAbout =
+    "Shows the contours that the library sees in a picture, as training and search use\n"
+    "them: sub-pixel edge points, smoothed, one a pixel, largest contour first.";
+constexpr const char* kUsage = "orvandel contours [options] IMAGE";
+constexpr const char* kFooter =
+    R"(Per contour: number of points, whether it closes on itself, and the pixels it
+spans, x right and y down; the centre of the top-left pixel is (0.5, 0.5).
+
+Examples:
+  orvandel contours part.png
+  orvandel contours part.png --edge-threshold 30 --min-contour 40 --draw seen.png
+  orvandel contours part.png --draw seen.png --zoom 4       to see sub-pixel detail
+  orvandel contours part.png --raw --csv --output part.csv)";
+
+struct ContoursArguments {
+  std::string image;
+  ContourOptions contour;
+  bool raw = false;
+  bool all = false;
+  bool csv = false;
+  std::string output;
+  std::string save_file;
+  std::string dump_file;
+  DrawOptions draw;
+  bool verbose = false;
+};
+
+// What one contour spans.
+struct Extent {
+  Point least;
+  Point most;
+};
+
+Extent ExtentOf(const std::vector<Point>& points) {
+  Extent extent = {points.front(), points.front()};
+  for (const Point& p : points) {
+    extent.least = {std::min(extent.least.x, p.x), std::min(extent.least.y, p.y)};
+    extent.most = {std::max(extent.most.x, p.x), std::max(extent.most.y, p.y)};
+  }
+  return extent;
+}
+
+void PrintCsv(void* contours, Report& report) {
+  report.Print("contour,points,closed,min_x,min_y,max_x,max_y\n");
+  for (int i = 0; i < ctd_contour_count(contours); ++i) {
+    const Extent e = ExtentOf(ContourPoints(contours, i));
+    report.Print(fmt::format("{},{},{},{},{},{},{}\n", i, ctd_contour_size(contours, i),
+                             ctd_contour_closed(contours, i), Fixed(e.least.x, 3),
+                             Fixed(e.least.y, 3), Fixed(e.most.x, 3), Fixed(e.most.y, 3)));
+  }
+}
+
+void PrintTable(void* contours, int num_rows, Report& report) {
+  report.Print(
+      fmt::format("\n{:>7}  {:>7}  {:6}  {:>19}  {:>19}\n", "contour", "points", "", "x", "y"));
+  for (int i = 0; i < num_rows; ++i) {
+    const Extent e = ExtentOf(ContourPoints(contours, i));
+    report.Print(fmt::format(
+        "{:>7}  {:>7}  {:6}  {:>8} - {:>8}  {:>8} - {:>8}\n", i, ctd_contour_size(contours, i),
+        ctd_contour_closed(contours, i) != 0 ? "closed" : "open", Fixed(e.least.x, 2),
+        Fixed(e.most.x, 2), Fixed(e.least.y, 2), Fixed(e.most.y, 2)));
+  }
+}
+
+void PrintText(void* contours, bool all, Report& report) {
+  constexpr int kFewRows = 20;
+  const int num_contours = ctd_contour_count(contours);
+  const int num_rows = all ? num_contours : std::min(num_contours, kFewRows);
+  report.Print(fmt::format("{} contours of {} points, edge threshold {}\n", num_contours,
+                           ctd_point_count(contours),
+                           static_cast<const CCrawler*>(contours)->edge_threshold));
+  if (num_rows > 0) PrintTable(contours, num_rows, report);
+  if (num_rows < num_contours)
+    report.Print(fmt::format("... and {} more (--all)\n", num_contours - num_rows));
+}
+
+void Draw(const Picture& picture, void* contours, const DrawOptions& options) {
+  constexpr double kLineWidth = 1.3;
+  Canvas canvas = DarkenedCanvas(picture, options);
+  for (int i = 0; i < ctd_contour_count(contours); ++i)
+    canvas.DrawPolyline(ContourPoints(contours, i), /*closed=*/false, kLineWidth,
+                        DistinctColour(i));
+  WriteFile(options.file, canvas.EncodePng());
+}
+
+void WriteFiles(const Picture& picture, void* contours, const ContoursArguments& arguments) {
+  if (!arguments.save_file.empty())
+    WriteFileBy(arguments.save_file, [contours](const std::string& path) {
+      return ctd_save(contours, path.c_str()) == 0;
+    });
+  if (!arguments.dump_file.empty())
+    WriteFileBy(arguments.dump_file, [contours](const std::string& path) {
+      return ctd_dump(contours, path.c_str()) == 0;
+    });
+  if (arguments.draw.IsWanted()) Draw(picture, contours, arguments.draw);
+}
+
+int Run(const ContoursArguments& arguments) {
+  CheckOptions(arguments.contour);
+  const Picture picture = ReadPicture(arguments.image);
+  if (arguments.verbose) NoteConversion(picture);
+  const ContourSet contours = FindContours(picture, arguments.contour, arguments.raw);
+  WriteFiles(picture, contours.get(), arguments);
+  Report report(arguments.output);
+  if (arguments.csv)
+    PrintCsv(contours.get(), report);
+  else
+    PrintText(contours.get(), arguments.all, report);
+  report.Finish();
+  return kExitSuccess;
+}
+
+void AddOptions(CLI::App& app, ContoursArguments& arguments) {
+  app.add_option("IMAGE", arguments.image, "The picture to look at.")->required();
+  AddContourOptions(app, arguments.contour);
+  app.add_flag("--raw", arguments.raw,
+               "The contours as they are followed: not smoothed, spaced or sorted.");
+  app.add_flag("--all", arguments.all, "List every contour, not the first 20 only.")
+      ->group("Output");
+  app.add_flag("--csv", arguments.csv, "Print CSV, a header and a line per contour.")
+      ->group("Output");
+  app.add_option("--output", arguments.output, "Print into this file.")
+      ->type_name("FILE")
+      ->group("Output");
+  AddDrawOptions(app, arguments.draw, "each contour in a colour of its own");
+  app.add_option("--save", arguments.save_file,
+                 "Write the binary contour file that `ctd_load` reads.")
+      ->type_name("FILE")
+      ->group("Output");
+  app.add_option("--dump", arguments.dump_file, "Write every point as text: x, y, direction, flag.")
+      ->type_name("FILE")
+      ->group("Output");
+  app.add_flag("--verbose", arguments.verbose, "Say what was converted.")->group("Output");
+}
+
+}  // namespace
+
+Command AddContoursCommand(CLI::App& program) {
+  const auto arguments = std::make_shared<ContoursArguments>();
+  CLI::App& app = AddSubcommand(program, "contours", "Show the contours of a picture.",
+                                {kAbout, kUsage, kFooter});
+  AddOptions(app, *arguments);
+  return {&app, [arguments] { return Run(*arguments); }};
+}
+
+}  // namespace orvandel::cli

@@ -1,0 +1,46 @@
+#include "cli/draw_options.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "cli/number_text.h"
+#include "cli/tool_error.h"
+
+namespace orvandel::cli {
+namespace {
+
+constexpr int kMaxZoom = 32;
+
+int ParseZoom(const std::string& text) {
+  const auto zoom = ParseInteger(text);
+  if (zoom && *zoom >= 1 && *zoom <= kMaxZoom) return *zoom;
+  throw UsageError(fmt::format("--zoom: '{}' is not a whole number from 1 to {}", text, kMaxZoom));
+}
+
+}  // namespace
+
+void AddDrawOptions(CLI::App& app, DrawOptions& options, const std::string& what) {
+  app.add_option("--draw", options.file,
+                 fmt::format("Write a PNG of the darkened picture with {}.", what))
+      ->type_name("FILE")
+      ->group("Output");
+  app.add_option_function<std::string>(
+         "--zoom", [&options](const std::string& text) { options.zoom = ParseZoom(text); },
+         fmt::format("Draw so many times larger, 1 to {} (1); sub-pixel detail shows from 4 on.",
+                     kMaxZoom))
+      ->type_name("N")
+      ->group("Output");
+}
+
+Canvas DarkenedCanvas(const Picture& picture, const DrawOptions& options) {
+  constexpr double kBrightness = 0.45;
+  const int longer_side = std::max(picture.image->width, picture.image->height);
+  if (longer_side > kMaxPictureSide / options.zoom)
+    throw FileError(picture.path,
+                    fmt::format("too large to be drawn {} times larger (--zoom)", options.zoom));
+  return Canvas(*picture.image, options.zoom, kBrightness);
+}
+
+}  // namespace orvandel::cli

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include "cli/canvas.h"
+#include "cli/picture.h"
+
+namespace CLI {
+class App;
+}
+
+namespace orvandel::cli {
+
+/// What the commands that show what the library sees draw, and where.
+struct DrawOptions {
+  std::string file;  ///< PNG; empty for none
+  int zoom = 1;      ///< canvas pixels a picture pixel
+
+  bool IsWanted() const { return !file.empty(); }
+};
+
+/// Adds --draw and --zoom; `options` must live as long as `app`.
+///
+/// @param what  is drawn over the darkened picture, for the help.
+void AddDrawOptions(CLI::App& app, DrawOptions& options, const std::string& what);
+
+/// The picture, darkened so that colours stand out, to draw on. Throws FileError when it would be
+/// larger than pictures may be.
+Canvas DarkenedCanvas(const Picture& picture, const DrawOptions& options);
+
+}  // namespace orvandel::cli

@@ -1,0 +1,40 @@
+#include "cli/duration.h"
+
+#include <cmath>
+#include <optional>
+#include <string>
+
+#include <fmt/format.h>
+
+#include "cli/number_text.h"
+#include "cli/tool_error.h"
+
+namespace orvandel::cli {
+namespace {
+
+std::optional<double> MicrosecondsPer(std::string_view unit) {
+  if (unit == "us" || unit == "\xC2\xB5s") return 1.0;
+  if (unit == "ms") return 1e3;
+  if (unit == "s") return 1e6;
+  return std::nullopt;
+}
+
+}  // namespace
+
+int ParseTimeoutUs(std::string_view text) {
+  if (text == "0") return 0;
+  const std::size_t number_length = text.find_last_of("0123456789.") + 1;  // npos + 1 is 0
+  const std::optional<double> number = ParseNumber(text.substr(0, number_length));
+  const std::optional<double> unit_us = MicrosecondsPer(text.substr(number_length));
+  if (!number || !unit_us)
+    throw UsageError(fmt::format(
+        "--timeout: '{}' is not a time; give a number and its unit, as in 500us, 20ms or 1.5s",
+        text));
+  const double timeout_us = std::round(*number * *unit_us);
+  if (!(timeout_us >= 0 && timeout_us <= kMaxTimeoutUs))
+    throw UsageError(
+        fmt::format("--timeout: '{}' is out of range; it goes from 0 to 3.999s", text));
+  return static_cast<int>(timeout_us);
+}
+
+}  // namespace orvandel::cli

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "cli/evaluation.h"
+
+namespace orvandel::cli {
+
+// Lines with their line breaks.
+
+/// The head of an aligned table whose first column takes names of so many characters.
+std::string SummaryTableHead(std::size_t name_width);
+std::string SummaryTableRow(const SuiteSummary& summary, std::size_t name_width);
+
+std::string SummaryCsvHead();
+std::string SummaryCsvRow(const SuiteSummary& summary);
+
+/// A CSV file with a line per case.
+std::string CasesCsv(std::span<const CaseResult> results);
+
+}  // namespace orvandel::cli

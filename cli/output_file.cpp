@@ -1,0 +1,54 @@
+#include "cli/output_file.h"
+
+#include <filesystem>
+#include <span>
+#include <system_error>
+
+#include <fmt/format.h>
+
+#include "cli/paths.h"
+#include "cli/tool_error.h"
+#include "platform/atomic_file.h"
+
+namespace orvandel::cli {
+namespace {
+
+std::string ReasonNotWritten(const std::filesystem::path& path, const std::string& otherwise) {
+  std::error_code ignored;
+  const std::filesystem::path folder = path.parent_path();
+  if (!folder.empty() && !std::filesystem::is_directory(folder, ignored))
+    return fmt::format("cannot be written: there is no folder {}", Utf8FromPath(folder));
+  if (std::filesystem::is_directory(path, ignored)) return "cannot be written: this is a folder";
+  return "cannot be written: " + otherwise;
+}
+
+void Check(std::error_code error, const std::string& path) {
+  if (error) throw FileError(path, ReasonNotWritten(PathFromUtf8(path), error.message()));
+}
+
+}  // namespace
+
+void WriteFile(const std::string& path, std::string_view bytes) {
+  Check(WriteFileAtomically(PathFromUtf8(path), std::as_bytes(std::span(bytes))), path);
+}
+
+void WriteFileBy(const std::string& path,
+                 const std::function<bool(const std::string& temporary_path)>& write) {
+  const auto write_whole = [&write](const std::filesystem::path& temporary) {
+    return write(Utf8FromPath(temporary)) ? std::error_code()
+                                          : std::make_error_code(std::errc::io_error);
+  };
+  Check(ReplaceFileAtomically(PathFromUtf8(path), write_whole), path);
+}
+
+void MakeFolder(const std::string& path) {
+  std::error_code error;
+  std::filesystem::create_directories(PathFromUtf8(path), error);
+  if (error) throw FileError(path, "this folder cannot be made: " + error.message());
+}
+
+void ThrowNotWritten(const std::string& path) {
+  throw FileError(path, ReasonNotWritten(PathFromUtf8(path), "is the disk full, or read-only?"));
+}
+
+}  // namespace orvandel::cli

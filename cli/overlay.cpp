@@ -1,0 +1,130 @@
+#include "cli/overlay.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "cli/contour_set.h"
+#include "cli/number_text.h"
+#include "cli/output_file.h"
+#include "cli/paths.h"
+
+namespace orvandel::cli {
+namespace {
+
+constexpr Colour kFoundColour{40, 230, 80};
+constexpr Colour kDoubtfulColour{255, 150, 0};
+constexpr Colour kMissingColour{240, 50, 50};
+constexpr Colour kMarkColour{255, 60, 255};
+constexpr Colour kCaptionGround{0, 0, 0};
+
+Colour ColourOf(const FindResult& result) {
+  if (result.IsFound()) return kFoundColour;
+  return result.HasPose() ? kDoubtfulColour : kMissingColour;
+}
+
+void DrawContours(Canvas& canvas, void* contours, const Pose& scene_from_pattern, Colour colour) {
+  constexpr double kWidth = 1.5;
+  for (int i = 0; i < ctd_contour_count(contours); ++i) {
+    std::vector<Point> points = ContourPoints(contours, i);
+    for (Point& p : points)
+      p = scene_from_pattern * p;
+    canvas.DrawPolyline(points, ctd_contour_closed(contours, i) != 0, kWidth, colour);
+  }
+}
+
+Point Ahead(Point from, double angle, double length) {
+  return {from.x + length * std::cos(angle), from.y + length * std::sin(angle)};
+}
+
+void DrawArrow(Canvas& canvas, Point from, double angle, double length, double width) {
+  const Point tip = Ahead(from, angle, length);
+  constexpr double kBarbAngle = 2.6;  // radians from the shaft's direction
+  const Point barbs[] = {Ahead(tip, angle + kBarbAngle, length / 4), tip,
+                         Ahead(tip, angle - kBarbAngle, length / 4)};
+  canvas.DrawLine(from, tip, width, kMarkColour);
+  canvas.DrawPolyline(barbs, false, width, kMarkColour);
+}
+
+void DrawReferenceMark(Canvas& canvas, const Pose& pose) {
+  constexpr double kQuarterTurn = 1.5707963267948966;
+  const double shorter_side = std::min(canvas.width(), canvas.height());
+  const double arm = std::clamp(shorter_side / 40, 6.0, 40.0);
+  const double width = std::max(1.6, arm / 8);
+  const Point at = pose.position;
+  canvas.DrawLine(Ahead(at, pose.angle, -arm), at, width, kMarkColour);
+  canvas.DrawLine(Ahead(at, pose.angle + kQuarterTurn, -arm),
+                  Ahead(at, pose.angle + kQuarterTurn, arm), width, kMarkColour);
+  DrawArrow(canvas, at, pose.angle, 3 * arm, width);
+}
+
+std::string Caption(const FindResult& result) {
+  if (!result.HasPose()) {
+    std::string text = StatusWord(result.status);
+    std::replace(text.begin(), text.end(), '_', ' ');
+    return text;
+  }
+  const Pose& pose = result.pose;
+  return fmt::format("{} {}%  x {} y {}  {} deg  scale {}",
+                     result.IsFound() ? "found" : "not found", Fixed(result.score, 1),
+                     Fixed(pose.position.x, 1), Fixed(pose.position.y, 1),
+                     Fixed(Degrees(pose.angle), 2), Fixed(pose.scale, 3));
+}
+
+void DrawCaption(Canvas& canvas, const std::string& text, Colour colour) {
+  constexpr int kWantedDots = 400;  // across the picture
+  const int largest_dot = std::max(1, (canvas.width() - 8) / Canvas::TextWidth(text, 1));
+  const int dot = std::min(largest_dot, std::max(2, canvas.width() / kWantedDots));
+  const int margin = 3 * dot;
+  canvas.FillRectangle(0, 0, Canvas::TextWidth(text, dot) + 2 * margin,
+                       Canvas::TextHeight(dot) + 2 * margin, kCaptionGround, 0.65);
+  canvas.DrawText(margin, margin, dot, text, colour);
+}
+
+void DrawFrame(Canvas& canvas, Colour colour) {
+  const int w = canvas.width();
+  const int h = canvas.height();
+  const int thickness = std::max(1, std::min(w, h) / 200);
+  canvas.FillRectangle(0, 0, w, thickness, colour, 1);
+  canvas.FillRectangle(0, h - thickness, w, thickness, colour, 1);
+  canvas.FillRectangle(0, thickness, thickness, h - 2 * thickness, colour, 1);
+  canvas.FillRectangle(w - thickness, thickness, thickness, h - 2 * thickness, colour, 1);
+}
+
+std::string InSmallLetters(std::string text) {
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return text;
+}
+
+}  // namespace
+
+void DrawFindResult(Canvas& canvas, void* pattern_contours, const FindResult& result) {
+  const Colour colour = ColourOf(result);
+  if (result.HasPose()) {
+    DrawContours(canvas, pattern_contours, result.pose, colour);
+    DrawReferenceMark(canvas, result.pose);
+  }
+  DrawCaption(canvas, Caption(result), colour);
+  DrawFrame(canvas, colour);
+}
+
+std::string OverlayFolder::Write(const std::string& name, const Canvas& canvas) {
+  MakeFolder(folder_);
+  const std::string path =
+      Utf8FromPath(PathFromUtf8(folder_) / PathFromUtf8(UnusedName(name) + ".overlay.png"));
+  WriteFile(path, canvas.EncodePng());
+  return path;
+}
+
+std::string OverlayFolder::UnusedName(const std::string& name) {
+  std::string unused = name;
+  for (int i = 2; !used_names_.insert(InSmallLetters(unused)).second; ++i)
+    unused = fmt::format("{}-{}", name, i);
+  return unused;
+}
+
+}  // namespace orvandel::cli

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "cli/picture.h"
+#include "cli/pose.h"
+#include "cli/search_options.h"
+#include "search/qrsis.h"
+
+namespace orvandel::cli {
+
+enum class FindStatus {
+  kFound,
+  kBelowAcceptScore,  ///< the best pose is not good enough
+  kNoContours,        ///< nothing to match in the scene
+  kNoLines,           ///< no straight edge in the scene
+  kTimedOut,          ///< no pose was tried
+};
+
+/// The status as reports spell it, "below_accept_score".
+const char* StatusWord(FindStatus status);
+
+struct FindResult {
+  FindStatus status = FindStatus::kTimedOut;
+  Pose pose;           ///< the best one, where `HasPose`
+  double score = 0;    ///< percent
+  double time_ms = 0;  ///< of the search alone, without reading the file
+
+  bool IsFound() const { return status == FindStatus::kFound; }
+  bool HasPose() const { return IsFound() || status == FindStatus::kBelowAcceptScore; }
+};
+
+/// What training learnt.
+struct PatternFacts {
+  int width = 0;  ///< of the pattern picture, pixels
+  int height = 0;
+  int num_contours = 0;
+  int num_points = 0;  ///< of all contours
+  int num_lines = 0;   ///< straight segments
+  int edge_threshold = 0;
+  Point reference;  ///< mean of the contour points, pattern pixels
+};
+
+/// One line of it, as in "240 x 200 pixels, 3 contours of 812 points, ...".
+std::string Describe(const PatternFacts& facts);
+
+/// A pattern that can be looked for in many scenes.
+class PatternFinder {
+ public:
+  explicit PatternFinder(const SearchOptions& options);
+  PatternFinder(const PatternFinder&) = delete;
+  PatternFinder& operator=(const PatternFinder&) = delete;
+
+  /// Learns the pattern. Throws FileError, with what to change, when it has no contour or no
+  /// straight edge.
+  void Train(const Picture& pattern);
+
+  /// Learns the pattern that `Save` wrote. Throws FileError as `Train` does, and when the file
+  /// cannot be read.
+  void Load(const std::string& name);
+
+  /// Writes the pattern to the file that `KnowledgeFile` tells. Throws FileError.
+  void Save(const std::string& name);
+
+  /// Looks for the pattern; uses up the scene's pixels.
+  FindResult Find(ImagePtr scene);
+
+  PatternFacts Facts();
+
+  /// `ctd_` handle of the pattern's contours; stays with the finder.
+  void* Contours() { return search_.GetCrawlerPatternData(); }
+
+ private:
+  void CheckTrained(const std::string& path);
+
+  SearchOptions options_;
+  QRSIS search_;
+};
+
+/// Where the pattern called `name` is kept.
+std::string KnowledgeFile(const std::string& name);
+
+}  // namespace orvandel::cli

@@ -1,0 +1,61 @@
+#include "cli/progress_bar.h"
+
+#include <cstdio>
+#include <string>
+
+#include <fmt/format.h>
+
+#if defined(_WIN32)
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace orvandel::cli {
+namespace {
+
+constexpr std::size_t kFewSteps = 4;
+constexpr std::size_t kBarWidth = 30;
+constexpr std::size_t kLabelWidth = 32;
+
+bool StandardErrorIsTerminal() {
+#if defined(_WIN32)
+  return _isatty(_fileno(stderr)) != 0;
+#else
+  return isatty(STDERR_FILENO) != 0;
+#endif
+}
+
+}  // namespace
+
+ProgressBar::ProgressBar(std::size_t num_steps)
+    : num_steps_(num_steps), active_(num_steps > kFewSteps && StandardErrorIsTerminal()) {}
+
+ProgressBar::~ProgressBar() {
+  Hide();
+}
+
+void ProgressBar::Begin(std::string_view label) {
+  if (!active_) return;
+  const std::size_t filled = kBarWidth * num_done_ / num_steps_;
+  const std::string bar = std::string(filled, '#') + std::string(kBarWidth - filled, '.');
+  const std::string line = fmt::format("\r[{}] {}/{}  {:{}.{}}", bar, num_done_ + 1, num_steps_,
+                                       label, kLabelWidth, kLabelWidth);
+  std::fputs(line.c_str(), stderr);
+  std::fflush(stderr);
+  visible_ = true;
+}
+
+void ProgressBar::Advance() {
+  ++num_done_;
+}
+
+void ProgressBar::Hide() {
+  if (!visible_) return;
+  const std::string blank(kBarWidth + kLabelWidth + 24, ' ');
+  std::fputs(("\r" + blank + "\r").c_str(), stderr);
+  std::fflush(stderr);
+  visible_ = false;
+}
+
+}  // namespace orvandel::cli

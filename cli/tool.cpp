@@ -1,0 +1,145 @@
+#include "cli/tool.h"
+
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "cli/command.h"
+#include "cli/help.h"
+#include "cli/messages.h"
+#include "cli/report.h"
+#include "cli/tool_error.h"
+#include "cli/version.h"
+
+namespace orvandel::cli {
+namespace {
+
+constexpr const char* kAbout =
+    "Finds a geometric pattern in grey pictures, at any rotation and a range of sizes.";
+constexpr const char* kUsage = "orvandel COMMAND [options] ...";
+constexpr const char* kFooter =
+    R"(`orvandel COMMAND --help` tells what a command's options and results mean.
+
+Start here:
+  orvandel find part.png scene.png --overlay found
+             learns part.png, looks for it in scene.png, prints position, angle,
+             scale and score, and draws what it found in found/scene.overlay.png
+  orvandel contours part.png --draw contours.png
+             shows what the library sees in a picture; --edge-threshold and
+             --min-contour change it
+  orvandel train part.png --save part
+  orvandel find --knowledge part shots/*.png
+             keeps a pattern and uses it later
+
+Exit status: 0 done (for find: found in every scene), 1 not found in some scene,
+2 a usage error or a file that cannot be used.)";
+
+class Program {
+ public:
+  Program() : app_("", "orvandel") {
+    app_.formatter(std::make_shared<HelpFormatter>(HelpText{kAbout, kUsage, kFooter}));
+    app_.footer(kFooter);
+    app_.set_version_flag("--version", std::string("orvandel ") + kVersion,
+                          "Print the version and leave.");
+    app_.require_subcommand(1);
+    commands_ = {AddFindCommand(app_), AddTrainCommand(app_), AddContoursCommand(app_),
+                 AddLinesCommand(app_), AddEvaluateCommand(app_)};
+  }
+
+  int Run(int argc, char** argv) {
+    if (argc > 1) CheckCommandName(argv[1]);
+    try {
+      app_.parse(argc, argv);
+    } catch (const CLI::CallForVersion& version) {
+      return PrintAndLeave(std::string(version.what()) + "\n");
+    } catch (const CLI::CallForHelp&) {
+      return PrintAndLeave(ParsedApp().help());
+    } catch (const CLI::ParseError& error) {
+      throw UsageError(WhatIsWrong(error));
+    }
+    return ParsedCommand()->run();
+  }
+
+  /// " find" once it is known that this command was asked for.
+  std::string ParsedName() const {
+    const Command* const command = ParsedCommand();
+    return command ? " " + command->app->get_name() : "";
+  }
+
+ private:
+  static int PrintAndLeave(const std::string& text) {
+    Report report("");
+    report.Print(text);
+    report.Finish();
+    return kExitSuccess;
+  }
+
+  void CheckCommandName(const std::string& name) const {
+    if (name.empty() || name.front() == '-') return;
+    for (const Command& command : commands_) {
+      if (command.app->get_name() == name) return;
+    }
+    throw UsageError(fmt::format("there is no command '{}'; the commands are {}", name, Names()));
+  }
+
+  std::string Names() const {
+    std::string names;
+    for (const Command& command : commands_)
+      names += (names.empty() ? "" : ", ") + command.app->get_name();
+    return names;
+  }
+
+  std::string WhatIsWrong(const CLI::ParseError& error) const {
+    if (!ParsedCommand() && dynamic_cast<const CLI::RequiredError*>(&error))
+      return "a command is missing; the commands are " + Names();
+    return error.what();
+  }
+
+  const Command* ParsedCommand() const {
+    for (const Command& command : commands_) {
+      if (command.app->parsed()) return &command;
+    }
+    return nullptr;
+  }
+
+  const CLI::App& ParsedApp() const {
+    const Command* const command = ParsedCommand();
+    return command ? *command->app : app_;
+  }
+
+  CLI::App app_;
+  std::vector<Command> commands_;
+};
+
+int RunProgram(Program& program, int argc, char** argv) {
+  try {
+    return program.Run(argc, argv);
+  } catch (const UsageError& error) {
+    PrintError(fmt::format("{} (see `orvandel{} --help`)", error.what(), program.ParsedName()));
+  }
+  return kExitError;
+}
+
+}  // namespace
+
+int RunTool(int argc, char** argv) {
+  try {
+    Program program;
+    return RunProgram(program, argc, argv);
+  } catch (const FileError& error) {
+    PrintError(error.what());
+  } catch (const std::bad_alloc&) {
+    PrintError("out of memory");
+  } catch (const std::exception& error) {
+    PrintError(error.what());
+  }
+  return kExitError;
+}
+
+}  // namespace orvandel::cli
