@@ -1,0 +1,121 @@
+#include "edges/edge_points.h"
+
+#include <array>
+#include <optional>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/grids.h"
+
+namespace orvandel::test {
+namespace {
+
+/// Suppression of one candidate in the middle of a 3 x 3 neighbourhood of magnitudes.
+std::optional<EdgePoint> Locate(int sector, const Grid& neighbourhood) {
+  const ImagePtr magnitude = ImageOf(neighbourhood);
+  const EdgeCandidate candidate{1, 1, 77, static_cast<std::uint8_t>(sector)};
+  const std::vector<EdgePoint> points = LocateEdgePoints({candidate}, *magnitude);
+  if (points.empty()) return std::nullopt;
+  return points[0];
+}
+
+/// The magnitudes m1, m, m2 along x.
+std::optional<EdgePoint> LocateAlongX(int m1, int m, int m2) {
+  return Locate(0, {{0, 0, 0}, {m1, m, m2}, {0, 0, 0}});
+}
+
+TEST(EdgePoints, EqualNeighboursGiveNoShift) {
+  const auto point = LocateAlongX(20, 50, 20);
+  ASSERT_TRUE(point);
+  EXPECT_EQ(point->sub_x, 127);
+  EXPECT_EQ(point->sub_y, 127);
+}
+
+TEST(EdgePoints, KeepPixelAndDirectionOfTheirCandidate) {
+  const auto point = LocateAlongX(20, 50, 20);
+  ASSERT_TRUE(point);
+  EXPECT_EQ(point->x, 1);
+  EXPECT_EQ(point->y, 1);
+  EXPECT_EQ(point->direction, 77);
+}
+
+TEST(EdgePoints, TheShiftIsTruncatedTowardZeroOnBothSides) {
+  // Curvature 2 * (100 - 40 - 33) = 54; 7 * 256 / 54 = 33.2.
+  EXPECT_EQ(LocateAlongX(40, 50, 33)->sub_x, 127 - 33);
+  EXPECT_EQ(LocateAlongX(33, 50, 40)->sub_x, 127 + 33);
+}
+
+TEST(EdgePoints, EachSectorLooksAcrossItsEdge) {
+  // Only the pair that the sector names holds 33 and 40; all others would suppress the point.
+  const auto shift = [](int sector, const Grid& m) {
+    const auto point = Locate(sector, m);
+    return point ? std::array{point->sub_x - 127, point->sub_y - 127} : std::array{999, 999};
+  };
+  EXPECT_EQ(shift(0, {{99, 99, 99}, {33, 50, 40}, {99, 99, 99}}), (std::array{33, 0}));
+  EXPECT_EQ(shift(1, {{99, 99, 33}, {99, 50, 99}, {40, 99, 99}}), (std::array{-33, 33}));
+  EXPECT_EQ(shift(2, {{99, 33, 99}, {99, 50, 99}, {99, 40, 99}}), (std::array{0, 33}));
+  EXPECT_EQ(shift(3, {{33, 99, 99}, {99, 50, 99}, {99, 99, 40}}), (std::array{33, 33}));
+}
+
+TEST(EdgePoints, NoCurvatureOrHollowIsDropped) {
+  EXPECT_FALSE(LocateAlongX(0, 0, 0));
+  EXPECT_FALSE(LocateAlongX(50, 50, 50));
+  EXPECT_FALSE(LocateAlongX(40, 50, 60));
+  EXPECT_FALSE(LocateAlongX(60, 50, 60));
+  EXPECT_FALSE(LocateAlongX(252, 0, 252));
+}
+
+TEST(EdgePoints, AnEqualNeighbourPutsTheVertexHalfAPixelAwayWhichIsKept) {
+  // 2 * (100 - 30 - 50) = 40; 20 * 256 / 40 = 128.
+  EXPECT_EQ(LocateAlongX(30, 50, 50)->sub_x, 255);
+  EXPECT_EQ(LocateAlongX(0, 252, 252)->sub_x, 255);
+  EXPECT_EQ(LocateAlongX(251, 252, 252)->sub_x, 255);
+}
+
+TEST(EdgePoints, ALargerNeighbourPutsTheVertexFurtherAndIsDropped) {
+  EXPECT_FALSE(LocateAlongX(10, 50, 51));   // 2 * (100 - 10 - 51) = 78; 41 * 256 / 78 = 134
+  EXPECT_FALSE(LocateAlongX(51, 50, 10));   // -134
+  EXPECT_FALSE(LocateAlongX(0, 251, 252));  // 500; 252 * 256 / 500 = 129: the closest there is
+}
+
+TEST(EdgePoints, HalfAPixelBackIsStoredAsZeroInEverySector) {
+  // off = -128: off + 127 is -1. In sector 1 it is 127 - off = 255 along x and -1 along y.
+  EXPECT_EQ(LocateAlongX(50, 50, 30)->sub_x, 0);
+  const auto up = Locate(2, {{0, 50, 0}, {0, 50, 0}, {0, 30, 0}});
+  EXPECT_EQ(up->sub_x, 127);
+  EXPECT_EQ(up->sub_y, 0);
+  const auto rising = Locate(1, {{0, 0, 50}, {0, 50, 0}, {30, 0, 0}});
+  EXPECT_EQ(rising->sub_x, 255);
+  EXPECT_EQ(rising->sub_y, 0);
+  const auto falling = Locate(3, {{50, 0, 0}, {0, 50, 0}, {0, 0, 30}});
+  EXPECT_EQ(falling->sub_x, 0);
+  EXPECT_EQ(falling->sub_y, 0);
+}
+
+TEST(EdgePoints, HalfAPixelOnIsStoredAsZeroAlongXInTheRisingSector) {
+  const auto point = Locate(1, {{0, 0, 30}, {0, 50, 0}, {50, 0, 0}});
+  ASSERT_TRUE(point);
+  EXPECT_EQ(point->sub_x, 0);  // 127 - 128
+  EXPECT_EQ(point->sub_y, 255);
+}
+
+TEST(EdgePoints, EveryTripleOfMagnitudesFollowsTheParabola) {
+  // The vertex of the parabola through (-1, m1), (0, m), (1, m2) is (m2 - m1) / (2 (2m - m1 - m2)).
+  for (int m = 0; m <= 252; m += 7) {
+    for (int m1 = 0; m1 <= 252; m1 += 3) {
+      for (int m2 = 0; m2 <= 252; m2 += 3) {
+        const auto point = LocateAlongX(m1, m, m2);
+        const int curvature = 2 * m - m1 - m2;
+        const double vertex = curvature > 0 ? 128.0 * (m2 - m1) / curvature : 1000.0;
+        ASSERT_EQ(point.has_value(), vertex > -129 && vertex < 129) << m1 << ' ' << m << ' ' << m2;
+        if (!point) continue;
+        const int off = static_cast<int>(vertex);
+        ASSERT_EQ(point->sub_x, off == -128 ? 0 : 127 + off) << m1 << ' ' << m << ' ' << m2;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace orvandel::test

@@ -1,0 +1,220 @@
+// What training learnt, saved and loaded again.
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "search/qrsis.h"
+#include "tests/search/kept_objects.h"
+#include "tests/search/knowledge_folder.h"
+#include "tests/search/search_results.h"
+#include "tests/search/small_scenes.h"
+#include "tests/support/contour_sets.h"
+
+namespace orvandel::test {
+namespace {
+
+bool Save(QRSIS& search, const std::string& path) {
+  return search.SaveKnowledge(path.c_str());
+}
+
+bool Load(QRSIS& search, const std::string& path) {
+  return search.LoadKnowledge(path.c_str());
+}
+
+/// An initialised object that knows nothing.
+struct UntrainedSearch : QRSIS {
+  UntrainedSearch() { Initialize(); }
+};
+
+void ExpectSamePoints(void* actual, void* expected) {
+  ASSERT_EQ(ctd_contour_count(actual), ctd_contour_count(expected));
+  ASSERT_EQ(ctd_point_count(actual), ctd_point_count(expected));
+  const CCrawler& a = *static_cast<CCrawler*>(actual);
+  const CCrawler& e = *static_cast<CCrawler*>(expected);
+  for (int i = 0; i < ctd_point_count(expected); ++i) {
+    EXPECT_TRUE(SameBits(a.x[i], e.x[i]));
+    EXPECT_TRUE(SameBits(a.y[i], e.y[i]));
+    EXPECT_TRUE(SameBits(a.g[i], e.g[i]));
+    EXPECT_EQ(a.f[i], e.f[i]);  // which points the line extraction found straight
+  }
+}
+
+void ExpectSamePattern(QRSIS& actual, QRSIS& expected) {
+  EXPECT_EQ(actual.GetPatternDx(), expected.GetPatternDx());
+  EXPECT_EQ(actual.GetPatternDy(), expected.GetPatternDy());
+  double x = 0;
+  double y = 0;
+  double expected_x = 0;
+  double expected_y = 0;
+  actual.GetPatternRef(&x, &y);
+  expected.GetPatternRef(&expected_x, &expected_y);
+  EXPECT_TRUE(SameBits(x, expected_x));
+  EXPECT_TRUE(SameBits(y, expected_y));
+  ExpectSamePoints(actual.GetCrawlerPatternData(), expected.GetCrawlerPatternData());
+  // A search depends on every segment and verification point that it tries.
+  for (const double degrees : {0.0, 40.0, 170.0, 285.0}) {
+    const ImagePtr scene = SceneOf(SmallPart(), {.x = 90, .y = 75, .angle_deg = degrees});
+    ExpectSameResult(LookFor(actual, scene), LookFor(expected, scene));
+  }
+}
+
+TEST(Knowledge, LoadedPatternIsTheSavedOne) {
+  const KnowledgeFolder folder;
+  TrainedSearch saved(PictureOf(SmallPart()));
+  EXPECT_TRUE(Save(saved, folder / "p"));
+  UntrainedSearch loaded;
+  EXPECT_TRUE(Load(loaded, folder / "p"));
+  ExpectSamePattern(loaded, saved);
+}
+
+TEST(Knowledge, FileHoldsTheVeryImageOfTheTraining) {
+  const KnowledgeFolder folder;
+  const ImagePtr picture = PictureOf(SmallPart());
+  TrainedSearch search(picture);
+  ASSERT_TRUE(Save(search, folder / "p"));
+  const std::string path = folder / "p_qrsi.bmp";
+  int width = 0;
+  int height = 0;
+  int channels = 0;
+  int bits = 0;
+  ASSERT_EQ(im_file_get_size(path.c_str(), 1, &width, &height, &channels, &bits), 0);
+  ASSERT_EQ(width, 100);
+  ASSERT_EQ(height, 80);
+  const ImagePtr read(im_create(1, width, height));
+  ASSERT_EQ(im_file_read(read.get(), path.c_str(), 1), 0);
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x)
+      ASSERT_EQ(read->row[y][x], picture->row[y][x]) << x << ' ' << y;
+  }
+}
+
+TEST(Knowledge, NameIsThePathAndTheSuffixWhateverItEndsIn) {
+  const KnowledgeFolder folder;
+  TrainedSearch search(PictureOf(SmallPart()));
+  ASSERT_TRUE(Save(search, folder / "part.bmp"));
+  EXPECT_EQ(folder.Files(), (std::vector<std::string>{"part.bmp_qrsi.bmp"}));
+  UntrainedSearch loaded;
+  EXPECT_FALSE(Load(loaded, folder / "part.bmp_qrsi.bmp"));
+  EXPECT_FALSE(Load(loaded, folder / "part"));
+  EXPECT_TRUE(Load(loaded, folder / "part.bmp"));
+}
+
+TEST(Knowledge, UntrainedObjectSavesNothing) {
+  const KnowledgeFolder folder;
+  QRSIS fresh;
+  EXPECT_FALSE(Save(fresh, folder / "p"));
+  UntrainedSearch failed;
+  EXPECT_EQ(TrainOn(failed, UniformPicture()), 1);
+  EXPECT_FALSE(Save(failed, folder / "p"));
+  EXPECT_TRUE(folder.Files().empty());
+}
+
+TEST(Knowledge, IsNotSavedIntoAFolderThatIsNotThere) {
+  const KnowledgeFolder folder;
+  TrainedSearch search(PictureOf(SmallPart()));
+  EXPECT_FALSE(Save(search, folder / "missing/p"));
+  EXPECT_TRUE(folder.Files().empty());
+}
+
+TEST(Knowledge, SavingLeavesTheObjectTrained) {
+  const KnowledgeFolder folder;
+  TrainedSearch search(PictureOf(SmallPart()));
+  const ImagePtr scene = SceneOf(SmallPart(), {.x = 90, .y = 75, .angle_deg = 20});
+  const Found before = LookFor(search, scene);
+  ASSERT_TRUE(Save(search, folder / "p"));
+  ASSERT_TRUE(Save(search, folder / "p"));  // over the first
+  ExpectSameResult(LookFor(search, scene), before);
+}
+
+TEST(Knowledge, MissingFileIsNotLoaded) {
+  const KnowledgeFolder folder;
+  TrainedSearch search(PictureOf(SmallPart()));
+  EXPECT_FALSE(Load(search, folder / "missing"));
+  TrainedSearch same(PictureOf(SmallPart()));
+  ExpectSamePattern(search, same);  // what it had learnt stays
+}
+
+TEST(Knowledge, TruncatedFileIsNotLoaded) {
+  const KnowledgeFolder folder;
+  TrainedSearch search(PictureOf(SmallPart()));
+  ASSERT_TRUE(Save(search, folder / "p"));
+  std::vector<char> bytes = BytesOf(folder / "p_qrsi.bmp");
+  bytes.resize(bytes.size() - 1000);  // the size is still readable, the pixels are not
+  WriteBytes(folder / "cut_qrsi.bmp", bytes);
+  {
+    const LossByDesign image_made_for_the_file;
+    EXPECT_FALSE(Load(search, folder / "cut"));
+  }
+  TrainedSearch same(PictureOf(SmallPart()));
+  ExpectSamePattern(search, same);
+}
+
+TEST(Knowledge, FileThatIsNoPictureIsNotLoaded) {
+  const KnowledgeFolder folder;
+  UntrainedSearch search;
+  WriteBytes(folder / "text_qrsi.bmp", {'h', 'e', 'l', 'l', 'o'});
+  WriteBytes(folder / "empty_qrsi.bmp", {});
+  EXPECT_FALSE(Load(search, folder / "text"));
+  EXPECT_FALSE(Load(search, folder / "empty"));
+  ExpectZeroResult({LookFor(search, UniformPicture()).status, 0, 0, 0, 0, 0}, 1);
+}
+
+TEST(Knowledge, PictureWithoutAPatternIsLoadedYetTrainsNothing) {
+  const KnowledgeFolder folder;
+  ASSERT_EQ(im_file_write(UniformPicture(40, 30).get(), (folder / "flat_qrsi.bmp").c_str(), 1), 0);
+  TrainedSearch search(PictureOf(SmallPart()));
+  EXPECT_TRUE(Load(search, folder / "flat"));
+  EXPECT_EQ(search.GetPatternDx(), 40);
+  EXPECT_EQ(search.GetPatternDy(), 30);
+  EXPECT_EQ(LookFor(search, PictureOf(SmallPart())).status, 1);
+  EXPECT_FALSE(Save(search, folder / "again"));
+}
+
+TEST(Knowledge, IsLoadedWithoutInitializeYetTrainsNothing) {
+  const KnowledgeFolder folder;
+  TrainedSearch search(PictureOf(SmallPart()));
+  ASSERT_TRUE(Save(search, folder / "p"));
+  QRSIS uninitialised;
+  EXPECT_TRUE(Load(uninitialised, folder / "p"));
+  EXPECT_EQ(uninitialised.GetPatternDx(), 100);
+  EXPECT_EQ(LookFor(uninitialised, PictureOf(SmallPart())).status, 1);
+}
+
+TEST(Knowledge, IsTrainedWithTheParametersInForce) {
+  const KnowledgeFolder folder;
+  TrainedSearch search(PictureOf(SmallPart()));
+  ASSERT_TRUE(Save(search, folder / "p"));
+  UntrainedSearch loaded;
+  loaded.SetParams(40, 15, 3000, 80);
+  ASSERT_TRUE(Load(loaded, folder / "p"));
+  const CCrawler& set = *static_cast<CCrawler*>(loaded.GetCrawlerPatternData());
+  EXPECT_EQ(set.edge_threshold, 40);
+  EXPECT_EQ(set.min_size, 15);
+  EXPECT_EQ(set.max_size, 3000);
+}
+
+TEST(Knowledge, ThresholdIsEstimatedAgain) {
+  const KnowledgeFolder folder;
+  const ImagePtr picture = PictureOf(SmallPart());
+  TrainedSearch search(picture);
+  ASSERT_TRUE(Save(search, folder / "p"));
+  UntrainedSearch loaded;
+  loaded.SetParams(-1, 10, 100000, 80);
+  ASSERT_TRUE(Load(loaded, folder / "p"));
+  EXPECT_EQ(static_cast<CCrawler*>(loaded.GetCrawlerPatternData())->edge_threshold,
+            ctd_compute_edge_strength(nullptr, picture.get()));
+}
+
+TEST(Knowledge, ImageThatTheCrawlRefusedIsNotSaved) {
+  // The image library writes 8-bit grey only.
+  const KnowledgeFolder folder;
+  TrainedSearch search(PictureOf(SmallPart()));
+  ASSERT_EQ(search.TrainIt(ImagePtr(im_create(2, 20, 20)).get()), 0);
+  EXPECT_FALSE(Save(search, folder / "p"));
+  EXPECT_TRUE(folder.Files().empty());
+}
+
+}  // namespace
+}  // namespace orvandel::test

@@ -1,0 +1,207 @@
+#pragma once
+
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <vector>
+
+#include "contours/ctd.h"
+#include "lines/line_extracter.h"
+#include "platform/imgutil_i.h"
+#include "tests/search/search_results.h"
+#include "tests/support/contour_sets.h"
+#include "verify/patt_verify.h"
+
+namespace orvandel::test {
+
+/// Training and search in their plainest form, step after step through the public interface of the
+/// stages before.
+
+struct PlainParameters {
+  int edge_threshold = 16;
+  int min_size = 10;
+  int max_size = 100000;
+  double accept_score = 80;
+  double min_scale = 0.25;
+  double max_scale = 4;
+  double verification_fraction = 0.06;
+  int verification_cap = 20;
+  int pattern_lines_tried = 5;
+};
+
+inline void PlainPrepareContours(void* set, tImage* image, const PlainParameters& parameters) {
+  ctd_crawl(set, image, parameters.edge_threshold, parameters.min_size, parameters.max_size);
+  ctd_average(set);
+  ctd_resample(set);
+  ctd_sort(set, 1);
+}
+
+struct PlainPattern {
+  ContourSet contours = MakeEmptySet();
+  CLineExtracter lines;
+  CPattVerify verifier;
+  double ref_x = 0;
+  double ref_y = 0;
+};
+
+/// Learns a pattern; the image is used up. The status is that of `TrainIt`.
+inline int PlainTrain(PlainPattern& pattern, tImage* image, const PlainParameters& parameters) {
+  void* set = pattern.contours.get();
+  PlainPrepareContours(set, image, parameters);
+  if (ctd_contour_count(set) == 0) return 1;
+  ctd_centroid(set, &pattern.ref_x, &pattern.ref_y);
+  if (pattern.lines.Extract(set) == 0) return 4;
+  pattern.verifier.ChooseVerifyPoints(set, parameters.verification_fraction,
+                                      parameters.verification_cap);
+  return 0;
+}
+
+/// Time tests of a search: true once the budget is spent.
+using PlainClock = std::function<bool()>;
+
+class PlainSearch {
+ public:
+  PlainSearch(PlainPattern& pattern, const PlainParameters& parameters)
+      : pattern_(pattern), parameters_(parameters) {}
+
+  /// Searches a scene; the image is used up. An image that the crawl refuses leaves the scene of the
+  /// call before.
+  Found LookForIt(tImage* scene, const PlainClock& past_deadline) {
+    best_ = {};
+    num_coarse_scores_ = 0;
+    num_passes_ = 0;
+    void* set = scene_contours_.get();
+    PlainPrepareContours(set, scene, parameters_);
+    if (ctd_contour_count(set) == 0) return {2};
+    if (past_deadline()) return {0};
+    edges_ = ctd_edgeIm(set);
+    const int num_segments = scene_lines_.Extract(set);
+    if (past_deadline()) return {0};
+    if (num_segments == 0) return {4};
+
+    CoarseSearch(past_deadline);
+    Refine();
+    const double score = pattern_.verifier.ScoreAlongContours(
+        pattern_.contours.get(), edges_, best_.x, best_.y, best_.angle, best_.scale, pattern_.ref_x,
+        pattern_.ref_y, 0);
+    return {0, best_.x, best_.y, best_.angle, best_.scale, score};
+  }
+
+  std::size_t NumPatternSegments() const { return pattern_.lines.segments.size(); }
+  std::size_t NumSceneSegments() const { return scene_lines_.segments.size(); }
+  int num_coarse_scores() const { return num_coarse_scores_; }
+  /// Pattern segments that were paired with the whole scene.
+  int num_passes() const { return num_passes_; }
+  double coarse_scale() const { return coarse_scale_; }
+
+ private:
+  struct Hypothesis {
+    double x = 0;
+    double y = 0;
+    double angle = 0;
+    double scale = 0;
+    double score = 0;
+    std::size_t i = 0;  ///< pattern segment
+    std::size_t j = 0;  ///< scene segment
+  };
+
+  const CLineSegment& PatternSegment(std::size_t i) const { return pattern_.lines.segments[i]; }
+  const CLineSegment& SceneSegment(std::size_t j) const { return scene_lines_.segments[j]; }
+
+  /// The hypothesis that lays the midpoint of pattern segment i on an anchor in the scene, scored.
+  Hypothesis ScoredAt(double anchor_x, double anchor_y, double angle, double scale, std::size_t i,
+                      std::size_t j) {
+    const double dx = pattern_.ref_x - PatternSegment(i).mid_x;
+    const double dy = pattern_.ref_y - PatternSegment(i).mid_y;
+    const double c = std::cos(angle);
+    const double n = std::sin(angle);
+    Hypothesis h;
+    h.x = scale * (c * dx - n * dy) + anchor_x;
+    h.y = scale * (n * dx + c * dy) + anchor_y;
+    h.angle = angle;
+    h.scale = scale;
+    h.i = i;
+    h.j = j;
+    h.score = pattern_.verifier.ScoreAtVerifyPoints(edges_, h.x, h.y, angle, scale, pattern_.ref_x,
+                                                    pattern_.ref_y);
+    return h;
+  }
+
+  void CoarseSearch(const PlainClock& past_deadline) {
+    std::size_t num_tried = NumPatternSegments();
+    if (num_tried > static_cast<std::size_t>(parameters_.pattern_lines_tried))
+      num_tried = static_cast<std::size_t>(parameters_.pattern_lines_tried);
+    bool stop = false;
+    for (std::size_t i = 0; i < num_tried && !stop; ++i) {
+      for (std::size_t j = 0; j < NumSceneSegments(); ++j)
+        stop = TryPair(i, j, past_deadline) || stop;  // the pass goes on to its end
+      ++num_passes_;
+    }
+    coarse_scale_ = best_.scale;
+  }
+
+  /// Tries the five scales of a pair; returns whether the search shall stop after this pass.
+  bool TryPair(std::size_t i, std::size_t j, const PlainClock& past_deadline) {
+    const CLineSegment& p = PatternSegment(i);
+    const CLineSegment& s = SceneSegment(j);
+    for (const double factor : {1.0, 1.1, 0.9, 1.2, 0.8}) {
+      const double scale = s.length / p.length * factor;
+      if (scale > parameters_.max_scale || scale < parameters_.min_scale) continue;
+      const double angle = p.direction - s.direction;
+      const Hypothesis h = ScoredAt(s.mid_x, s.mid_y, angle, scale, i, j);
+      ++num_coarse_scores_;
+      if (h.score > best_.score) best_ = h;
+      if (h.score >= parameters_.accept_score) return true;
+      if (past_deadline()) return true;
+    }
+    return false;
+  }
+
+  void Refine() {
+    static constexpr double kScaleSteps[8] = {0.1,     0.05,     0.025,     0.0125,
+                                              0.00625, 0.003125, 0.0015625, 0.00078125};
+    static constexpr double kShiftSteps[8] = {10.0,  5.0,    2.5,     1.25,
+                                              0.625, 0.3125, 0.15625, 0.078125};
+    double anchor_x = SceneSegment(best_.j).mid_x;
+    double anchor_y = SceneSegment(best_.j).mid_y;
+    for (int r = 0; r < 8; ++r) {
+      RefineScale(anchor_x, anchor_y, kScaleSteps[r]);
+      RefineShift(anchor_x, anchor_y, kShiftSteps[r]);
+    }
+  }
+
+  void RefineScale(double anchor_x, double anchor_y, double step) {
+    const Hypothesis now = best_;
+    for (const double scale : {now.scale - step, now.scale + step}) {
+      const Hypothesis h = ScoredAt(anchor_x, anchor_y, now.angle, scale, now.i, now.j);
+      if (h.score > best_.score) best_ = h;
+    }
+  }
+
+  void RefineShift(double& anchor_x, double& anchor_y, double step) {
+    const Hypothesis now = best_;
+    const double c = std::cos(now.angle);
+    const double n = std::sin(now.angle);
+    const double back[] = {anchor_x - step * c, anchor_y - step * n};
+    const double forth[] = {anchor_x + step * c, anchor_y + step * n};
+    for (const auto& anchor : {back, forth}) {
+      const Hypothesis h = ScoredAt(anchor[0], anchor[1], now.angle, now.scale, now.i, now.j);
+      if (!(h.score > best_.score)) continue;
+      best_ = h;
+      anchor_x = anchor[0];
+      anchor_y = anchor[1];
+    }
+  }
+
+  PlainPattern& pattern_;
+  PlainParameters parameters_;
+  ContourSet scene_contours_ = MakeEmptySet();
+  CLineExtracter scene_lines_;
+  const CEdgeImgComplement* edges_ = nullptr;
+  Hypothesis best_;
+  int num_coarse_scores_ = 0;
+  int num_passes_ = 0;
+  double coarse_scale_ = 0;
+};
+
+}  // namespace orvandel::test

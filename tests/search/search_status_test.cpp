@@ -1,0 +1,140 @@
+// What a search returns, and what it leaves in its result.
+
+#include <gtest/gtest.h>
+
+#include "search/qrsis.h"
+#include "tests/search/plain_pattern_search.h"
+#include "tests/search/scripted_counter.h"
+#include "tests/search/search_results.h"
+#include "tests/search/small_scenes.h"
+
+namespace orvandel::test {
+namespace {
+
+const render::Pose kTurned{.x = 92, .y = 71, .angle_deg = 35};
+
+ImagePtr OfAnotherType() {
+  return ImagePtr(im_create(2, 180, 150));
+}
+
+TEST(SearchStatus, UntrainedReturns1) {
+  QRSIS fresh;
+  EXPECT_EQ(fresh.LookForIt(PictureOf(SmallPart()).get()), 1);
+  QRSIS initialised;
+  initialised.Initialize();
+  EXPECT_EQ(initialised.LookForIt(PictureOf(SmallPart()).get()), 1);
+}
+
+TEST(SearchStatus, UntrainedLeavesTheResultAndTheImageAsTheyAre) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  const Found before = LookFor(search, SceneOf(SmallPart(), kTurned));
+  ASSERT_GT(before.score, 0);
+  ASSERT_EQ(TrainOn(search, UniformPicture()), 1);
+  const ImagePtr scene = MakeImage(40, 40, [](int x, int y) { return (x * y) % 256; });
+  EXPECT_EQ(search.LookForIt(scene.get()), 1);
+  ExpectSameResult(ResultOf(search, 0), before);
+  for (int y = 0; y < 40; ++y) {
+    for (int x = 0; x < 40; ++x)
+      ASSERT_EQ(scene->row[y][x], (x * y) % 256);
+  }
+}
+
+TEST(SearchStatus, SceneWithoutContourReturns2AndAZeroResult) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  LookFor(search, SceneOf(SmallPart(), kTurned));
+  ExpectZeroResult(LookFor(search, UniformPicture()), 2);
+}
+
+TEST(SearchStatus, SceneWithoutLineSegmentReturns4AndAZeroResult) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  LookFor(search, SceneOf(SmallPart(), kTurned));
+  ExpectZeroResult(LookFor(search, PictureOf(CurvedPart())), 4);
+  EXPECT_GT(ctd_contour_count(search.GetCrawlerSceneData()), 0);
+}
+
+TEST(SearchStatus, FoundReturns0AndAPose) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  const Found found = LookFor(search, SceneOf(SmallPart(), kTurned));
+  EXPECT_EQ(found.status, 0);
+  EXPECT_GE(found.score, 80);
+  EXPECT_LE(found.score, 100);
+}
+
+TEST(SearchStatus, SceneOfAnotherTypeReturns2AtFirst) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  EXPECT_EQ(search.LookForIt(OfAnotherType().get()), 2);
+  ExpectZeroResult(ResultOf(search, 2), 2);
+}
+
+TEST(SearchStatus, NoSceneReturns2AtFirst) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  EXPECT_EQ(search.LookForIt(nullptr), 2);
+  ExpectZeroResult(ResultOf(search, 2), 2);
+}
+
+/// The result of a search that is given a scene and then an image that the crawl refuses.
+Found PlainResultOfStaleScene(const ImagePtr& pattern, const ImagePtr& scene) {
+  PlainPattern plain;
+  EXPECT_EQ(PlainTrain(plain, CopyOf(pattern).get(), {}), 0);
+  PlainSearch search(plain, {});
+  const PlainClock never = [] { return false; };
+  search.LookForIt(CopyOf(scene).get(), never);
+  return search.LookForIt(OfAnotherType().get(), never);
+}
+
+TEST(SearchStatus, SceneOfAnotherTypeSearchesTheOneBeforeAgain) {
+  // Its contours are smoothed and resampled once more.
+  const ImagePtr pattern = PictureOf(SmallPart());
+  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  const Found expected = PlainResultOfStaleScene(pattern, scene);
+  for (const ImagePtr& refused : {OfAnotherType(), ImagePtr()}) {
+    TrainedSearch search(pattern);
+    const Found first = LookFor(search, scene);
+    const int status = search.LookForIt(refused.get());
+    const Found again = ResultOf(search, status);
+    ExpectSameResult(again, expected);
+    EXPECT_NEAR(again.x, first.x, 2);  // still the same place
+    EXPECT_NEAR(again.y, first.y, 2);
+  }
+}
+
+TEST(SearchStatus, ThresholdOfMinusOneIsPassedOnAsItIs) {
+  // No estimate is made for a scene: -1 keeps every pixel as a candidate.
+  const ScriptedCounter no_hurry(FrozenTime());
+  TrainedSearch search(PictureOf(SmallPart()));
+  search.SetParams(-1, 10, 100000, 80);
+  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  const Found found = LookFor(search, scene);
+  EXPECT_EQ(static_cast<CCrawler*>(search.GetCrawlerSceneData())->edge_threshold, -1);
+
+  PlainParameters parameters;
+  PlainPattern plain;
+  ASSERT_EQ(PlainTrain(plain, CopyOf(PictureOf(SmallPart())).get(), parameters), 0);
+  parameters.edge_threshold = -1;
+  PlainSearch plain_search(plain, parameters);
+  ExpectSameResult(found, plain_search.LookForIt(CopyOf(scene).get(), [] { return false; }));
+}
+
+TEST(SearchStatus, SearchUsesUpItsImageAndLeavesThePattern) {
+  const ImagePtr pattern = PictureOf(SmallPart());
+  TrainedSearch search(pattern);
+  const int num_points = ctd_point_count(search.GetCrawlerPatternData());
+  double ref_x = 0;
+  double ref_y = 0;
+  search.GetPatternRef(&ref_x, &ref_y);
+  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  search.LookForIt(scene.get());
+  for (int y = 0; y < scene->height; ++y) {
+    for (int x = 0; x < scene->width; ++x)
+      ASSERT_EQ(scene->row[y][x], 0) << "every edge pixel belongs to a chain that was followed";
+  }
+  EXPECT_EQ(ctd_point_count(search.GetCrawlerPatternData()), num_points);
+  double x = 0;
+  double y = 0;
+  search.GetPatternRef(&x, &y);
+  EXPECT_TRUE(SameBits(x, ref_x));
+  EXPECT_TRUE(SameBits(y, ref_y));
+}
+
+}  // namespace
+}  // namespace orvandel::test

@@ -1,0 +1,257 @@
+// Training: its status, its edge threshold, and what it does with images it cannot use.
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "search/qrsis.h"
+#include "tests/search/plain_pattern_search.h"
+#include "tests/search/search_results.h"
+#include "tests/search/small_scenes.h"
+
+namespace orvandel::test {
+namespace {
+
+constexpr int kAutomatic = -1;
+
+/// Whether the object takes itself for trained: an untrained one returns 1 from a search.
+bool IsTrained(QRSIS& search) {
+  return LookFor(search, UniformPicture()).status != 1;
+}
+
+int PatternThreshold(QRSIS& search) {
+  return static_cast<CCrawler*>(search.GetCrawlerPatternData())->edge_threshold;
+}
+
+int EstimateOf(const ImagePtr& image) {
+  const ImagePtr copy = CopyOf(image);
+  return ctd_compute_edge_strength(nullptr, copy.get());
+}
+
+/// An 8-bit image that calls itself another type.
+ImagePtr OfAnotherType(int width, int height) {
+  return ImagePtr(im_create(2, width, height));
+}
+
+/// A picture with an estimate of its own: blurred edges of every strength, over faint noise that
+/// makes weak gradients the most frequent ones. Pictures with sharp edges only get the estimator's
+/// stopgap of 10, as a flat one does.
+ImagePtr PictureWithEstimate() {
+  ImagePtr picture = render::RenderPattern(SmallPart(), {.blur_sigma_px = 1.5, .noise_sigma = 0.6});
+  EXPECT_NE(EstimateOf(picture), EstimateOf(UniformPicture()));
+  return picture;
+}
+
+void ExpectSameContours(void* actual, void* expected) {
+  ASSERT_EQ(ctd_contour_count(actual), ctd_contour_count(expected));
+  for (int c = 0; c < ctd_contour_count(expected); ++c) {
+    ASSERT_EQ(ctd_contour_size(actual, c), ctd_contour_size(expected, c));
+    EXPECT_EQ(ctd_contour_closed(actual, c), ctd_contour_closed(expected, c));
+    for (int k = 0; k < ctd_contour_size(expected, c); ++k) {
+      EXPECT_TRUE(SameBits(ctd_contour_x(actual, c, k), ctd_contour_x(expected, c, k)));
+      EXPECT_TRUE(SameBits(ctd_contour_y(actual, c, k), ctd_contour_y(expected, c, k)));
+      EXPECT_TRUE(SameBits(ctd_contour_g(actual, c, k), ctd_contour_g(expected, c, k)));
+      EXPECT_EQ(ctd_contour_f(actual, c, k), ctd_contour_f(expected, c, k));
+    }
+  }
+}
+
+void ExpectReference(QRSIS& search, double x, double y) {
+  double ref_x = 0;
+  double ref_y = 0;
+  search.GetPatternRef(&ref_x, &ref_y);
+  EXPECT_TRUE(SameBits(ref_x, x));
+  EXPECT_TRUE(SameBits(ref_y, y));
+}
+
+TEST(Training, LearnsContoursAndReferencePointOfThePlainChain) {
+  const ImagePtr picture = PictureOf(SmallPart());
+  TrainedSearch search(picture);
+  PlainPattern plain;
+  ASSERT_EQ(PlainTrain(plain, CopyOf(picture).get(), {}), 0);
+  ExpectSameContours(search.GetCrawlerPatternData(), plain.contours.get());
+  ExpectReference(search, plain.ref_x, plain.ref_y);
+}
+
+TEST(Training, ReferencePointIsTheMeanOfTheContourPoints) {
+  // A square of side 40 in the middle of 60 x 60: positions in which the centre of the first pixel
+  // is (0.5, 0.5) have its centre at (30, 30). Of about 160 points, one more or less at a corner, 20
+  // pixels away, moves the mean by 0.125; smoothed corners and the seam may cost or add some four.
+  TrainedSearch search(PictureOf(PartOf(render::Rectangle({0, 0}, 40, 40), {60, 60})));
+  double x = 0;
+  double y = 0;
+  search.GetPatternRef(&x, &y);
+  EXPECT_NEAR(x, 30, 0.5);
+  EXPECT_NEAR(y, 30, 0.5);
+
+  void* set = search.GetCrawlerPatternData();
+  double sum_x = 0;
+  double sum_y = 0;
+  for (int c = 0; c < ctd_contour_count(set); ++c) {
+    for (int k = 0; k < ctd_contour_size(set, c); ++k) {
+      sum_x += ctd_contour_x(set, c, k);
+      sum_y += ctd_contour_y(set, c, k);
+    }
+  }
+  EXPECT_NEAR(x, sum_x / ctd_point_count(set), 1e-9);  // the order of the sum may differ
+  EXPECT_NEAR(y, sum_y / ctd_point_count(set), 1e-9);
+}
+
+TEST(Training, TakesTheSizeOfItsImage) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  EXPECT_EQ(search.GetPatternDx(), 100);
+  EXPECT_EQ(search.GetPatternDy(), 80);
+}
+
+TEST(Training, UsesUpTheImageItIsGiven) {
+  // The image becomes an edge map, and the crawl takes every contour pixel out of that.
+  const ImagePtr picture = PictureOf(Triangle());
+  const ImagePtr given = CopyOf(picture);
+  QRSIS search;
+  search.Initialize();
+  ASSERT_EQ(search.TrainIt(given.get()), 0);
+  int num_bright = 0;
+  for (int y = 0; y < given->height; ++y) {
+    for (int x = 0; x < given->width; ++x)
+      num_bright += given->row[y][x] != 0 ? 1 : 0;
+  }
+  EXPECT_EQ(num_bright, 0);
+}
+
+TEST(Training, WithoutInitializeReturns3AndKnowsTheSize) {
+  QRSIS search;
+  EXPECT_EQ(TrainOn(search, PictureOf(SmallPart())), 3);
+  EXPECT_EQ(search.GetPatternDx(), 100);
+  EXPECT_EQ(search.GetPatternDy(), 80);
+  EXPECT_FALSE(IsTrained(search));
+}
+
+TEST(Training, WithoutContourReturns1) {
+  QRSIS search;
+  search.Initialize();
+  EXPECT_EQ(TrainOn(search, UniformPicture(60, 50)), 1);
+  EXPECT_EQ(search.GetPatternDx(), 60);
+  EXPECT_EQ(search.GetPatternDy(), 50);
+  EXPECT_FALSE(IsTrained(search));
+}
+
+TEST(Training, WithCurvedContoursOnlyReturns4) {
+  QRSIS search;
+  search.Initialize();
+  EXPECT_EQ(TrainOn(search, PictureOf(CurvedPart())), 4);
+  EXPECT_GT(ctd_contour_count(search.GetCrawlerPatternData()), 0);
+  EXPECT_FALSE(IsTrained(search));
+  // The reference point has come as far as the contours: the disc's centre, in positions of which
+  // the first pixel's centre is (0.5, 0.5).
+  double x = 0;
+  double y = 0;
+  search.GetPatternRef(&x, &y);
+  EXPECT_NEAR(x, 30, 0.2);
+  EXPECT_NEAR(y, 25, 0.2);
+}
+
+TEST(Training, FailureMakesATrainedObjectUntrained) {
+  for (const ImagePtr& bad : {UniformPicture(), PictureOf(CurvedPart())}) {
+    TrainedSearch search(PictureOf(SmallPart()));
+    EXPECT_TRUE(IsTrained(search));
+    EXPECT_NE(TrainOn(search, bad), 0);
+    EXPECT_FALSE(IsTrained(search));
+    EXPECT_EQ(TrainOn(search, PictureOf(SmallPart())), 0);
+    EXPECT_TRUE(IsTrained(search));
+  }
+}
+
+TEST(Training, EstimatesTheThresholdOnceForMinusOne) {
+  const ImagePtr picture = PictureWithEstimate();
+  const int estimate = EstimateOf(picture);
+  QRSIS search;
+  search.Initialize();
+  search.SetParams(kAutomatic, 10, 100000, 80);
+  ASSERT_EQ(TrainOn(search, picture), 0);
+  EXPECT_EQ(PatternThreshold(search), estimate);
+  // The search and the next training use the same number.
+  LookFor(search, picture);
+  EXPECT_EQ(static_cast<CCrawler*>(search.GetCrawlerSceneData())->edge_threshold, estimate);
+  TrainOn(search, UniformPicture());
+  EXPECT_EQ(PatternThreshold(search), estimate);
+}
+
+TEST(Training, KeepsTheEstimateOfAFailedTraining) {
+  const ImagePtr picture = PictureWithEstimate();
+  QRSIS search;
+  search.Initialize();
+  search.SetParams(kAutomatic, 10, 100000, 80);
+  EXPECT_EQ(TrainOn(search, UniformPicture()), 1);  // of which the estimate is 10
+  EXPECT_EQ(PatternThreshold(search), 10);
+  EXPECT_EQ(TrainOn(search, picture), 0);
+  EXPECT_EQ(PatternThreshold(search), 10);
+
+  const ImagePtr curved = PictureOf(CurvedPart());
+  search.SetParams(kAutomatic, 10, 100000, 80);
+  EXPECT_EQ(TrainOn(search, curved), 4);
+  EXPECT_EQ(PatternThreshold(search), EstimateOf(curved));
+}
+
+TEST(Training, EstimatesForNoOtherNegativeThreshold) {
+  QRSIS search;
+  search.Initialize();
+  search.SetParams(-2, 10, 100000, 80);
+  TrainOn(search, PictureOf(SmallPart()));
+  EXPECT_EQ(PatternThreshold(search), -2);
+}
+
+TEST(Training, EstimateNeedsTheContourSetsFirst) {
+  // Without them training ends before the estimate, and the next one still makes it.
+  QRSIS search;
+  search.SetParams(kAutomatic, 10, 100000, 80);
+  EXPECT_EQ(TrainOn(search, UniformPicture()), 3);
+  search.Initialize();
+  const ImagePtr picture = PictureWithEstimate();
+  TrainOn(search, picture);
+  EXPECT_EQ(PatternThreshold(search), EstimateOf(picture));
+}
+
+TEST(Training, ImageOfAnotherTypeHasNoContourAtFirst) {
+  QRSIS search;
+  search.Initialize();
+  EXPECT_EQ(search.TrainIt(OfAnotherType(31, 32).get()), 1);
+  EXPECT_EQ(search.GetPatternDx(), 31);
+  EXPECT_EQ(search.GetPatternDy(), 32);
+  EXPECT_FALSE(IsTrained(search));
+}
+
+TEST(Training, ImageOfAnotherTypeMakesTheEstimate13) {
+  QRSIS search;
+  search.Initialize();
+  search.SetParams(kAutomatic, 10, 100000, 80);
+  EXPECT_EQ(search.TrainIt(OfAnotherType(31, 32).get()), 1);
+  TrainOn(search, PictureOf(SmallPart()));
+  EXPECT_EQ(PatternThreshold(search), 13);
+}
+
+TEST(Training, ImageOfAnotherTypeTrainsAgainOnTheContoursBefore) {
+  const ImagePtr picture = PictureOf(SmallPart());
+  TrainedSearch search(picture);
+  EXPECT_EQ(search.TrainIt(OfAnotherType(31, 32).get()), 0);
+  EXPECT_EQ(search.GetPatternDx(), 31);
+  EXPECT_EQ(search.GetPatternDy(), 32);
+  EXPECT_TRUE(IsTrained(search));
+
+  // The contours are smoothed and resampled once more, from where the line extraction left them.
+  PlainPattern plain;
+  ASSERT_EQ(PlainTrain(plain, CopyOf(picture).get(), {}), 0);
+  ASSERT_EQ(PlainTrain(plain, OfAnotherType(31, 32).get(), {}), 0);
+  ExpectSameContours(search.GetCrawlerPatternData(), plain.contours.get());
+  ExpectReference(search, plain.ref_x, plain.ref_y);
+}
+
+TEST(Training, WithoutAnImageReturns1AndLeavesNothing) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  EXPECT_EQ(search.TrainIt(nullptr), 1);
+  EXPECT_EQ(search.GetPatternDx(), 0);
+  EXPECT_EQ(search.GetPatternDy(), 0);
+  EXPECT_FALSE(IsTrained(search));
+}
+
+}  // namespace
+}  // namespace orvandel::test
