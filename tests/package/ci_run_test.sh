@@ -1,0 +1,53 @@
+#!/usr/bin/env bash
+# A CI run calls every check, preset and the demo, survives their failures and ends with the sum. The scripts that it
+# calls are stand-ins here.
+# Usage: ci_run_test.sh SCRATCH
+# shellcheck disable=SC2016 # bodies of the stand-ins
+set -euo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+source "$here/expect.sh"
+scratch=$1
+rm -rf "$scratch"
+mkdir -p "$scratch/.ci" "$scratch/scripts"
+cp "$here/../../.ci/run" "$scratch/.ci"
+cp -r "$here/../../scripts/lib" "$scratch/scripts"
+
+stand_in() {  # stand_in NAME, with its body on stdin
+  { echo '#!/usr/bin/env bash'; echo "echo \"$1 \$*\" >>'$scratch/calls'"; cat; } >"$scratch/scripts/$1"
+  chmod +x "$scratch/scripts/$1"
+}
+last_line() { tail -n 1 <<<"$output"; }
+
+stand_in check <<<'exit 0'
+stand_in demo <<<'exit 0'
+stand_in test <<<'echo "100% tests passed, 0 tests failed out of 100"'
+expect_status 0 "$scratch/.ci/run"
+# 4 checks, 4 presets of 100 tests, the demo
+expect_equal "all good" "405 passed, 0 failed" "$(last_line)"
+expect_equal "what was called" \
+  "check format;check dependencies;check shell;check tidy;test dev;test clang;test asan-ubsan;test tsan;demo ;" \
+  "$(tr '\n' ';' <"$scratch/calls")"
+
+stand_in test <<'BODY'
+case $1 in
+  clang) echo "no compiler"; exit 1 ;;
+  tsan) echo "99% tests passed, 1 tests failed out of 100"; exit 8 ;;
+  *) echo "100% tests passed, 0 tests failed out of 100" ;;
+esac
+BODY
+stand_in check <<<'[[ $1 != tidy ]]'
+expect_status 1 "$scratch/.ci/run"
+# 3 checks, 100 + 0 + 100 + 99 tests, the demo; tidy, clang and one test of tsan
+expect_equal "some bad" "303 passed, 3 failed" "$(last_line)"
+
+stand_in demo <<<'kill -TERM $PPID'
+expect_status 1 "$scratch/.ci/run"
+expect_equal "stopped from outside" "302 passed, 4 failed" "$(last_line)"
+
+stand_in demo <<<'cat; exit 0'
+stand_in test <<<'echo "100% tests passed, 0 tests failed out of 100"'
+stand_in check <<<'exit 0'
+output=$(sleep 5 | "$scratch/.ci/run")
+expect_equal "does not read what stands on standard input" "405 passed, 0 failed" "$(last_line)"
+
+finish_expectations
