@@ -8,6 +8,7 @@
 
 #include "cli/canvas.h"
 #include "cli/command.h"
+#include "cli/contour_listing.h"
 #include "cli/contour_set.h"
 #include "cli/draw_options.h"
 #include "cli/help.h"
@@ -21,8 +22,8 @@ namespace orvandel::cli {
 namespace {
 
 constexpr const char* kAbout =
-    "Shows the contours that the library sees in a picture, as training and search use\n"
-    "them: sub-pixel edge points, smoothed, one a pixel, largest contour first.";
+    "Shows the contours that the library sees in a picture, as training and search\n"
+    "use them: sub-pixel edge points, smoothed, one a pixel, largest contour first.";
 constexpr const char* kUsage = "orvandel contours [options] IMAGE";
 constexpr const char* kFooter =
     R"(Per contour: number of points, whether it closes on itself, and the pixels it
@@ -30,8 +31,8 @@ spans, x right and y down; the centre of the top-left pixel is (0.5, 0.5).
 
 Examples:
   orvandel contours part.png
-  orvandel contours part.png --edge-threshold 30 --min-contour 40 --draw seen.png
-  orvandel contours part.png --draw seen.png --zoom 4       to see sub-pixel detail
+  orvandel contours part.png --edge-threshold 30 --min-contour 40 --draw c.png
+  orvandel contours part.png --draw seen.png --zoom 4     shows sub-pixel detail
   orvandel contours part.png --raw --csv --output part.csv)";
 
 struct ContoursArguments {
@@ -110,10 +111,7 @@ void WriteFiles(const Picture& picture, void* contours, const ContoursArguments&
     WriteFileBy(arguments.save_file, [contours](const std::string& path) {
       return ctd_save(contours, path.c_str()) == 0;
     });
-  if (!arguments.dump_file.empty())
-    WriteFileBy(arguments.dump_file, [contours](const std::string& path) {
-      return ctd_dump(contours, path.c_str()) == 0;
-    });
+  if (!arguments.dump_file.empty()) WriteFile(arguments.dump_file, ListContours(contours));
   if (arguments.draw.IsWanted()) Draw(picture, contours, arguments.draw);
 }
 

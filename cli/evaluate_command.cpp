@@ -23,16 +23,16 @@ namespace orvandel::cli {
 namespace {
 
 constexpr const char* kAbout =
-    "Searches the scenes of suites whose true poses are known, and prints per suite how\n"
-    "often and how exactly the pattern was found.";
+    "Searches the scenes of suites whose true poses are known, and prints per suite\n"
+    "how often and how exactly the pattern was found.";
 constexpr const char* kUsage = "orvandel evaluate [options] SUITE...";
 constexpr const char* kFooter =
-    R"(A SUITE is a folder with a manifest.csv, or that file: a header with the columns
+    R"(A SUITE is a folder with a manifest.csv, or that file. It has the columns
   case,pattern,scene,instance,cx,cy,angle_deg,scale
-and a row per instance of a case; instance -1 and no pose where the scene does not
-hold the pattern. Paths are relative to the folder. (cx, cy) is the scene position
-of the pattern picture's centre with the centre of the top-left pixel at (0, 0);
-a positive angle turns clockwise on the screen.
+and a row per instance of a case; instance -1 and no pose where the scene does
+not hold the pattern. Paths are relative to the folder. (cx, cy) is the scene
+position of the pattern picture's centre, the centre of the top-left pixel being
+(0, 0); a positive angle turns clockwise on the screen.
 
 Per suite:
   found        cases whose best pose is at an instance, whatever its score: the
@@ -44,8 +44,8 @@ Per suite:
   corner, angle, scale   errors of the found cases: median and 90th percentile
   time         of all searches, without reading files
 
-Overlays show the pose found as `orvandel find` draws it, and the outline of each
-true instance in blue.
+Overlays show the pose found as `orvandel find` draws it, and the outline of the
+true instances in blue.
 
 Exit status: 0 done, 2 a usage error or a file that cannot be used.
 

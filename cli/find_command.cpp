@@ -32,8 +32,8 @@ constexpr const char* kFooter =
   x, y       where the pattern's reference point lies in the scene, in pixels, x
              right and y down. The reference point is the mean of the pattern's
              contour points. The centre of the top-left pixel is (0.5, 0.5).
-  angle      how far the pattern is turned, in (-180, 180] degrees and in radians;
-             positive turns clockwise on the screen.
+  angle      how far the pattern is turned, in (-180, 180] degrees and in
+             radians; positive turns clockwise on the screen.
   scale      size in the scene over size in the pattern picture.
   score      percent of the pattern's contour that the scene shows at this pose.
   status     found, or why not: below_accept_score (the best pose is printed all
@@ -51,8 +51,8 @@ file that cannot be used.
 Examples:
   orvandel find part.png scene.png
   orvandel find part.png shots/*.png --overlay found --csv > found.csv
-  orvandel find board.png scene.png --pattern-rect 260,140,240,220 --scale 0.9,1.1
-  orvandel find --knowledge part shots/*.png --accept-score 70 --timeout 20ms --json)";
+  orvandel find board.png shot.png --pattern-rect 60,40,240,220 --scale 0.9,1.1
+  orvandel find --knowledge part shots/*.png --json --timeout 20ms)";
 
 struct FindArguments {
   std::vector<std::string> pictures;
@@ -184,9 +184,11 @@ void AddOptions(CLI::App& app, FindArguments& arguments) {
          "Learn only this part of the pattern picture, in pixels.")
       ->type_name("X,Y,W,H");
   AddSearchOptions(app, arguments.search);
-  CLI::Option* const json =
-      app.add_flag("--json", arguments.json, "Print one JSON object.")->group("Output");
+  CLI::Option* const json = app.add_flag("--json", arguments.json, "Print one JSON object.")
+                                ->option_text(" ")
+                                ->group("Output");
   app.add_flag("--csv", arguments.csv, "Print CSV, a header and a line per scene.")
+      ->option_text(" ")
       ->group("Output")
       ->excludes(json);
   app.add_option("--output", arguments.output, "Print into this file.")

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "cli/find_report.h"
+#include "cli/messages.h"
 #include "cli/number_text.h"
 
 namespace orvandel::cli {
@@ -12,7 +13,7 @@ namespace {
 using Row = std::array<std::string, 9>;
 
 Row RowOf(const SceneOutcome& outcome) {
-  Row row = {outcome.scene, outcome.Status(), "-", "-", "-", "-", "-", "-", "-"};
+  Row row = {Printable(outcome.scene), outcome.Status(), "-", "-", "-", "-", "-", "-", "-"};
   if (!outcome.result) return row;
   row[8] = Fixed(outcome.result->time_ms, 1);
   if (!outcome.result->HasPose()) return row;

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <sstream>
+#include <utility>
 
 namespace orvandel::cli {
 namespace {
@@ -66,11 +67,18 @@ std::string HelpFormatter::make_subcommand(const CLI::App* subcommand) const {
   return Entry(subcommand->get_name(), subcommand->get_description());
 }
 
+std::string HelpFormatter::make_help(const CLI::App* app, std::string name,
+                                     CLI::AppFormatMode mode) const {
+  const std::string help = Formatter::make_help(app, std::move(name), mode);
+  return CLI::detail::find_and_replace(help, "\n\n\n", "\n\n");
+}
+
 CLI::App& AddSubcommand(CLI::App& program, const char* name, const char* summary,
                         const HelpText& text) {
   CLI::App* const app = program.add_subcommand(name, summary);
   app->formatter(std::make_shared<HelpFormatter>(text));
   app->footer(text.footer);
+  app->set_help_flag("-h,--help", "Print this help and leave.");
   return *app;
 }
 

@@ -22,6 +22,8 @@ class HelpFormatter : public CLI::Formatter {
   std::string make_usage(const CLI::App* app, std::string name) const override;
   std::string make_option(const CLI::Option* option, bool is_positional) const override;
   std::string make_subcommand(const CLI::App* subcommand) const override;
+  std::string make_help(const CLI::App* app, std::string name,
+                        CLI::AppFormatMode mode) const override;
 
  private:
   HelpText text_;

@@ -24,8 +24,8 @@ constexpr const char* kAbout =
 constexpr const char* kUsage = "orvandel lines [options] IMAGE";
 constexpr const char* kFooter =
     R"(Per straight edge, most points first:
-  start, end   in pixels, x right and y down; the centre of the top-left pixel is
-               (0.5, 0.5).
+  start, end   in pixels, x right and y down; the centre of the top-left pixel
+               is (0.5, 0.5).
   angle        of the fitted line in (-90, 90] degrees; positive turns clockwise
                on the screen.
   length       from start to end in pixels; 0 for one that was joined where a

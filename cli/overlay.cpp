@@ -51,7 +51,7 @@ void DrawArrow(Canvas& canvas, Point from, double angle, double length, double w
 void DrawReferenceMark(Canvas& canvas, const Pose& pose) {
   constexpr double kQuarterTurn = 1.5707963267948966;
   const double shorter_side = std::min(canvas.width(), canvas.height());
-  const double arm = std::clamp(shorter_side / 40, 6.0, 40.0);
+  const double arm = std::clamp(shorter_side / 70, 6.0, 30.0);
   const double width = std::max(1.6, arm / 8);
   const Point at = pose.position;
   canvas.DrawLine(Ahead(at, pose.angle, -arm), at, width, kMarkColour);
@@ -74,7 +74,7 @@ std::string Caption(const FindResult& result) {
 }
 
 void DrawCaption(Canvas& canvas, const std::string& text, Colour colour) {
-  constexpr int kWantedDots = 400;  // across the picture
+  constexpr int kWantedDots = 500;  // across the picture
   const int largest_dot = std::max(1, (canvas.width() - 8) / Canvas::TextWidth(text, 1));
   const int dot = std::min(largest_dot, std::max(2, canvas.width() / kWantedDots));
   const int margin = 3 * dot;

@@ -5,6 +5,8 @@
 
 #include <fmt/format.h>
 
+#include "cli/messages.h"
+
 #if defined(_WIN32)
 #include <io.h>
 #else
@@ -40,7 +42,7 @@ void ProgressBar::Begin(std::string_view label) {
   const std::size_t filled = kBarWidth * num_done_ / num_steps_;
   const std::string bar = std::string(filled, '#') + std::string(kBarWidth - filled, '.');
   const std::string line = fmt::format("\r[{}] {}/{}  {:{}.{}}", bar, num_done_ + 1, num_steps_,
-                                       label, kLabelWidth, kLabelWidth);
+                                       Printable(label), kLabelWidth, kLabelWidth);
   std::fputs(line.c_str(), stderr);
   std::fflush(stderr);
   visible_ = true;

@@ -14,7 +14,7 @@ class ProgressBar {
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
-  /// Shows the step that begins; `label` is printable text.
+  /// Shows the step that begins.
   void Begin(std::string_view label);
   /// Counts a step as done.
   void Advance();

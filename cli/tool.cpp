@@ -21,7 +21,7 @@ namespace orvandel::cli {
 namespace {
 
 constexpr const char* kAbout =
-    "Finds a geometric pattern in grey pictures, at any rotation and a range of sizes.";
+    "Finds a geometric pattern in grey pictures, at any rotation and many sizes.";
 constexpr const char* kUsage = "orvandel COMMAND [options] ...";
 constexpr const char* kFooter =
     R"(`orvandel COMMAND --help` tells what a command's options and results mean.
@@ -45,11 +45,14 @@ class Program {
   Program() : app_("", "orvandel") {
     app_.formatter(std::make_shared<HelpFormatter>(HelpText{kAbout, kUsage, kFooter}));
     app_.footer(kFooter);
+    app_.set_help_flag("-h,--help", "Print this help and leave.");
     app_.set_version_flag("--version", std::string("orvandel ") + kVersion,
                           "Print the version and leave.");
     app_.require_subcommand(1);
     commands_ = {AddFindCommand(app_), AddTrainCommand(app_), AddContoursCommand(app_),
                  AddLinesCommand(app_), AddEvaluateCommand(app_)};
+    for (const Command& command : commands_)
+      command.app->group("Commands");
   }
 
   int Run(int argc, char** argv) {
@@ -96,9 +99,10 @@ class Program {
   }
 
   std::string WhatIsWrong(const CLI::ParseError& error) const {
-    if (!ParsedCommand() && dynamic_cast<const CLI::RequiredError*>(&error))
-      return "a command is missing; the commands are " + Names();
-    return error.what();
+    if (ParsedCommand()) return error.what();
+    const std::vector<std::string> unknown = app_.remaining();
+    if (!unknown.empty()) return fmt::format("'{}' is no option here", unknown.front());
+    return "a command is missing; the commands are " + Names();
   }
 
   const Command* ParsedCommand() const {

@@ -1,6 +1,7 @@
 #include "platform/imgutil/jpeg.h"
 
 #include <cstddef>
+#include <numeric>
 
 #include "platform/imgutil/byte_order.h"
 #include "platform/imgutil/stb_codec.h"
@@ -110,6 +111,21 @@ ImageFileError ReadInfo(ByteView beginning, std::uint64_t file_size, PictureInfo
   return CanHold(file_size, info) ? kImageFileOk : kImageFileTruncated;
 }
 
+/// Tables of Huffman codes: class and number, how many codes there are of 1 to 16 bits, and what
+/// they stand for. The decoder trusts that these are no more values than a byte has.
+bool AreWhole(ByteView tables) {
+  constexpr std::size_t kHead = 17;
+  constexpr std::size_t kMostCodes = 256;
+  while (!tables.empty()) {
+    if (tables.size() < kHead) return false;
+    const std::size_t num_codes =
+        std::accumulate(tables.data() + 1, tables.data() + kHead, std::size_t{0});
+    if (num_codes > kMostCodes || num_codes > tables.size() - kHead) return false;
+    tables = tables.subspan(kHead + num_codes);
+  }
+  return true;
+}
+
 /// Every segment up to the end marker, with at least one scan among them, and tables before it:
 /// frames of films leave theirs out, and would come out as plain grey.
 ImageFileError CheckComplete(ByteView file) {
@@ -120,6 +136,7 @@ ImageFileError CheckComplete(ByteView file) {
   bool has_scan = false;
   do {
     if (const auto error = reader.Next(segment)) return error;
+    if (segment.code == kHuffmanTables && !AreWhole(segment.data)) return kImageFileForeign;
     has_codes = has_codes || segment.code == kHuffmanTables;
     has_quantisers = has_quantisers || segment.code == kQuantisers;
     has_scan = has_scan || segment.code == kStartOfScan;

@@ -4,8 +4,8 @@
 
 namespace orvandel {
 
-/// JPEG, baseline and progressive, 8 bits. A file without its end marker is refused; pixel data that
-/// are missing or damaged before it cannot always be told.
+/// JPEG, baseline and progressive, 8 bits. A file without its end marker is refused; pixel data
+/// that are missing or damaged before it cannot always be told.
 extern const PictureReader kJpegReader;
 
 /// Writes at quality 95, as three equal channels. Refuses more than `kMaxCodecBytes` pixels.

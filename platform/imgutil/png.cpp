@@ -82,8 +82,8 @@ ImageFileError CheckSignature(ByteView bytes) {
   return known < kSignature.size() ? kImageFileTruncated : kImageFileOk;
 }
 
-/// A kind of pixel: its channels and the sample sizes in bits that it comes in, as
-/// a sum of powers of two (1 + 2 + 4 + 8 + 16: every one).
+/// A kind of pixel: its channels, and the sample sizes in bits that it comes in, which are powers of
+/// two, as their sum.
 struct ColourType {
   int channels;
   unsigned bit_depths;
@@ -149,13 +149,6 @@ std::uint64_t MostInflatedBytes(std::uint64_t compressed_bytes) {
   return 1032 * compressed_bytes;
 }
 
-/// The most bytes that a compressed picture is let have. Whatever an encoder does, incompressible
-/// data grow only a little; far more would inflate to far more than the picture.
-std::uint64_t MostCompressedBytes(const Header& header) {
-  constexpr std::uint64_t kSlack = 1 << 16;
-  return 2 * (header.PackedBytes() + static_cast<unsigned>(header.info.height)) + kSlack;
-}
-
 ImageFileError ReadInfo(ByteView beginning, std::uint64_t file_size, PictureInfo& info) {
   Header header;
   if (const auto error = ReadHeader(beginning, header)) return error;
@@ -176,30 +169,28 @@ ImageFileError AppendFullPalette(const Chunk& chunk, Bytes& file) {
 
 /// Checks every chunk up to the last and copies those that make the grey picture: transparency and
 /// what decoders may pass over is left out.
-ImageFileError CopyEssentialChunks(ByteView file, const Header& header, Bytes& copy) {
+ImageFileError CopyEssentialChunks(ByteView file, bool has_palette, Bytes& copy) {
   copy.assign(kSignature.begin(), kSignature.end());
-  std::uint64_t compressed_bytes = 0;
   Chunk chunk;
   for (std::size_t at = kSignature.size(); chunk.type != kEnd;) {
     if (const auto error = ReadChunk(file, at, chunk)) return error;
     if (chunk.type == kPalette) {
-      if (!header.has_palette) continue;  // only a hint for displays of few colours
+      if (!has_palette) continue;  // only a hint for displays of few colours
       if (const auto error = AppendFullPalette(chunk, copy)) return error;
     } else if (chunk.type == kHeader || chunk.type == kData || chunk.type == kEnd) {
       AppendChunk(chunk, copy);
-      if (chunk.type == kData) compressed_bytes += chunk.data.size();
     } else if (IsCritical(chunk.type)) {
       return kImageFileForeign;
     }
   }
-  return compressed_bytes > MostCompressedBytes(header) ? kImageFileForeign : kImageFileOk;
+  return kImageFileOk;
 }
 
 ImageFileError Decode(ByteView file, const PictureInfo& info, Bytes& grey) {
   Header header;
   Bytes essential;
   if (const auto error = ReadHeader(file, header)) return error;
-  if (const auto error = CopyEssentialChunks(file, header, essential)) return error;
+  if (const auto error = CopyEssentialChunks(file, header.has_palette, essential)) return error;
   return DecodeWithStb(essential, info, grey);
 }
 

@@ -4,8 +4,8 @@
 
 namespace orvandel {
 
-/// Portable grey and colour maps, plain (P2, P3) and raw (P5, P6), with comments. Samples are scaled
-/// from the file's greatest value to 255, rounded; a greatest value of 255 changes nothing.
+/// Portable grey and colour maps, plain (P2, P3) and raw (P5, P6), with comments. Samples are
+/// scaled from the file's greatest value to 255, rounded; a greatest value of 255 changes nothing.
 extern const PictureReader kPnmReader;
 
 /// Writes a raw grey map (P5) with greatest value 255.

@@ -10,8 +10,21 @@
 
 namespace {
 
-// What stb allocates is cleared: where a damaged file leaves pixels undecoded, they are black and
-// not whatever the memory held. Its encoders do not look at failed allocations, so these throw.
+// The most that a decoder may ask for at once. A small file can be made that inflates to any size;
+// its picture cannot.
+thread_local std::size_t largest_allocation = 0;
+
+// Cleared, so that pixels that a damaged file leaves undecoded are black and not what the memory
+// held before.
+void* Allocate(std::size_t size) {
+  return size <= largest_allocation ? std::calloc(1, size) : nullptr;
+}
+
+void* Reallocate(void* old_memory, std::size_t size) {
+  return size <= largest_allocation ? std::realloc(old_memory, size) : nullptr;
+}
+
+// The encoders do not look at what they are given.
 void* AllocateOrThrow(std::size_t size) {
   void* memory = std::malloc(size);
   if (memory == nullptr) throw std::bad_alloc();
@@ -34,8 +47,8 @@ void* ReallocateOrThrow(void* old_memory, std::size_t size) {
 #define STBI_NO_FAILURE_STRINGS
 #define STBI_MAX_DIMENSIONS 65535
 #define STBI_ASSERT(condition) static_cast<void>(0)
-#define STBI_MALLOC(size) std::calloc(1, size)
-#define STBI_REALLOC(memory, size) std::realloc(memory, size)
+#define STBI_MALLOC(size) Allocate(size)
+#define STBI_REALLOC(memory, size) Reallocate(memory, size)
 #define STBI_FREE(memory) std::free(memory)
 #include <stb_image.h>
 
@@ -52,6 +65,16 @@ namespace orvandel {
 namespace {
 
 constexpr int kJpegQuality = 95;
+
+/// Up to 8 bytes a pixel, compressed to no less than twice that at worst, in buffers that grow by
+/// doubling; sides rounded up to whole blocks; tables.
+std::size_t LargestAllocation(const PictureInfo& info) {
+  constexpr std::uint64_t kBytesPerPixel = 32;
+  constexpr std::uint64_t kTables = 1 << 20;
+  const auto padded = [](int side) { return static_cast<std::uint64_t>(side) + 32; };
+  return static_cast<std::size_t>(kBytesPerPixel * padded(info.width) * padded(info.height) +
+                                  kTables);
+}
 
 struct SamplesDeleter {
   void operator()(stbi_uc* samples) const { stbi_image_free(samples); }
@@ -83,6 +106,7 @@ ImageFileError DecodeWithStb(ByteView file, const PictureInfo& info, Bytes& grey
   int width = 0;
   int height = 0;
   int channels = 0;
+  largest_allocation = LargestAllocation(info);
   const std::unique_ptr<stbi_uc, SamplesDeleter> samples(stbi_load_from_memory(
       file.data(), static_cast<int>(file.size()), &width, &height, &channels, 0));
   if (!samples || width != info.width || height != info.height) return kImageFileForeign;

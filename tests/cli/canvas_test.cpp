@@ -1,0 +1,131 @@
+#include "cli/canvas.h"
+
+#include <cstdlib>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "tests/cli/temp_folder.h"
+#include "tests/cli/test_pictures.h"
+#include "tests/cli/tool_run.h"
+#include "tests/support/images.h"
+
+namespace orvandel::cli::test {
+namespace {
+
+constexpr Colour kWhite{255, 255, 255};
+
+ImagePtr BlackPicture(int width, int height) {
+  return orvandel::test::MakeImage(width, height, [](int, int) { return 0; });
+}
+
+// What was drawn, as the image library reads it.
+ImagePtr Drawn(const Canvas& canvas) {
+  const TempFolder folder;
+  WriteTextFile(folder / "canvas.png", canvas.EncodePng());
+  return ReadBack(folder / "canvas.png");
+}
+
+double SumOfGrey(const tImage& image) {
+  double sum = 0;
+  for (int y = 0; y < image.height; ++y) {
+    for (int x = 0; x < image.width; ++x)
+      sum += image.row[y][x];
+  }
+  return sum;
+}
+
+TEST(Canvas, ShowsThePicture) {
+  const ImagePtr picture = orvandel::test::MakeImage(7, 5, [](int x, int y) { return 20 * x + y; });
+  const ImagePtr drawn = Drawn(Canvas(*picture, 1, 1.0));
+  ASSERT_NE(drawn, nullptr);
+  ASSERT_EQ(drawn->width, 7);
+  ASSERT_EQ(drawn->height, 5);
+  EXPECT_EQ(drawn->row[3][6], 123);
+  EXPECT_EQ(drawn->row[0][1], 20);
+}
+
+TEST(Canvas, ZoomRepeatsPixelsAndBrightnessDims) {
+  const ImagePtr picture = orvandel::test::MakeImage(2, 2, [](int x, int) { return 200 * x; });
+  const ImagePtr drawn = Drawn(Canvas(*picture, 3, 0.5));
+  ASSERT_EQ(drawn->width, 6);
+  EXPECT_EQ(drawn->row[5][2], 0);
+  EXPECT_EQ(drawn->row[5][3], 100);
+}
+
+TEST(Canvas, PixelCentresLieAtHalves) {
+  Canvas canvas(*BlackPicture(9, 9), 1, 1.0);
+  canvas.DrawDot({4.5, 2.5}, 1.0, kWhite);
+  const ImagePtr drawn = Drawn(canvas);
+  EXPECT_EQ(drawn->row[2][4], 255);
+  EXPECT_EQ(drawn->row[2][3], 0);
+  EXPECT_EQ(drawn->row[1][4], 0);
+}
+
+TEST(Canvas, ALineOnAPixelBorderIsSharedByBothRows) {
+  Canvas canvas(*BlackPicture(40, 9), 1, 1.0);
+  canvas.DrawLine({2.5, 4.0}, {37.5, 4.0}, 1.0, kWhite);
+  const ImagePtr drawn = Drawn(canvas);
+  EXPECT_NEAR(drawn->row[3][20], 127.5, 1);
+  EXPECT_NEAR(drawn->row[4][20], 127.5, 1);
+}
+
+TEST(Canvas, ALineHasItsWidthInEveryDirection) {
+  // Length times width, and a round end of half the width at both ends. Coverage falls linearly
+  // over a pixel, which the ends of a thin line feel a little.
+  constexpr double kLength = 60;
+  constexpr double kWidth = 3;
+  constexpr double kArea = kLength * kWidth + 3.14159265 * kWidth * kWidth / 4;
+  for (const double angle : {0.0, 0.3, 0.785, 1.2, 1.5708}) {
+    Canvas canvas(*BlackPicture(100, 100), 1, 1.0);
+    const Point from = {20.3, 20.7};
+    canvas.DrawLine(from, {from.x + kLength * std::cos(angle), from.y + kLength * std::sin(angle)},
+                    kWidth, kWhite);
+    EXPECT_NEAR(SumOfGrey(*Drawn(canvas)) / 255, kArea, 0.02 * kArea) << angle;
+  }
+}
+
+TEST(Canvas, JointsOfAPolylineAreNotBlendedTwice) {
+  const std::vector<Point> points = {{5, 5}, {20, 5}, {20, 5}, {35, 5}};
+  Canvas joined(*BlackPicture(40, 10), 1, 1.0);
+  joined.DrawPolyline(points, false, 1.0, kWhite);
+  Canvas straight(*BlackPicture(40, 10), 1, 1.0);
+  straight.DrawLine(points.front(), points.back(), 1.0, kWhite);
+  EXPECT_EQ(joined.EncodePng(), straight.EncodePng());
+}
+
+TEST(Canvas, AClosedPolylineReturnsToItsStart) {
+  const std::vector<Point> points = {{5, 5}, {35, 5}, {35, 35}};
+  Canvas canvas(*BlackPicture(40, 40), 1, 1.0);
+  canvas.DrawPolyline(points, true, 1.0, kWhite);
+  EXPECT_GT(Drawn(canvas)->row[20][20], 100);
+}
+
+TEST(Canvas, WhatLiesOutsideIsCutOff) {
+  constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+  constexpr double kInfinite = std::numeric_limits<double>::infinity();
+  Canvas canvas(*BlackPicture(20, 20), 1, 1.0);
+  const std::string untouched = canvas.EncodePng();
+  canvas.DrawLine({-50, -50}, {-10, 70}, 3, kWhite);
+  canvas.DrawLine({kNotANumber, 5}, {10, 10}, 3, kWhite);
+  canvas.DrawLine({5, 5}, {kInfinite, 10}, 3, kWhite);
+  canvas.DrawLine({5, 5}, {1e300, 10}, 3, kWhite);
+  canvas.DrawDot({-1e9, 1e9}, 4, kWhite);
+  canvas.FillRectangle(18, 30, 10, 10, kWhite, 1.0);
+  canvas.FillRectangle(-30, 5, 20, 10, kWhite, 1.0);
+  canvas.DrawText(100, 100, 2, "OUT", kWhite);
+  EXPECT_EQ(canvas.EncodePng(), untouched);
+}
+
+TEST(DistinctColour, NeighboursDiffer) {
+  for (int i = 0; i < 200; ++i) {
+    const Colour a = DistinctColour(i);
+    const Colour b = DistinctColour(i + 1);
+    const int difference =
+        std::abs(a.red - b.red) + std::abs(a.green - b.green) + std::abs(a.blue - b.blue);
+    EXPECT_GT(difference, 100) << i;
+  }
+}
+
+}  // namespace
+}  // namespace orvandel::cli::test

@@ -1,0 +1,256 @@
+#include <cmath>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "cli/csv.h"
+#include "cli/manifest.h"
+#include "platform/numbers.h"
+#include "tests/cli/temp_folder.h"
+#include "tests/cli/test_pictures.h"
+#include "tests/cli/tool_run.h"
+
+namespace orvandel::cli::test {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr render::Pose kPose = {.x = 301.3, .y = 244.8, .angle_deg = 137, .scale = 1.1};
+
+// Where the picture's own pattern point `reference` lies at the pose, as the program counts pixels.
+Point TruePosition(const render::Pose& pose, Point reference) {
+  const TrueInstance instance = {pose.x, pose.y, pose.angle_deg, pose.scale};
+  return PoseOf(instance, kBracketWidth, kBracketHeight) * reference;
+}
+
+class FindCommand : public testing::Test {
+ protected:
+  FindCommand() {
+    WriteBracketPattern(pattern_);
+    WriteBracketScene(scene_, kPose);
+  }
+
+  TempFolder folder_;
+  std::string pattern_ = folder_ / "pattern.png";
+  std::string scene_ = folder_ / "scene.png";
+};
+
+TEST_F(FindCommand, TellsThePose) {
+  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--json"});
+  ASSERT_EQ(run.exit_code, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  const Json document = Json::parse(run.out);
+  const Json& result = document["results"].at(0);
+  EXPECT_EQ(result["scene"], scene_);
+  EXPECT_EQ(result["status"], "found");
+  EXPECT_EQ(result["found"], true);
+
+  // The pose comes from one pair of straight edges of about 100 pixels, each fitted to a few
+  // hundredths of a pixel, and a refinement that ends with steps of 0.08 pixel and 0.0008 in scale.
+  const Point reference = {document["pattern"]["reference_x"], document["pattern"]["reference_y"]};
+  const Point truth = TruePosition(kPose, reference);
+  EXPECT_NEAR(result["x"], truth.x, 1.0);
+  EXPECT_NEAR(result["y"], truth.y, 1.0);
+  EXPECT_NEAR(result["angle_deg"], kPose.angle_deg, 0.5);
+  EXPECT_NEAR(result["angle_rad"].get<double>() * 180 / kPi, result["angle_deg"], 1e-9);
+  EXPECT_NEAR(result["scale"], kPose.scale, 0.01);
+  EXPECT_GE(result["score"], 80);
+  EXPECT_LE(result["score"], 100);
+  EXPECT_GT(result["time_ms"], 0);
+}
+
+TEST_F(FindCommand, TextHasAHeadAndALinePerScene) {
+  const ToolRun run = RunOrvandel({"find", pattern_, scene_});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_EQ(NumLines(run.out), 2) << run.out;
+  EXPECT_TRUE(Contains(run.out, "angle deg"));
+  EXPECT_TRUE(Contains(run.out, "found"));
+}
+
+TEST_F(FindCommand, CsvHasAFieldForEveryColumn) {
+  WriteFlatPicture(folder_ / "a, flat one.png", 64, 64);
+  const ToolRun run = RunOrvandel({"find", "--csv", pattern_, scene_, folder_ / "a, flat one.png"});
+  EXPECT_EQ(run.exit_code, 1);
+  std::istringstream lines(run.out);
+  std::string line;
+  ASSERT_TRUE(std::getline(lines, line));
+  EXPECT_EQ(line, "scene,status,found,x,y,angle_deg,angle_rad,scale,score,time_ms");
+  ASSERT_TRUE(std::getline(lines, line));
+  EXPECT_EQ(SplitCsvLine(line).size(), 10u) << line;
+  EXPECT_EQ(SplitCsvLine(line)[1], "found");
+  ASSERT_TRUE(std::getline(lines, line));
+  const std::vector<std::string> flat = SplitCsvLine(line);
+  ASSERT_EQ(flat.size(), 10u) << line;
+  EXPECT_EQ(flat[0], folder_ / "a, flat one.png");
+  EXPECT_EQ(flat[1], "no_contours");
+  EXPECT_EQ(flat[3], "");
+}
+
+TEST_F(FindCommand, NotFoundInOneSceneIsExitCodeOne) {
+  WriteOtherScene(folder_ / "other.png");
+  const ToolRun run = RunOrvandel({"find", pattern_, scene_, folder_ / "other.png", "--json"});
+  EXPECT_EQ(run.exit_code, 1);
+  const Json results = Json::parse(run.out)["results"];
+  EXPECT_EQ(results.at(0)["found"], true);
+  EXPECT_EQ(results.at(1)["found"], false);
+  EXPECT_EQ(results.at(1)["status"], "below_accept_score");
+  EXPECT_LT(results.at(1)["score"], 80);
+}
+
+TEST_F(FindCommand, SaysWhyThereIsNoPose) {
+  WriteFlatPicture(folder_ / "flat.png", 64, 64);
+  WriteDisc(folder_ / "disc.png", 8);
+  const ToolRun run =
+      RunOrvandel({"find", pattern_, folder_ / "flat.png", folder_ / "disc.png", "--json"});
+  EXPECT_EQ(run.exit_code, 1);
+  const Json results = Json::parse(run.out)["results"];
+  EXPECT_EQ(results.at(0)["status"], "no_contours");
+  EXPECT_TRUE(results.at(0)["x"].is_null());
+  EXPECT_TRUE(results.at(0)["score"].is_null());
+  EXPECT_EQ(results.at(1)["status"], "no_lines");
+}
+
+TEST_F(FindCommand, WithoutTimeNothingIsFound) {
+  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--json", "--timeout", "0"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(Json::parse(run.out)["results"].at(0)["status"], "timed_out");
+  EXPECT_TRUE(
+      Contains(RunOrvandel({"find", pattern_, scene_, "--timeout", "0"}).out, "longer --timeout"));
+}
+
+TEST_F(FindCommand, TheAcceptScoreDecidesWhatIsFound) {
+  render::Pose half_outside = kPose;
+  half_outside.x = 0;
+  WriteBracketScene(folder_ / "half.png", half_outside);
+  const auto exit_code = [&](const char* accept_score) {
+    return RunOrvandel({"find", pattern_, folder_ / "half.png", "--accept-score", accept_score})
+        .exit_code;
+  };
+  EXPECT_EQ(exit_code("20"), 0);
+  EXPECT_EQ(exit_code("100"), 1);
+}
+
+TEST_F(FindCommand, TheScaleRangeExcludesOtherSizes) {
+  // The refinement moves a scale by 0.2 at most, so 1.1 stays out of reach.
+  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--json", "--scale", "1.5,3"});
+  EXPECT_EQ(run.exit_code, 1);
+  EXPECT_EQ(RunOrvandel({"find", pattern_, scene_, "--scale", "1,1.2"}).exit_code, 0);
+}
+
+TEST_F(FindCommand, APatternCanBeCutOutOfAPicture) {
+  // The bracket lies upright in the middle of this picture, so its pattern picture is that part.
+  const render::Pose upright = {.x = 319.5, .y = 239.5};
+  WriteBracketScene(folder_ / "upright.png", upright);
+  const ToolRun run = RunOrvandel(
+      {"find", folder_ / "upright.png", scene_, "--json", "--pattern-rect", "210,150,220,180"});
+  ASSERT_EQ(run.exit_code, 0) << run.err;
+  const Json document = Json::parse(run.out);
+  EXPECT_EQ(document["pattern"]["width"], kBracketWidth);
+  EXPECT_EQ(document["pattern"]["height"], kBracketHeight);
+  const Point reference = {document["pattern"]["reference_x"], document["pattern"]["reference_y"]};
+  const Point truth = TruePosition(kPose, reference);
+  EXPECT_NEAR(document["results"].at(0)["x"], truth.x, 1.0);
+  EXPECT_NEAR(document["results"].at(0)["y"], truth.y, 1.0);
+}
+
+TEST_F(FindCommand, ACutOutMustLieInsideThePicture) {
+  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--pattern-rect", "100,100,220,180"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_TRUE(Contains(run.err, "220 x 180")) << run.err;
+}
+
+TEST_F(FindCommand, TheEdgeThresholdCanBeEstimated) {
+  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--json", "--edge-threshold", "auto"});
+  ASSERT_NE(run.exit_code, 2) << run.err;
+  const int threshold = Json::parse(run.out)["options"]["edge_threshold"];
+  EXPECT_GE(threshold, 1);
+  EXPECT_LE(threshold, 252);
+}
+
+TEST_F(FindCommand, OneUnusableSceneDoesNotStopTheOthers) {
+  WriteTextFile(folder_ / "broken.png", "this is no picture");
+  const ToolRun run = RunOrvandel(
+      {"find", pattern_, folder_ / "broken.png", folder_ / "missing.png", scene_, "--json"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_EQ(NumLines(run.err), 2) << run.err;
+  EXPECT_TRUE(Contains(run.err, "broken.png: ")) << run.err;
+  EXPECT_TRUE(Contains(run.err, "missing.png: no such file")) << run.err;
+  const Json results = Json::parse(run.out)["results"];
+  ASSERT_EQ(results.size(), 3u);
+  EXPECT_EQ(results.at(0)["status"], "unusable_scene");
+  EXPECT_TRUE(Contains(results.at(1)["error"], "no such file"));
+  EXPECT_EQ(results.at(2)["status"], "found");
+}
+
+TEST_F(FindCommand, AReportGoesIntoAFile) {
+  const ToolRun run =
+      RunOrvandel({"find", pattern_, scene_, "--csv", "--output", folder_ / "found.csv"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(NumLines(ReadFile(folder_ / "found.csv")), 2);
+}
+
+TEST_F(FindCommand, AnOverlayShowsTheScene) {
+  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--overlay", folder_ / "new/dir"});
+  ASSERT_EQ(run.exit_code, 0) << run.err;
+  const ImagePtr overlay = ReadBack(folder_ / "new/dir/scene.overlay.png");
+  const ImagePtr scene = ReadBack(scene_);
+  ASSERT_NE(overlay, nullptr);
+  ASSERT_EQ(overlay->width, scene->width);
+  ASSERT_EQ(overlay->height, scene->height);
+  // Far from the bracket and the caption the scene is as it was.
+  EXPECT_EQ(overlay->row[470][600], scene->row[470][600]);
+  // At the reference point there is a mark of another colour than anything in the scene.
+  const Json result =
+      Json::parse(RunOrvandel({"find", pattern_, scene_, "--json"}).out)["results"].at(0);
+  const auto column = static_cast<int>(result["x"].get<double>());
+  const auto row = static_cast<int>(result["y"].get<double>());
+  EXPECT_NE(overlay->row[row][column], scene->row[row][column]);
+}
+
+TEST_F(FindCommand, OverlaysOfTheSameNameStandSideBySide) {
+  std::filesystem::create_directories(folder_.path() / "b");
+  WriteBracketScene(folder_ / "b/Scene.png", kPose);
+  RunOrvandel({"find", pattern_, scene_, folder_ / "b/Scene.png", "--overlay", folder_ / "o"});
+  EXPECT_TRUE(FileExists(folder_ / "o/scene.overlay.png"));
+  EXPECT_TRUE(FileExists(folder_ / "o/Scene-2.overlay.png"));
+}
+
+TEST_F(FindCommand, VerboseTellsWhatWasLearntAndConverted) {
+  WriteColourPicture(folder_ / "colour.ppm", 90, 60);
+  const ToolRun run = RunOrvandel({"find", pattern_, folder_ / "colour.ppm", scene_, "--verbose"});
+  EXPECT_TRUE(Contains(run.err, "220 x 180 pixels")) << run.err;
+  EXPECT_TRUE(Contains(run.err, "colour.ppm: colour picture")) << run.err;
+  EXPECT_FALSE(Contains(run.err, "scene.png: ")) << run.err;
+  EXPECT_EQ(RunOrvandel({"find", pattern_, folder_ / "colour.ppm"}).err, "");
+}
+
+TEST_F(FindCommand, NamesOfAnyKindAreFiles) {
+  for (const char* name : {"Stück 1.png", "train", "--odd.png"})
+    WriteBracketScene(folder_ / name, kPose);
+  // The image library tells the kind of a file by its ending.
+  const ToolRun run = RunOrvandel({"find", pattern_, folder_ / "Stück 1.png", "--json"});
+  EXPECT_EQ(run.exit_code, 0) << run.err;
+  EXPECT_EQ(Json::parse(run.out)["results"].at(0)["scene"], folder_ / "Stück 1.png");
+}
+
+TEST_F(FindCommand, ASceneMayBeCalledLikeACommand) {
+  const ToolRun run = RunOrvandel({"find", pattern_, "train", "lines"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_TRUE(Contains(run.err, "train: no such file")) << run.err;
+  EXPECT_TRUE(Contains(run.err, "lines: no such file")) << run.err;
+}
+
+TEST_F(FindCommand, TheSameCallPrintsTheSamePose) {
+  const auto pose = [&] {
+    Json result = Json::parse(RunOrvandel({"find", pattern_, scene_, "--json"}).out)["results"][0];
+    result.erase("time_ms");
+    return result;
+  };
+  EXPECT_EQ(pose(), pose());
+}
+
+}  // namespace
+}  // namespace orvandel::cli::test

@@ -1,0 +1,116 @@
+#include "cli/manifest.h"
+
+#include <gtest/gtest.h>
+
+#include "cli/tool_error.h"
+#include "platform/numbers.h"
+#include "tests/cli/temp_folder.h"
+#include "tests/cli/tool_run.h"
+
+namespace orvandel::cli::test {
+namespace {
+
+constexpr const char* kHeader = "case,pattern,scene,instance,cx,cy,angle_deg,scale,occlusion\n";
+
+// The message of the error that reading gives; empty without one.
+std::string ErrorOfReading(const TempFolder& folder, const std::string& text) {
+  WriteTextFile(folder / "manifest.csv", text);
+  try {
+    ReadSuite(folder.path().string());
+  } catch (const FileError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(Manifest, RowsOfACaseAreItsInstances) {
+  const TempFolder folder;
+  WriteTextFile(folder / "manifest.csv", std::string(kHeader) +
+                                             "two,../p.png,scenes/a.png,0,10.5,20,90,1,0\n"
+                                             "two,../p.png,scenes/a.png,1,30,40,-45,0.5,0.2\n"
+                                             "none,../p.png,scenes/b.png,-1,,,,,\n");
+  const Suite suite = ReadSuite(folder.path().string());
+  ASSERT_EQ(suite.cases.size(), 2u);
+  EXPECT_EQ(suite.cases[0].name, "two");
+  ASSERT_EQ(suite.cases[0].instances.size(), 2u);
+  EXPECT_EQ(suite.cases[0].instances[0].cx, 10.5);
+  EXPECT_EQ(suite.cases[0].instances[1].angle_deg, -45);
+  EXPECT_EQ(suite.cases[0].instances[1].scale, 0.5);
+  EXPECT_TRUE(suite.cases[1].instances.empty());
+}
+
+TEST(Manifest, PathsAreRelativeToItsFolder) {
+  const TempFolder folder;
+  WriteTextFile(folder / "manifest.csv",
+                std::string(kHeader) + "a,sub/../p.png,scenes/a.png,-1,,,,,\n");
+  const Suite suite = ReadSuite(folder.path().string());
+  EXPECT_EQ(suite.cases[0].pattern, folder / "p.png");
+  EXPECT_EQ(suite.cases[0].scene, folder / "scenes/a.png");
+}
+
+TEST(Manifest, FolderAndFileNameTheSameSuite) {
+  const TempFolder folder;
+  WriteTextFile(folder / "manifest.csv", std::string(kHeader) + "a,p,s,-1,,,,,\n");
+  const std::string name = folder.path().filename().string();
+  EXPECT_EQ(ReadSuite(folder.path().string()).name, name);
+  EXPECT_EQ(ReadSuite(folder.path().string() + "/").name, name);
+  EXPECT_EQ(ReadSuite(folder / "manifest.csv").name, name);
+}
+
+TEST(Manifest, ColumnsMayStandInAnyOrder) {
+  const TempFolder folder;
+  WriteTextFile(folder / "manifest.csv",
+                "\xEF\xBB\xBFscale,angle_deg,cy,cx,instance,scene,pattern,case\r\n"
+                "2,30,20,10,0,s.png,p.png,a\r\n\r\n");
+  const Suite suite = ReadSuite(folder.path().string());
+  ASSERT_EQ(suite.cases.size(), 1u);
+  EXPECT_EQ(suite.cases[0].name, "a");
+  EXPECT_EQ(suite.cases[0].instances.at(0).scale, 2);
+  EXPECT_EQ(suite.cases[0].instances.at(0).cx, 10);
+}
+
+TEST(Manifest, ErrorsNameTheLine) {
+  const TempFolder folder;
+  const std::string header = kHeader;
+  EXPECT_TRUE(Contains(ErrorOfReading(folder, header + "a,p,s,0,1,x,3,1,0\n"),
+                       "line 2: cy 'x' is not a number"));
+  EXPECT_TRUE(Contains(ErrorOfReading(folder, header + "a,p,s,-1,,,,,\nb,p,s,0,1\n"),
+                       "line 3: 'cy' is missing"));
+  EXPECT_TRUE(Contains(ErrorOfReading(folder, header + "a,p,s,0,1,2,3,0,0\n"), "scale"));
+  EXPECT_TRUE(Contains(ErrorOfReading(folder, header + "a,p,s,-1,,,,,\na,q,s,-1,,,,,\n"),
+                       "line 3: case 'a' had another pattern or scene before"));
+}
+
+TEST(Manifest, AMissingColumnIsNamed) {
+  const TempFolder folder;
+  EXPECT_TRUE(Contains(ErrorOfReading(folder, "case,pattern,scene\n"), "'instance' is missing"));
+}
+
+TEST(Manifest, AnEmptySuiteIsAnError) {
+  const TempFolder folder;
+  EXPECT_TRUE(Contains(ErrorOfReading(folder, kHeader), "no cases"));
+  EXPECT_TRUE(Contains(ErrorOfReading(folder, ""), "line 1"));
+}
+
+TEST(Manifest, AFolderWithoutOneIsNoSuite) {
+  const TempFolder folder;
+  EXPECT_THROW(ReadSuite(folder.path().string()), FileError);
+  EXPECT_THROW(ReadSuite(folder / "nowhere"), FileError);
+}
+
+TEST(TrueInstance, ThePixelCentreMovesByHalfAPixel) {
+  // A 5 x 3 pattern whose centre pixel (2, 1) lies on the scene's pixel (40, 30), turned by a
+  // quarter. In the library's count these centres are (2.5, 1.5) and (40.5, 30.5).
+  const TrueInstance instance = {.cx = 40, .cy = 30, .angle_deg = 90, .scale = 2};
+  const Pose pose = PoseOf(instance, 5, 3);
+  const Point centre = pose * Point{2.5, 1.5};
+  EXPECT_NEAR(centre.x, 40.5, 1e-12);
+  EXPECT_NEAR(centre.y, 30.5, 1e-12);
+  // One pixel to the right in the pattern is two down in the scene.
+  const Point right = pose * Point{3.5, 1.5};
+  EXPECT_NEAR(right.x, 40.5, 1e-12);
+  EXPECT_NEAR(right.y, 32.5, 1e-12);
+}
+
+}  // namespace
+}  // namespace orvandel::cli::test

@@ -1,0 +1,95 @@
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/cli/temp_folder.h"
+#include "tests/cli/test_pictures.h"
+#include "tests/cli/tool_run.h"
+
+namespace orvandel::cli::test {
+namespace {
+
+class OutputFile : public testing::Test {
+ protected:
+  OutputFile() { WriteBracketPattern(picture_); }
+
+  // Every option that writes a file, with this one.
+  std::vector<std::vector<std::string>> CommandsThatWrite(const std::string& file) const {
+    return {{"contours", picture_, "--save", file},        {"contours", picture_, "--dump", file},
+            {"contours", picture_, "--draw", file},        {"contours", picture_, "--output", file},
+            {"lines", picture_, "--draw", file},           {"lines", picture_, "--output", file},
+            {"find", picture_, picture_, "--output", file}};
+  }
+
+  TempFolder folder_;
+  std::string picture_ = folder_ / "picture.png";
+};
+
+TEST_F(OutputFile, AMissingFolderIsNamed) {
+  for (const auto& command : CommandsThatWrite(folder_ / "nowhere/file")) {
+    const ToolRun run = RunOrvandel(command);
+    EXPECT_EQ(run.exit_code, 2) << command[0] << command[2];
+    EXPECT_EQ(NumLines(run.err), 1) << run.err;
+    EXPECT_TRUE(Contains(run.err, "nowhere/file: cannot be written: there is no folder"))
+        << run.err;
+    EXPECT_FALSE(FileExists(folder_ / "nowhere"));
+  }
+}
+
+TEST_F(OutputFile, AFullDiskIsAnError) {
+  if (!FileExists("/dev/full")) GTEST_SKIP() << "no /dev/full here";
+  for (const auto& command : CommandsThatWrite("/dev/full")) {
+    const ToolRun run = RunOrvandel(command);
+    EXPECT_EQ(run.exit_code, 2) << command[0] << command[2];
+    EXPECT_TRUE(Contains(run.err, "/dev/full: cannot be written")) << run.err;
+  }
+  EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+TEST_F(OutputFile, AFullStandardOutputIsAnError) {
+  if (!FileExists("/dev/full")) GTEST_SKIP() << "no /dev/full here";
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"find", picture_, picture_}, {"lines", picture_}, {"--help"}}) {
+    const ToolRun run = RunOrvandelInto("/dev/full", command);
+    EXPECT_EQ(run.exit_code, 2) << command[0];
+    EXPECT_TRUE(Contains(run.err, "standard output: cannot be written")) << run.err;
+  }
+}
+
+TEST_F(OutputFile, AFolderIsNotOverwritten) {
+  std::filesystem::create_directories(folder_.path() / "folder");
+  for (const auto& command : CommandsThatWrite(folder_ / "folder")) {
+    const ToolRun run = RunOrvandel(command);
+    EXPECT_EQ(run.exit_code, 2) << command[0] << command[2];
+    EXPECT_TRUE(std::filesystem::is_directory(folder_.path() / "folder"));
+  }
+}
+
+TEST_F(OutputFile, AnOlderFileIsReplaced) {
+  for (const auto& command : CommandsThatWrite(folder_ / "file")) {
+    WriteTextFile(folder_ / "file", "older");
+    const ToolRun run = RunOrvandel(command);
+    EXPECT_EQ(run.exit_code, 0) << run.err;
+    EXPECT_NE(ReadFile(folder_ / "file"), "older") << command[0] << command[2];
+  }
+}
+
+TEST_F(OutputFile, NothingIsLeftBesideIt) {
+  for (const auto& command : CommandsThatWrite(folder_ / "file"))
+    RunOrvandel(command);
+  int num_files = 0;
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder_.path()))
+    ++num_files;
+  EXPECT_EQ(num_files, 2);  // the picture and the file
+}
+
+TEST_F(OutputFile, AnOverlayFolderThatCannotBeMadeIsAnError) {
+  WriteTextFile(folder_ / "taken", "a file");
+  const ToolRun run = RunOrvandel({"find", picture_, picture_, "--overlay", folder_ / "taken/o"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_TRUE(Contains(run.err, "taken/o: this folder cannot be made")) << run.err;
+}
+
+}  // namespace
+}  // namespace orvandel::cli::test

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+
+#include "examples/render/geometry.h"
+#include "platform/image_ptr.h"
+
+namespace orvandel::cli::test {
+
+// Pictures of a metal bracket, whose pattern picture is 220 x 180 pixels.
+
+inline constexpr int kBracketWidth = 220;
+inline constexpr int kBracketHeight = 180;
+
+void WriteBracketPattern(const std::string& path);
+/// 640 x 480; the pose is that of the pattern picture's centre.
+void WriteBracketScene(const std::string& path, const render::Pose& pose);
+/// A scene of other parts.
+void WriteOtherScene(const std::string& path);
+
+/// One grey value everywhere.
+void WriteFlatPicture(const std::string& path, int width, int height);
+/// A disc: a contour without a straight edge, as its radius is small.
+void WriteDisc(const std::string& path, double radius);
+/// Where a box has its sides, pixels; the top-left pixel covers 0 to 1.
+struct Box {
+  double left = 0;
+  double top = 0;
+  double right = 0;
+  double bottom = 0;
+};
+/// A bright box on dark ground. Pixels at its sides are as bright as it covers them.
+void WriteBox(const std::string& path, int width, int height, const Box& box);
+/// Rows and columns of such boxes, each a closed contour.
+void WriteBoxes(const std::string& path, int columns, int rows);
+/// A binary PPM of a grey wedge.
+void WriteColourPicture(const std::string& path, int width, int height);
+
+/// The picture in a file, by the image library.
+ImagePtr ReadBack(const std::string& path);
+
+}  // namespace orvandel::cli::test

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace orvandel::cli::test {
+
+struct ToolRun {
+  int exit_code = -1;
+  std::string out;
+  std::string err;
+};
+
+/// Runs the program as a shell would.
+ToolRun RunOrvandel(const std::vector<std::string>& arguments);
+
+/// The same with standard output into a file, such as /dev/full.
+ToolRun RunOrvandelInto(const std::string& standard_output,
+                        const std::vector<std::string>& arguments);
+
+std::string ReadFile(const std::string& path);
+void WriteTextFile(const std::string& path, const std::string& text);
+bool FileExists(const std::string& path);
+
+/// Number of line breaks.
+long NumLines(const std::string& text);
+bool Contains(const std::string& text, const std::string& part);
+
+}  // namespace orvandel::cli::test
