@@ -50,8 +50,10 @@ Canvas::Canvas(const tImage& picture, int zoom, double brightness)
   rgb_.reserve(3 * num_pixels);
   for (int y = 0; y < height_; ++y) {
     const std::uint8_t* const row = picture.row[y / zoom];
-    for (int x = 0; x < width_; ++x)
-      rgb_.insert(rgb_.end(), 3, ToByte(row[x / zoom] * brightness));
+    for (int x = 0; x < width_; ++x) {
+      const std::uint8_t grey = row[x / zoom];
+      rgb_.insert(rgb_.end(), 3, ToByte(grey * brightness));
+    }
   }
   coverage_.resize(num_pixels);
 }

@@ -103,6 +103,10 @@ std::unique_ptr<FindReport> MakeReport(const FindArguments& arguments, const Fin
   return MakeFindTextReport(context, report);
 }
 
+std::string FileName(const std::string& path) {
+  return Utf8FromPath(PathFromUtf8(path).filename());
+}
+
 // Looks in the scenes one after the other.
 class FindRun {
  public:
@@ -116,9 +120,9 @@ class FindRun {
     if (arguments_.verbose) PrintNote(context.pattern + ": " + Describe(context.facts));
     Report report(arguments_.output);
     const auto rows = MakeReport(arguments_, context, report);
-    ProgressBar progress(context.scenes.size());
+    ProgressBar progress(arguments_.verbose ? 0 : context.scenes.size());  // notes show progress
     for (const std::string& scene : context.scenes) {
-      progress.Begin(scene);
+      progress.Begin(FileName(scene));
       const SceneOutcome outcome = LookIn(scene);
       progress.Hide();
       Count(outcome);

@@ -55,9 +55,9 @@ class TextReport : public FindReport {
       report_.Print(fmt::format("\nfound in {} of {} scenes\n", num_found_, num_scenes_));
     if (num_out_of_time_ > 0)
       report_.Print(
-          fmt::format("\nThe time of {:g} ms ran out in {} of them; a longer --timeout (up to "
+          fmt::format("\nThe time of {:g} ms ran out in {} scene{}; a longer --timeout (up to "
                       "3.999s) or a narrower\n--scale may find the pattern there.\n",
-                      timeout_ms_, num_out_of_time_));
+                      timeout_ms_, num_out_of_time_, num_out_of_time_ > 1 ? "s" : ""));
   }
 
  private:

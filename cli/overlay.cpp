@@ -10,6 +10,7 @@
 #include "cli/number_text.h"
 #include "cli/output_file.h"
 #include "cli/paths.h"
+#include "platform/numbers.h"
 
 namespace orvandel::cli {
 namespace {
@@ -18,6 +19,7 @@ constexpr Colour kFoundColour{40, 230, 80};
 constexpr Colour kDoubtfulColour{255, 150, 0};
 constexpr Colour kMissingColour{240, 50, 50};
 constexpr Colour kMarkColour{255, 60, 255};
+constexpr Colour kDarkHalo{0, 0, 0};
 constexpr Colour kCaptionGround{0, 0, 0};
 
 Colour ColourOf(const FindResult& result) {
@@ -39,25 +41,35 @@ Point Ahead(Point from, double angle, double length) {
   return {from.x + length * std::cos(angle), from.y + length * std::sin(angle)};
 }
 
-void DrawArrow(Canvas& canvas, Point from, double angle, double length, double width) {
+struct Stroke {
+  double width;
+  Colour colour;
+};
+
+void DrawArrow(Canvas& canvas, Point from, double angle, double length, const Stroke& stroke) {
   const Point tip = Ahead(from, angle, length);
   constexpr double kBarbAngle = 2.6;  // radians from the shaft's direction
   const Point barbs[] = {Ahead(tip, angle + kBarbAngle, length / 4), tip,
                          Ahead(tip, angle - kBarbAngle, length / 4)};
-  canvas.DrawLine(from, tip, width, kMarkColour);
-  canvas.DrawPolyline(barbs, false, width, kMarkColour);
+  canvas.DrawLine(from, tip, stroke.width, stroke.colour);
+  canvas.DrawPolyline(barbs, false, stroke.width, stroke.colour);
+}
+
+// A cross whose arm along the pattern's x axis is an arrow.
+void DrawCross(Canvas& canvas, const Pose& pose, double arm, const Stroke& stroke) {
+  const Point at = pose.position;
+  const double across = pose.angle + kPi / 2;
+  canvas.DrawLine(Ahead(at, pose.angle, -arm), at, stroke.width, stroke.colour);
+  canvas.DrawLine(Ahead(at, across, -arm), Ahead(at, across, arm), stroke.width, stroke.colour);
+  DrawArrow(canvas, at, pose.angle, 3 * arm, stroke);
 }
 
 void DrawReferenceMark(Canvas& canvas, const Pose& pose) {
-  constexpr double kQuarterTurn = 1.5707963267948966;
   const double shorter_side = std::min(canvas.width(), canvas.height());
-  const double arm = std::clamp(shorter_side / 70, 6.0, 30.0);
+  const double arm = std::clamp(shorter_side / 60, 6.0, 30.0);
   const double width = std::max(1.6, arm / 8);
-  const Point at = pose.position;
-  canvas.DrawLine(Ahead(at, pose.angle, -arm), at, width, kMarkColour);
-  canvas.DrawLine(Ahead(at, pose.angle + kQuarterTurn, -arm),
-                  Ahead(at, pose.angle + kQuarterTurn, arm), width, kMarkColour);
-  DrawArrow(canvas, at, pose.angle, 3 * arm, width);
+  DrawCross(canvas, pose, arm, {3 * width, kDarkHalo});  // sets it off from busy contours
+  DrawCross(canvas, pose, arm, {width, kMarkColour});
 }
 
 std::string Caption(const FindResult& result) {

@@ -30,8 +30,8 @@ std::string WhyNotRead(const std::string& path, int error) {
     case kImageFileCannotOpen:
       return WhyNotOpened(path);
     case kImageFileForeign:
-      return "not a picture of the kind that its name says; BMP, PNG, JPEG, PGM and PPM are read, "
-             "told by the ending of the name";
+      return "not a picture of the kind that its name says; BMP, PNG, JPEG, PGM and PPM of at "
+             "least one pixel are read, told by the ending of the name";
     case kImageFileTruncated:
       return "the picture is cut off: the file ends before its last pixel";
     case kImageFileSizeMismatch:

@@ -17,8 +17,8 @@ namespace orvandel::cli {
 namespace {
 
 constexpr std::size_t kFewSteps = 4;
-constexpr std::size_t kBarWidth = 30;
-constexpr std::size_t kLabelWidth = 32;
+constexpr std::size_t kBarWidth = 24;
+constexpr std::size_t kLabelWidth = 36;  // with up to 5 digits twice, 79 columns in all
 
 bool StandardErrorIsTerminal() {
 #if defined(_WIN32)
@@ -45,7 +45,7 @@ void ProgressBar::Begin(std::string_view label) {
                                        Printable(label), kLabelWidth, kLabelWidth);
   std::fputs(line.c_str(), stderr);
   std::fflush(stderr);
-  visible_ = true;
+  visible_length_ = line.size();
 }
 
 void ProgressBar::Advance() {
@@ -53,11 +53,11 @@ void ProgressBar::Advance() {
 }
 
 void ProgressBar::Hide() {
-  if (!visible_) return;
-  const std::string blank(kBarWidth + kLabelWidth + 24, ' ');
+  if (visible_length_ == 0) return;
+  const std::string blank(visible_length_, ' ');
   std::fputs(("\r" + blank + "\r").c_str(), stderr);
   std::fflush(stderr);
-  visible_ = false;
+  visible_length_ = 0;
 }
 
 }  // namespace orvandel::cli

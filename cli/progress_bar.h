@@ -26,7 +26,7 @@ class ProgressBar {
   std::size_t num_steps_;
   std::size_t num_done_ = 0;
   bool active_;
-  bool visible_ = false;
+  std::size_t visible_length_ = 0;  // of the line on the terminal
 };
 
 }  // namespace orvandel::cli

@@ -40,6 +40,15 @@ Start here:
 Exit status: 0 done (for find: found in every scene), 1 not found in some scene,
 2 a usage error or a file that cannot be used.)";
 
+// The parser's message, or a plainer one where it counts arguments.
+std::string InPlainWords(const std::string& message) {
+  const std::size_t missing = message.find(": 1 required ");
+  if (missing != std::string::npos) return message.substr(0, missing) + ": its value is missing";
+  const std::size_t repeated = message.find(": At Most 1 required");
+  if (repeated != std::string::npos) return message.substr(0, repeated) + ": given more than once";
+  return message;
+}
+
 class Program {
  public:
   Program() : app_("", "orvandel") {
@@ -99,7 +108,7 @@ class Program {
   }
 
   std::string WhatIsWrong(const CLI::ParseError& error) const {
-    if (ParsedCommand()) return error.what();
+    if (ParsedCommand()) return InPlainWords(error.what());
     const std::vector<std::string> unknown = app_.remaining();
     if (!unknown.empty()) return fmt::format("'{}' is no option here", unknown.front());
     return "a command is missing; the commands are " + Names();

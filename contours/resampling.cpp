@@ -18,12 +18,13 @@ constexpr double kMostPointsOfPiece = 16777216.0;
 /// Directions further out than this are not directions; turning them back would take for ever.
 constexpr double kLargestDirection = 1e6;
 
-/// Circular mean of two directions, in [0, 2 pi].
+/// Circular mean of two directions, in [0, 2 pi]; 0 where they have none.
 double MeanDirection(double a, double b) {
+  if (!std::isfinite(a) || !std::isfinite(b)) return 0.0;
   const double low = std::min(a, b);
   const double high = std::max(a, b);
   double mean = high - low > kPi ? low - (kTwoPi - (high - low)) * 0.5 : low + (high - low) * 0.5;
-  if (!(std::abs(mean) <= kLargestDirection)) return 0.0;
+  if (std::abs(mean) > kLargestDirection) return 0.0;
   while (mean < 0)
     mean += kTwoPi;
   while (mean > kTwoPi)

@@ -61,13 +61,15 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{{"find", "p", "s", "--edge-threshold", "253"}, "252"},
         Mistake{{"find", "p", "s", "--min-contour", "0"}, "--min-contour"},
         Mistake{{"find", "p", "s", "--min-contour", "50", "--max-contour", "40"}, "--max-contour"},
-        Mistake{{"find", "p", "s", "--timeout"}, "--timeout"}));
+        Mistake{{"find", "p", "s", "--timeout"}, "--timeout: its value is missing"},
+        Mistake{{"find", "p", "s", "--timeout", "1s", "--timeout", "2s"},
+                "--timeout: given more than once"}));
 
 INSTANTIATE_TEST_SUITE_P(Others, UsageMistake,
-                         testing::Values(Mistake{{"train", "p.png"}, "--save"},             //
-                                         Mistake{{"train", "--save", "name"}, "PATTERN"},   //
-                                         Mistake{{"contours"}, "IMAGE"},                    //
-                                         Mistake{{"contours", "a.png", "b.png"}, "b.png"},  //
+                         testing::Values(Mistake{{"train", "p.png"}, "--save is required"},  //
+                                         Mistake{{"train", "--save", "name"}, "PATTERN"},    //
+                                         Mistake{{"contours"}, "IMAGE"},                     //
+                                         Mistake{{"contours", "a.png", "b.png"}, "b.png"},   //
                                          Mistake{{"contours", "a.png", "--zoom", "0"}, "1 to 32"},
                                          Mistake{{"lines"}, "IMAGE"},     //
                                          Mistake{{"evaluate"}, "SUITE"},  //

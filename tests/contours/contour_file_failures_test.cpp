@@ -102,7 +102,9 @@ TEST(ContourFileFailures, ANegativeCountGives4AndASetThatActsAsEmpty) {
   const std::string path = folder.File("negative.ctd");
   const std::vector<std::pair<I, I>> counts = {{-1, 5}, {2, -5}, {-3, -3}};
   for (const auto& [contours, points] : counts) {
-    WriteBytes(path, Bytes(contours, points, I{31}) + std::string(500, '\1'));
+    std::string bytes = Bytes(contours, points, I{31});
+    bytes.resize(bytes.size() + 500, '\1');
+    WriteBytes(path, bytes);
     const ContourSet set = SmallSet();
     EXPECT_EQ(ctd_load(set.get(), path.c_str()), 4);
     EXPECT_EQ(Fields(set).x, nullptr);

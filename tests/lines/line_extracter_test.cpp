@@ -31,6 +31,14 @@ TEST(LineExtracter, EmptySetGivesNoSegment) {
   EXPECT_TRUE(extracter.segments.empty());
 }
 
+TEST(LineExtracter, SetWithoutArraysGivesNoSegmentWhateverItsCountsSay) {
+  const ContourSet set = MakeEmptySet();  // as a load that ran out of memory leaves it
+  Fields(set).contour_count = 3;
+  Fields(set).point_count = 30;
+  CLineExtracter extracter;
+  EXPECT_EQ(extracter.Extract(set.get()), 0);
+}
+
 TEST(LineExtracter, GetSegmentsIsTheArrayItself) {
   CLineExtracter extracter;
   EXPECT_EQ(&extracter.GetSegments(), &extracter.segments);

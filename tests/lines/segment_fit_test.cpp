@@ -93,8 +93,8 @@ TEST(SegmentFit, PointBehindTheRunIsNeverLookedAt) {
   EXPECT_EQ(s.length, 10.0);
 }
 
-/// Points at x = 0, 1, 2, ... and y = +d, -d, -d, +d, +d, -d, -d, +d, ...: the pattern has no slope,
-/// so the fitted line is y = 0 and every point lies d from it. Eight of them are fitted.
+/// Points at x = 0, 1, 2, ... and y = +d, -d, -d, +d, +d, -d, -d, +d, ...: this has no slope, so
+/// the fitted line is y = 0 and every point lies d from it. Eight of them are fitted.
 TestContour ZigZag(double d) {
   TestContour contour = HorizontalContour(10, d);
   for (const std::size_t i : {1U, 2U, 5U, 6U, 9U})

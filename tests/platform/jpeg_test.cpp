@@ -1,5 +1,5 @@
 #include <cstdint>
-#include <cstdlib>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -85,6 +85,29 @@ TEST(Jpeg, WithoutTablesIsForeign) {
   EXPECT_EQ(ErrorOf(FlatJpeg::Start() + rest), kImageFileForeign);
   EXPECT_EQ(ErrorOf(FlatJpeg::Start() + FlatJpeg::Quantisers() + rest), kImageFileForeign);
   EXPECT_EQ(ErrorOf(FlatJpeg::Start() + FlatJpeg::Codes() + rest), kImageFileForeign);
+}
+
+/// A file with one more table of codes, which its scan does not use: so many of 15 and of 16 bits.
+int ErrorOfCodeCounts(std::uint8_t num_15_bits, std::uint8_t num_16_bits, const Bytes& values) {
+  Bytes counts(16);
+  counts[14] = num_15_bits;
+  counts[15] = num_16_bits;
+  FlatJpeg jpeg;
+  jpeg.before_frame = JpegSegment(0xc4, Bytes{0x01} + counts + values);
+  return ErrorOf(jpeg.File());
+}
+
+TEST(Jpeg, WithMoreCodesThanBytesHaveValuesIsForeign) {
+  EXPECT_EQ(ErrorOfCodeCounts(1, 255, Bytes(256)), 0);
+  EXPECT_EQ(ErrorOfCodeCounts(2, 255, Bytes(257)), kImageFileForeign);
+  EXPECT_EQ(ErrorOfCodeCounts(255, 255, Bytes(510)), kImageFileForeign);
+}
+
+TEST(Jpeg, WithFewerValuesThanCodesIsForeign) {
+  EXPECT_EQ(ErrorOfCodeCounts(0, 255, Bytes(254)), kImageFileForeign);
+  FlatJpeg cut_head;
+  cut_head.before_frame = JpegSegment(0xc4, Bytes(16));
+  EXPECT_EQ(ErrorOf(cut_head.File()), kImageFileForeign);
 }
 
 TEST(Jpeg, OfTwelveBitsIsForeign) {

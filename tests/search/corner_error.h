@@ -13,8 +13,7 @@ namespace orvandel::test {
 inline constexpr double kPixelCentre = 0.5;
 
 /// Where a found pose lays a pattern position, in the renderer's coordinates.
-inline render::Point PlacedAt(const Found &found, render::Point reference,
-                              render::Point position) {
+inline render::Point PlacedAt(const Found& found, render::Point reference, render::Point position) {
   const double dx = position.x + kPixelCentre - reference.x;
   const double dy = position.y + kPixelCentre - reference.y;
   const double c = std::cos(found.angle);
@@ -25,13 +24,11 @@ inline render::Point PlacedAt(const Found &found, render::Point reference,
 
 /// Mean distance of the pattern picture's four corners, as a found pose lays
 /// them, from where the truth has them. Pixels.
-inline double CornerError(QRSIS &search, const Found &found,
-                          render::Size pattern,
-                          const render::Pose &scene_from_part) {
+inline double CornerError(QRSIS& search, const Found& found, render::Size pattern,
+                          const render::Pose& scene_from_part) {
   render::Point reference;
   search.GetPatternRef(&reference.x, &reference.y);
-  const render::Point middle{(pattern.width - 1) / 2.0,
-                             (pattern.height - 1) / 2.0};
+  const render::Point middle{(pattern.width - 1) / 2.0, (pattern.height - 1) / 2.0};
   double sum = 0;
   for (const double x : {0.0, pattern.width - 1.0}) {
     for (const double y : {0.0, pattern.height - 1.0}) {
@@ -43,4 +40,4 @@ inline double CornerError(QRSIS &search, const Found &found,
   return sum / 4;
 }
 
-} // namespace orvandel::test
+}  // namespace orvandel::test

@@ -64,12 +64,10 @@ class PlainSearch {
   PlainSearch(PlainPattern& pattern, const PlainParameters& parameters)
       : pattern_(pattern), parameters_(parameters) {}
 
-  /// Searches a scene; the image is used up. An image that the crawl refuses leaves the scene of the
-  /// call before.
+  /// Searches a scene; the image is used up. An image that the crawl refuses leaves the scene of
+  /// the call before.
   Found LookForIt(tImage* scene, const PlainClock& past_deadline) {
     best_ = {};
-    num_coarse_scores_ = 0;
-    num_passes_ = 0;
     void* set = scene_contours_.get();
     PlainPrepareContours(set, scene, parameters_);
     if (ctd_contour_count(set) == 0) return {2};
@@ -87,12 +85,9 @@ class PlainSearch {
     return {0, best_.x, best_.y, best_.angle, best_.scale, score};
   }
 
-  std::size_t NumPatternSegments() const { return pattern_.lines.segments.size(); }
-  std::size_t NumSceneSegments() const { return scene_lines_.segments.size(); }
-  int num_coarse_scores() const { return num_coarse_scores_; }
-  /// Pattern segments that were paired with the whole scene.
-  int num_passes() const { return num_passes_; }
+  /// Of the best hypothesis, before the refinement.
   double coarse_scale() const { return coarse_scale_; }
+  double coarse_score() const { return coarse_score_; }
 
  private:
   struct Hypothesis {
@@ -105,6 +100,8 @@ class PlainSearch {
     std::size_t j = 0;  ///< scene segment
   };
 
+  std::size_t NumPatternSegments() const { return pattern_.lines.segments.size(); }
+  std::size_t NumSceneSegments() const { return scene_lines_.segments.size(); }
   const CLineSegment& PatternSegment(std::size_t i) const { return pattern_.lines.segments[i]; }
   const CLineSegment& SceneSegment(std::size_t j) const { return scene_lines_.segments[j]; }
 
@@ -135,9 +132,9 @@ class PlainSearch {
     for (std::size_t i = 0; i < num_tried && !stop; ++i) {
       for (std::size_t j = 0; j < NumSceneSegments(); ++j)
         stop = TryPair(i, j, past_deadline) || stop;  // the pass goes on to its end
-      ++num_passes_;
     }
     coarse_scale_ = best_.scale;
+    coarse_score_ = best_.score;
   }
 
   /// Tries the five scales of a pair; returns whether the search shall stop after this pass.
@@ -149,7 +146,6 @@ class PlainSearch {
       if (scale > parameters_.max_scale || scale < parameters_.min_scale) continue;
       const double angle = p.direction - s.direction;
       const Hypothesis h = ScoredAt(s.mid_x, s.mid_y, angle, scale, i, j);
-      ++num_coarse_scores_;
       if (h.score > best_.score) best_ = h;
       if (h.score >= parameters_.accept_score) return true;
       if (past_deadline()) return true;
@@ -199,9 +195,8 @@ class PlainSearch {
   CLineExtracter scene_lines_;
   const CEdgeImgComplement* edges_ = nullptr;
   Hypothesis best_;
-  int num_coarse_scores_ = 0;
-  int num_passes_ = 0;
   double coarse_scale_ = 0;
+  double coarse_score_ = 0;
 };
 
 }  // namespace orvandel::test

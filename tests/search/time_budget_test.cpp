@@ -1,6 +1,6 @@
 // The time budget of a search: its deadline, and where it takes effect. The counter is scripted:
-// read 0 is the start, read 1 the test behind the contours, read 2 the one behind the segments; from
-// read 3 on the coarse search tests it after a score.
+// read 0 is the start, read 1 the test behind the contours, read 2 the one behind the segments;
+// from read 3 on the coarse search tests it after a score.
 
 #include <cstddef>
 #include <cstdint>
@@ -24,8 +24,8 @@ constexpr int kUnreachable = 101;  // an accept score that no hypothesis has
 
 const render::Pose kTurned{.x = 92, .y = 71, .angle_deg = 35};
 
-/// Whether the time is past the deadline when the counter shows `now` behind the contours. If it is,
-/// the search ends there; else it ends at the next test, where the time is up for certain.
+/// Whether the time is past the deadline when the counter shows `now` behind the contours. If it
+/// is, the search ends there; else it ends at the next test, where the time is up for certain.
 bool IsPast(std::uint64_t now, std::uint64_t start, std::uint64_t rate, TrainedSearch& search) {
   ScriptedCounter counter([=](int read) { return read == 0   ? start
                                                  : read == 1 ? now

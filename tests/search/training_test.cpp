@@ -1,6 +1,4 @@
-// Training: its status, its edge threshold, and what it does with images it cannot use.
-
-#include <string>
+// Training: what it learns, its status, and what it does with images it cannot use.
 
 #include <gtest/gtest.h>
 
@@ -12,34 +10,14 @@
 namespace orvandel::test {
 namespace {
 
-constexpr int kAutomatic = -1;
-
 /// Whether the object takes itself for trained: an untrained one returns 1 from a search.
 bool IsTrained(QRSIS& search) {
   return LookFor(search, UniformPicture()).status != 1;
 }
 
-int PatternThreshold(QRSIS& search) {
-  return static_cast<CCrawler*>(search.GetCrawlerPatternData())->edge_threshold;
-}
-
-int EstimateOf(const ImagePtr& image) {
-  const ImagePtr copy = CopyOf(image);
-  return ctd_compute_edge_strength(nullptr, copy.get());
-}
-
 /// An 8-bit image that calls itself another type.
 ImagePtr OfAnotherType(int width, int height) {
   return ImagePtr(im_create(2, width, height));
-}
-
-/// A picture with an estimate of its own: blurred edges of every strength, over faint noise that
-/// makes weak gradients the most frequent ones. Pictures with sharp edges only get the estimator's
-/// stopgap of 10, as a flat one does.
-ImagePtr PictureWithEstimate() {
-  ImagePtr picture = render::RenderPattern(SmallPart(), {.blur_sigma_px = 1.5, .noise_sigma = 0.6});
-  EXPECT_NE(EstimateOf(picture), EstimateOf(UniformPicture()));
-  return picture;
 }
 
 void ExpectSameContours(void* actual, void* expected) {
@@ -75,8 +53,8 @@ TEST(Training, LearnsContoursAndReferencePointOfThePlainChain) {
 
 TEST(Training, ReferencePointIsTheMeanOfTheContourPoints) {
   // A square of side 40 in the middle of 60 x 60: positions in which the centre of the first pixel
-  // is (0.5, 0.5) have its centre at (30, 30). Of about 160 points, one more or less at a corner, 20
-  // pixels away, moves the mean by 0.125; smoothed corners and the seam may cost or add some four.
+  // is (0.5, 0.5) have its centre at (30, 30). Of about 160 points, one more or less at a corner,
+  // 20 pixels away, moves the mean by 0.125; smoothed corners and the seam may cost or add four.
   TrainedSearch search(PictureOf(PartOf(render::Rectangle({0, 0}, 40, 40), {60, 60})));
   double x = 0;
   double y = 0;
@@ -161,56 +139,6 @@ TEST(Training, FailureMakesATrainedObjectUntrained) {
   }
 }
 
-TEST(Training, EstimatesTheThresholdOnceForMinusOne) {
-  const ImagePtr picture = PictureWithEstimate();
-  const int estimate = EstimateOf(picture);
-  QRSIS search;
-  search.Initialize();
-  search.SetParams(kAutomatic, 10, 100000, 80);
-  ASSERT_EQ(TrainOn(search, picture), 0);
-  EXPECT_EQ(PatternThreshold(search), estimate);
-  // The search and the next training use the same number.
-  LookFor(search, picture);
-  EXPECT_EQ(static_cast<CCrawler*>(search.GetCrawlerSceneData())->edge_threshold, estimate);
-  TrainOn(search, UniformPicture());
-  EXPECT_EQ(PatternThreshold(search), estimate);
-}
-
-TEST(Training, KeepsTheEstimateOfAFailedTraining) {
-  const ImagePtr picture = PictureWithEstimate();
-  QRSIS search;
-  search.Initialize();
-  search.SetParams(kAutomatic, 10, 100000, 80);
-  EXPECT_EQ(TrainOn(search, UniformPicture()), 1);  // of which the estimate is 10
-  EXPECT_EQ(PatternThreshold(search), 10);
-  EXPECT_EQ(TrainOn(search, picture), 0);
-  EXPECT_EQ(PatternThreshold(search), 10);
-
-  const ImagePtr curved = PictureOf(CurvedPart());
-  search.SetParams(kAutomatic, 10, 100000, 80);
-  EXPECT_EQ(TrainOn(search, curved), 4);
-  EXPECT_EQ(PatternThreshold(search), EstimateOf(curved));
-}
-
-TEST(Training, EstimatesForNoOtherNegativeThreshold) {
-  QRSIS search;
-  search.Initialize();
-  search.SetParams(-2, 10, 100000, 80);
-  TrainOn(search, PictureOf(SmallPart()));
-  EXPECT_EQ(PatternThreshold(search), -2);
-}
-
-TEST(Training, EstimateNeedsTheContourSetsFirst) {
-  // Without them training ends before the estimate, and the next one still makes it.
-  QRSIS search;
-  search.SetParams(kAutomatic, 10, 100000, 80);
-  EXPECT_EQ(TrainOn(search, UniformPicture()), 3);
-  search.Initialize();
-  const ImagePtr picture = PictureWithEstimate();
-  TrainOn(search, picture);
-  EXPECT_EQ(PatternThreshold(search), EstimateOf(picture));
-}
-
 TEST(Training, ImageOfAnotherTypeHasNoContourAtFirst) {
   QRSIS search;
   search.Initialize();
@@ -218,15 +146,6 @@ TEST(Training, ImageOfAnotherTypeHasNoContourAtFirst) {
   EXPECT_EQ(search.GetPatternDx(), 31);
   EXPECT_EQ(search.GetPatternDy(), 32);
   EXPECT_FALSE(IsTrained(search));
-}
-
-TEST(Training, ImageOfAnotherTypeMakesTheEstimate13) {
-  QRSIS search;
-  search.Initialize();
-  search.SetParams(kAutomatic, 10, 100000, 80);
-  EXPECT_EQ(search.TrainIt(OfAnotherType(31, 32).get()), 1);
-  TrainOn(search, PictureOf(SmallPart()));
-  EXPECT_EQ(PatternThreshold(search), 13);
 }
 
 TEST(Training, ImageOfAnotherTypeTrainsAgainOnTheContoursBefore) {

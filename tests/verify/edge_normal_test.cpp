@@ -1,5 +1,5 @@
-// The search for an edge along the expected edge normal, to both sides. A single pattern point lands
-// on the pixel (20, 20); pixels are told as (row, column) from there.
+// The search for an edge along the expected edge normal, to both sides. A single pattern point
+// lands on the pixel (20, 20); pixels are told as (row, column) from there.
 
 #include <cmath>
 #include <initializer_list>
@@ -73,8 +73,8 @@ TEST(EdgeNormal, RunsDownTheColumnForVerticalDirections) {
 }
 
 TEST(EdgeNormal, RunsUpToTheRightForFortyFiveDegrees) {
-  // k * 0.7071 + 0.5 truncates to 1, 1, 2, 3, 4: the normal passes (-1, 1), (-2, 2), (-3, 3), (-4, 4)
-  // and their mirror images; distance 2 probes the pixels of distance 1 again.
+  // k * 0.7071 + 0.5 truncates to 1, 1, 2, 3, 4: the normal passes (-1, 1), (-2, 2), (-3, 3),
+  // (-4, 4) and their mirror images; distance 2 probes the pixels of distance 1 again.
   const double direction = 45 * kDegree;
   const double at_steps[] = {0.98, 0.9, 0.86, 0.8};
   for (int k = 1; k <= 4; ++k) {
@@ -119,9 +119,9 @@ TEST(EdgeNormal, NegativeOffsetsAreTruncatedTowardZero) {
   EXPECT_EQ(CreditFor(shallow, {{-1, -2}}), CreditOf(0.9));
   EXPECT_EQ(CreditFor(shallow, {{0, -2}}), CreditOf(0.94));
 
-  // sin = -0.7, cos = 0.714. At distance 1 the row offset is trunc(-0.7 + 0.5) = 0 and at distance 2
-  // trunc(-1.4 + 0.5) = 0, both in column -1; distance 3 goes on to (-1, -2). So the diagonal pixel
-  // (-1, -1), where rounding would look first, is never reached.
+  // sin = -0.7, cos = 0.714. At distance 1 the row offset is trunc(-0.7 + 0.5) = 0 and at distance
+  // 2 trunc(-1.4 + 0.5) = 0, both in column -1; distance 3 goes on to (-1, -2). So the diagonal
+  // pixel (-1, -1), where rounding would look first, is never reached.
   const double diagonal = 2 * kPi - std::asin(0.7);
   EXPECT_EQ(CreditFor(diagonal, {{0, -1}}), CreditOf(0.98));
   EXPECT_EQ(CreditFor(diagonal, {{-1, -1}}), 0.0);

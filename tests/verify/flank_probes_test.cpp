@@ -67,7 +67,8 @@ TEST(FlankProbes, ReachASixthRowAtTheVerificationPoints) {
 }
 
 TEST(FlankProbes, ComeBeforeTheNextDistance) {
-  // Direction 90 with edges two rows down, and one column beside the first row down: the flank comes first.
+  // Direction 90 with edges two rows down, and one column beside the first row down: the flank
+  // comes first.
   const double direction = 90 * kDegree;
   SceneEdges scene(41, 41);
   scene.Put(20, 22, direction);  // distance 2

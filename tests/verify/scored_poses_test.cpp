@@ -16,8 +16,8 @@ namespace {
 constexpr double kPi = std::numbers::pi;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-/// Whether a single point of direction 0 hits an edge in the given pixel of an otherwise empty scene
-/// of 41 x 31 pixels, for a point at (x, y) of a pattern with the reference point (5, 7).
+/// Whether a single point of direction 0 hits an edge in the given pixel of an otherwise empty
+/// scene of 41 x 31 pixels, for a point at (x, y) of a pattern with the reference point (5, 7).
 struct Hit {
   int column;
   int row;
@@ -79,6 +79,23 @@ TEST(ScoredPose, ScaleZeroLaysEveryPointOnThePosition) {
   CPattVerify verifier = VerifierOfAll(set.get());
   EXPECT_EQ(verifier.ScoreAtVerifyPoints(scene.get(), 20.9, 21.9, 0, 0, 3, 4), 100.0);
   EXPECT_EQ(verifier.ScoreAlongContours(set.get(), scene.get(), 20.9, 21.9, 0, 0, 3, 4, 1), 100.0);
+}
+
+TEST(ScoredPose, TermsAreAddedFromLeftToRight) {
+  // Doubles just below 20 are 3.6e-15 apart. 20 takes up two terms of -1e-15 one by one without
+  // change; added up before, they would take it to the double below, in pixel 19.
+  constexpr double kAngle = 0.7;
+  const double c = std::cos(kAngle);
+  const double s = std::sin(kAngle);
+  SceneEdges scene(41, 41);
+  scene.Put(20, 20, 0);
+  const auto credit = [&](double dx, double dy, double tx, double ty) {
+    const ContourSet set = SetOfPoints({{dx, dy, kAngle, 0}});
+    CPattVerify verifier = VerifierOfAll(set.get());
+    return verifier.ScoreAtVerifyPoints(scene.get(), tx, ty, kAngle, 1, 0, 0);
+  };
+  EXPECT_EQ(credit(-1e-15 / c, 1e-15 / s, 20, 20.5), 100.0);   // column
+  EXPECT_EQ(credit(-1e-15 / s, -1e-15 / c, 20.5, 20), 100.0);  // row
 }
 
 /// Scores of a single point in a scene of 40 x 30 pixels that is full of matching edges.
@@ -193,6 +210,11 @@ TEST(ScoredPose, RowAndColumnCountModulo65536) {
   EXPECT_EQ(OnePoint(0).CreditAlong(scene, 66000.5, 6.5), 1.0);
   EXPECT_EQ(OnePoint(0).CreditAt(scene, 464.5, 6.5), 1.0);
   EXPECT_EQ(OnePoint(0).CreditAt(scene, 65536.5 + 463, 6.5), 0.98);
+
+  SceneEdges high_scene(13, 66100);
+  high_scene.Put(6, 464, 0);
+  EXPECT_EQ(OnePoint(0).CreditAt(high_scene, 6.5, 66000.5), 1.0);
+  EXPECT_EQ(OnePoint(0).CreditAlong(high_scene, 6.5, 66000.5), 1.0);
 }
 
 }  // namespace

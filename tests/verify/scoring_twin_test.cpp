@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <numbers>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@ namespace orvandel::test {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 struct Pattern {
   std::vector<TestContour> contours;
@@ -154,9 +156,9 @@ TEST(ScoringTwin, AgreesAtEveryNumberOfPoints) {
 }
 
 TEST(ScoringTwin, AgreesOnWildNumbers) {
-  const double wild[] = {std::nan(""), INFINITY, -INFINITY,    1e300,         -1e300,
-                         3e9,          -3e9,     2147483648.0, -2147483649.0, 1e6,
-                         -1e6,         1e-300,   0.0,          -0.0,          20.0};
+  const double wild[] = {std::nan(""), kInfinity, -kInfinity,   1e300,         -1e300,
+                         3e9,          -3e9,      2147483648.0, -2147483649.0, 1e6,
+                         -1e6,         1e-300,    0.0,          -0.0,          20.0};
   UniformRandom random(12);
   SceneEdges scene(50, 50);
   for (int i = 0; i < 1500; ++i)

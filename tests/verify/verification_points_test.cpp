@@ -158,6 +158,16 @@ TEST(VerificationPoints, EmptySetGivesArraysOfNoPoints) {
   }
 }
 
+TEST(VerificationPoints, SetWithoutArraysGivesNoneWhateverItsCountsSay) {
+  const ContourSet set = MakeEmptySet();  // as a load that ran out of memory leaves it
+  Fields(set).contour_count = 3;
+  Fields(set).point_count = 30;
+  CPattVerify verifier;
+  EXPECT_EQ(verifier.ChooseVerifyPoints(set.get(), kFraction, kCap), 0);
+  EXPECT_EQ(verifier.pointCount, 0);
+  EXPECT_TRUE(std::isnan(verifier.ScoreAlongContours(set.get(), nullptr, 20, 20, 0, 1, 0, 0, 1)));
+}
+
 TEST(VerificationPoints, AgreeWithThePlainChoiceOnRandomSets) {
   for (std::uint32_t seed = 1; seed <= 300; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
