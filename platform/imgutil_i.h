@@ -57,8 +57,8 @@ IMGUTIL_API int im_file_read(tImage* image, const char* path, int file_type);
 /// one; after a failure it is as it was and nothing is left beside it.
 ///
 /// @param file_type  1 = BMP with a 256-entry grey palette; 0 = by the extension (.bmp, .png, .jpg,
-///                   .jpeg, .pgm, .ppm, .pnm, .tga), BMP where it names none of these. The .p?m names
-///                   all get a grey PGM.
+///                   .jpeg, .pgm, .ppm, .pnm, .tga), BMP where it names none of these. PNM
+///                   names all get a grey PGM.
 /// @return  0, or one of `ImageFileError` below.
 IMGUTIL_API int im_file_write(const tImage* image, const char* path, int file_type);
 

@@ -128,30 +128,33 @@ TEST(EdgeCandidates, TheMeanIsRoundedDown) {
   EXPECT_EQ(At(found.magnitude, 7, 3), 6);   // 6.3
 }
 
-TEST(EdgeCandidates, AVerticalGradientOfMinusOneHalfIsNone) {
-  // Nine grey levels more at (8, 5) raise one smoothed diagonal neighbour of (6, 3), the lower
-  // right one, by 1: the vertical sum is -1, which halves to 0 and not to -1 (code 254).
+TEST(EdgeCandidates, VerticalSumsAreHalvedTowardZeroTwice) {
+  // 27 more at (8, 5) raise one smoothed diagonal neighbour of (6, 3), the lower right one, by 3:
+  // the vertical sum is -3, halved -1, and for the direction halved again 0. Rounding either down
+  // would end at -1 and code 254.
   Grid step = VerticalStep();
-  At(step, 8, 5) += 9;
+  At(step, 8, 5) += 27;
   const Found found = Find(step, 1);
   EXPECT_EQ(found.At(6, 3)->direction, 0);
-  EXPECT_EQ(At(found.magnitude, 6, 3), 46);  // horizontal: (99 + 100 - 33 - 33) / 2 = 66
+  EXPECT_EQ(At(found.magnitude, 6, 3), 46);  // horizontal: (99 + 102 - 33 - 33) / 2 = 67
 }
 
-TEST(EdgeCandidates, AHorizontalGradientOfMinusOneHalfIsNone) {
-  // The same turned: dark above, bright below, and the sum across is -1.
+TEST(EdgeCandidates, HorizontalSumsAreHalvedTowardZeroTwice) {
+  // The same turned: dark above, bright below, and the sum across is -3.
   Grid step = Painted(8, 12, [](int, int y) { return y < 6 ? 0 : 99; });
-  At(step, 1, 8) += 9;  // raises the lower left neighbour of (3, 6)
+  At(step, 1, 8) += 27;  // raises the lower left neighbour of (3, 6)
   EXPECT_EQ(Find(step, 1).At(3, 6)->direction, 192);
 }
 
 TEST(EdgeCandidates, AnOddNegativeGradientIsHalvedTowardZeroForTheDirection) {
-  // 54 more at (8, 5) raise the lower right neighbour of (6, 3) by 6: vertical -6 / 2 = -3, halved
-  // again -1; horizontal (99 + 105 - 66) / 2 = 69, halved 34. atan(1 / 34) is 1.2 codes below 256;
-  // halving -3 to -2 would give 2.4.
-  Grid step = VerticalStep();
-  At(step, 8, 5) += 54;
-  EXPECT_EQ(Find(step, 1).At(6, 3)->direction, 254);
+  // 54 more raise the neighbour by 6: -6 / 2 = -3, halved again -1. Along the other axis
+  // (99 + 105 - 66) / 2 = 69, halved 34. atan(1 / 34) is 1.2 codes; halving -3 to -2 would give 2.4.
+  Grid vertical = VerticalStep();
+  At(vertical, 8, 5) += 54;
+  EXPECT_EQ(Find(vertical, 1).At(6, 3)->direction, 254);  // 256 - 1.2
+  Grid horizontal = Painted(8, 12, [](int, int y) { return y < 6 ? 0 : 99; });
+  At(horizontal, 1, 8) += 54;
+  EXPECT_EQ(Find(horizontal, 1).At(3, 6)->direction, 190);  // 192 - 1.2
 }
 
 TEST(EdgeCandidates, CodesJustBelowAFullTurnAreInTheFirstSector) {
