@@ -24,7 +24,7 @@ void Read(T* values, std::size_t count, std::FILE* file) {
 
 bool WriteSet(CCrawler& set, std::FILE* file) {
   const auto records = Records(set);
-  const std::int32_t num_contours = static_cast<std::int32_t>(records.size());
+  const auto num_contours = static_cast<std::int32_t>(records.size());
   const std::int32_t num_points = NumPoints(set);
   const auto points = static_cast<std::size_t>(num_points);
   return Write(&num_contours, 1, file) && Write(&num_points, 1, file) &&

@@ -19,16 +19,16 @@ class ORVANDEL_API CEdgeImgComplement {
 
   /// Sizes the record and clears `valid`. The size that it has already keeps arrays and contents.
   ///
-  /// @param width,height  pixels.
+  /// @param new_width,new_height  pixels.
   /// @return  0, or 1 when memory cannot be had; then the record is empty, 0 x 0.
-  int SetSize(int width, int height);
+  int SetSize(int new_width, int new_height);
 
   /// Stores an edge point in the cell of the pixel that holds (x, y), over an earlier one.
   ///
-  /// @param x,y  position in pixels; truncated toward zero for the cell. Outside the grid nothing
-  ///             is stored.
-  /// @param g    edge direction in radians.
-  void Store(double x, double y, double g);
+  /// @param point_x,point_y  position in pixels; truncated toward zero for the cell. Outside the
+  ///                         grid nothing is stored.
+  /// @param direction        edge direction in radians.
+  void Store(double point_x, double point_y, double direction);
 
   /// Clears `valid` and stores every point of every contour of a set.
   ///

@@ -45,10 +45,11 @@ class ResampledPoints {
   }
 
   void Emit(Position position, double direction, std::uint32_t flag) {
-    arrays_.x[count_] = position.x;
-    arrays_.y[count_] = position.y;
-    arrays_.g[count_] = direction;
-    arrays_.f[count_] = flag;
+    const auto next = static_cast<std::size_t>(count_);
+    arrays_.x[next] = position.x;
+    arrays_.y[next] = position.y;
+    arrays_.g[next] = direction;
+    arrays_.f[next] = flag;
     ++count_;
     if (count_ + 5 >= capacity_) Grow();
   }

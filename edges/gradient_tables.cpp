@@ -43,7 +43,7 @@ void BuildSectors() {
 }
 
 std::unique_ptr<std::uint8_t[]> BuildMagnitudes() {
-  std::unique_ptr<std::uint8_t[]> table(new std::uint8_t[256 * 256]);
+  std::unique_ptr<std::uint8_t[]> table(new std::uint8_t[GradientTables::kMagnitudeBytes]);
   for (int a = 0; a < 256; ++a) {
     for (int b = 0; b < 256; ++b) {
       table[static_cast<std::size_t>(a * 256 + b)] =

@@ -11,6 +11,7 @@ namespace orvandel {
 /// 0.7 times the gradient's length, so that the largest gradient of 8-bit data fits a byte.
 struct GradientTables {
   static constexpr std::size_t kDirectionBytes = 0x80000;
+  static constexpr std::size_t kMagnitudeBytes = 0x10000;
   static constexpr int kSignedReach = 255;
   static constexpr int kSignedSize = 2 * kSignedReach + 1;
 

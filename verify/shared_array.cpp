@@ -14,7 +14,7 @@ struct Registry {
 
 /// Never destroyed: hosts may hold objects that outlive the library's own statics.
 Registry& TheRegistry() {
-  static Registry* const registry = new Registry;
+  static auto* const registry = new Registry;
   return *registry;
 }
 
@@ -47,7 +47,7 @@ void ReleaseArray(double* array) noexcept {
   {
     Registry& registry = TheRegistry();
     const std::scoped_lock lock(registry.mutex);
-    if (registry.further_owners.count(array) != 0) {
+    if (registry.further_owners.contains(array)) {
       RemoveOwner(registry, array);
       return;
     }

@@ -14,7 +14,7 @@ constexpr std::array<std::uint8_t, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '
 
 // A chunk: length of its data, type, data, checksum over type and data.
 constexpr std::size_t kChunkFrame = 12;
-constexpr std::size_t kMaxPaletteSize = 3 * 256;
+constexpr std::size_t kMaxPaletteSize = 768;  // 256 colours of three bytes
 
 constexpr std::uint32_t ChunkType(char a, char b, char c, char d) {
   return static_cast<std::uint32_t>(a) << 24 | static_cast<std::uint32_t>(b) << 16 |
@@ -116,7 +116,7 @@ struct Header {
 
   /// Bytes of the picture when inflated, but for the filter type of each row.
   std::uint64_t PackedBytes() const {
-    const unsigned bits_per_pixel = static_cast<unsigned>(sample_bits * samples_per_pixel);
+    const auto bits_per_pixel = static_cast<unsigned>(sample_bits * samples_per_pixel);
     const std::uint64_t bits_per_row =
         std::uint64_t{bits_per_pixel} * static_cast<unsigned>(info.width);
     return (bits_per_row + 7) / 8 * static_cast<unsigned>(info.height);

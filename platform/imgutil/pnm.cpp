@@ -137,7 +137,7 @@ class SampleReader {
 };
 
 ImageFileError DecodePixel(SampleReader& reader, const Layout& layout, std::uint8_t& grey) {
-  std::uint8_t samples[3];
+  std::uint8_t samples[3] = {};
   for (int channel = 0; channel < layout.info.channels; ++channel) {
     const std::optional<int> sample = reader.Next();
     if (!sample) return reader.AtEnd() ? kImageFileTruncated : kImageFileForeign;

@@ -46,9 +46,10 @@ inline ContourSet MakeSet(const std::vector<TestContour>& contours) {
   PointArrays arrays;
   arrays.Allocate(num_points);
   auto records = AllocateZeros<ContourRecord>(static_cast<std::int64_t>(contours.size()));
-  std::int32_t next = 0;
+  std::size_t next = 0;
   for (std::size_t i = 0; i < contours.size(); ++i) {
-    records[i] = {next, static_cast<std::int32_t>(contours[i].points.size()), contours[i].closed};
+    records[i] = {static_cast<std::int32_t>(next),
+                  static_cast<std::int32_t>(contours[i].points.size()), contours[i].closed};
     for (const TestPoint& p : contours[i].points) {
       arrays.x[next] = p.x;
       arrays.y[next] = p.y;
