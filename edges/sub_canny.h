@@ -16,9 +16,9 @@ extern "C" {
 ///
 /// @param image      8-bit grey. Overwritten with the edge map: 255 on an edge point, 0 elsewhere.
 ///                   Left as it is when lower than 5 pixels.
-/// @param threshold  least gradient magnitude of an edge point. Magnitudes are scaled to 0..252,
-///                   where 252 is a diagonal step from black to white; 0 and below keep every pixel
-///                   as a candidate, above 252 none.
+/// @param threshold  least gradient magnitude of an edge point, 0.7 times the gradient's length: a
+///                   straight step from black to white has 118. 0 and below keep every pixel as a
+///                   candidate, above 252 none.
 /// @param edges      sized to the image by the caller. Receives a point per edge pixel; presence is
 ///                   cleared first, `count` goes on counting.
 /// @return  0 always, also for a null image and when memory is short (then nothing is written).
