@@ -5,6 +5,7 @@
 #include <set>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/evaluation.h"
@@ -24,8 +25,8 @@ struct LearntPattern {
   PatternFinder finder;
   PatternFacts facts;
 
-  LearntPattern(const std::string& pattern_path, const SearchOptions& options)
-      : path(pattern_path), finder(options) {
+  LearntPattern(std::string pattern_path, const SearchOptions& options)
+      : path(std::move(pattern_path)), finder(options) {
     finder.Train(ReadPicture(path));
     facts = finder.Facts();
   }
