@@ -126,7 +126,7 @@ void DrawFindResult(Canvas& canvas, void* pattern_contours, const FindResult& re
 
 std::string OverlayFolder::Write(const std::string& name, const Canvas& canvas) {
   MakeFolder(folder_);
-  const std::string path =
+  std::string path =
       Utf8FromPath(PathFromUtf8(folder_) / PathFromUtf8(UnusedName(name) + ".overlay.png"));
   WriteFile(path, canvas.EncodePng());
   return path;
