@@ -1,43 +1,93 @@
 #include "edges/sub_canny.h"
 
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <new>
+#include <span>
 
 #include "contours/edge_record.h"
-#include "edges/edge_candidates.h"
-#include "edges/edge_points.h"
+#include "edges/edge_sweep.h"
 #include "edges/gradient_tables.h"
-#include "platform/image_ptr.h"
-#include "platform/mvtools_i.h"
 #include "platform/numbers.h"
 
 namespace orvandel {
 namespace {
 
-/// Fewer rows hold no pixel with the neighbourhood that smoothing and gradient need.
-constexpr int kLeastRows = 5;
+/// Fewer rows or columns hold no pixel with the neighbourhood that smoothing and gradient need.
+constexpr int kLeastSize = 5;
 
-std::vector<EdgePoint> DetectEdgePoints(const tImage& image, int threshold) {
-  const GradientTables* tables = AcquireGradientTables();
-  const ImagePtr magnitude(im_create(1, image.width, image.height));
-  if (tables == nullptr || !magnitude) throw std::bad_alloc();
-  mvt_constant(magnitude.get(), 0);
-  return LocateEdgePoints(FindEdgeCandidates(image, threshold, *tables, *magnitude), *magnitude);
-}
+/// Radians of the direction codes, in [-pi, pi): half turns either way.
+const std::array<double, 256> kRadians = [] {
+  std::array<double, 256> radians{};
+  for (std::size_t code = 0; code < radians.size(); ++code)
+    radians[code] = static_cast<std::int8_t>(code) * kTwoPi / 256;
+  return radians;
+}();
 
-void DrawEdgeMap(const std::vector<EdgePoint>& points, tImage& image) {
-  mvt_constant(&image, 0);
-  for (const EdgePoint& p : points)
-    image.row[p.y][p.x] = 255;
-}
-
-void RecordEdgePoints(const std::vector<EdgePoint>& points, CEdgeImgComplement& edges) {
-  if (edges.valid != nullptr) {
-    std::memset(edges.valid, 0, static_cast<std::size_t>(edges.map_size));
+void ClearEdges(tImage& image, CEdgeImgComplement* edges) {
+  for (int y = 0; y < image.height; ++y)
+    std::memset(image.row[y], 0, static_cast<std::size_t>(image.width));
+  if (edges != nullptr && edges->valid != nullptr) {
+    std::memset(edges->valid, 0, static_cast<std::size_t>(edges->map_size));
   }
-  for (const EdgePoint& p : points) {
-    const auto turn = static_cast<std::int8_t>(p.direction);  // half turns either way
-    edges.Store(p.x + p.sub_x / 256.0, p.y + p.sub_y / 256.0, turn * kTwoPi / 256);
+}
+
+/// Takes edge points into a record. One of another size than the image gets them by position.
+class PointRecorder {
+ public:
+  PointRecorder(const tImage& image, CEdgeImgComplement* edges) : edges_(edges) {
+    same_size_ = edges != nullptr && edges->valid != nullptr && edges->width == image.width &&
+                 edges->height == image.height;
+    if (edges != nullptr && edges->valid != nullptr && !same_size_) {
+      std::memset(edges->valid, 0, static_cast<std::size_t>(edges->map_size));
+    }
+  }
+
+  void AddRow(int y, std::span<const EdgePoint> points) {
+    if (same_size_) {
+      StoreRow(y, points);
+    } else if (edges_ != nullptr) {
+      for (const EdgePoint& p : points)
+        edges_->Store(X(p), Y(y, p), kRadians[p.direction]);
+    }
+  }
+
+ private:
+  static double X(const EdgePoint& p) { return p.column + p.sub_x / 256.0; }
+  static double Y(int y, const EdgePoint& p) { return y + p.sub_y / 256.0; }
+
+  void StoreRow(int y, std::span<const EdgePoint> points) {
+    const auto width = static_cast<std::size_t>(edges_->width);
+    const std::size_t first_cell = static_cast<std::size_t>(y) * width;
+    double* const x_row = edges_->x + first_cell;
+    double* const y_row = edges_->y + first_cell;
+    double* const g_row = edges_->g + first_cell;
+    std::uint8_t* const valid_row = edges_->valid + first_cell;
+    std::memset(valid_row, 0, width);
+    for (const EdgePoint& p : points) {
+      x_row[p.column] = X(p);
+      y_row[p.column] = Y(y, p);
+      g_row[p.column] = kRadians[p.direction];
+      valid_row[p.column] = 1;
+    }
+    const auto count = static_cast<std::uint32_t>(edges_->count) + points.size();  // wraps
+    edges_->count = static_cast<std::int32_t>(static_cast<std::uint32_t>(count));
+  }
+
+  CEdgeImgComplement* edges_;
+  bool same_size_;
+};
+
+void DetectEdges(tImage& image, int threshold, const GradientTables& tables,
+                 CEdgeImgComplement* edges) {
+  EdgeSweep sweep(image, threshold, tables);
+  PointRecorder recorder(image, edges);
+  for (int y = 0; y < image.height; ++y) {
+    sweep.NextRow();
+    recorder.AddRow(y, sweep.Points());
+    // The sweep has done with this row of the image.
+    std::memcpy(image.row[y], sweep.Peaks(), static_cast<std::size_t>(image.width));
   }
 }
 
@@ -45,13 +95,17 @@ void RecordEdgePoints(const std::vector<EdgePoint>& points, CEdgeImgComplement& 
 }  // namespace orvandel
 
 int SubCanny(tImage* image, int threshold, CEdgeImgComplement* edges) {
-  if (image == nullptr || image->height < orvandel::kLeastRows) return 0;
+  if (image == nullptr || image->height < orvandel::kLeastSize) return 0;
+  const orvandel::GradientTables* tables = orvandel::AcquireGradientTables();
+  if (tables == nullptr) return 0;
+  if (image->width < orvandel::kLeastSize) {
+    orvandel::ClearEdges(*image, edges);
+    return 0;
+  }
   try {
-    const auto points = orvandel::DetectEdgePoints(*image, threshold);
-    orvandel::DrawEdgeMap(points, *image);
-    if (edges != nullptr) orvandel::RecordEdgePoints(points, *edges);
+    orvandel::DetectEdges(*image, threshold, *tables, edges);
   } catch (const std::bad_alloc&) {
-    // Nothing has been written yet: the pictures of a short memory stay as they came.
+    // Only before anything was written: pictures and records stay as they came.
   }
   return 0;
 }

@@ -6,18 +6,17 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/grids.h"
+#include "tests/edges/kernel_runs.h"
+#include "tests/support/simd_levels.h"
 
 namespace orvandel::test {
 namespace {
 
-/// Suppression of one candidate in the middle of a 3 x 3 neighbourhood of magnitudes.
+using EdgePointsTest = AtEverySimdLevel;
+ORVANDEL_AT_EVERY_SIMD_LEVEL(EdgePointsTest);
+
 std::optional<EdgePoint> Locate(int sector, const Grid& neighbourhood) {
-  const ImagePtr magnitude = ImageOf(neighbourhood);
-  const EdgeCandidate candidate{1, 1, 77, static_cast<std::uint8_t>(sector)};
-  const std::vector<EdgePoint> points = LocateEdgePoints({candidate}, *magnitude);
-  if (points.empty()) return std::nullopt;
-  return points[0];
+  return LocatePeak(sector, neighbourhood, RowKernelsOf(ActiveSimdLevel()));
 }
 
 /// The magnitudes m1, m, m2 along x.
@@ -25,28 +24,26 @@ std::optional<EdgePoint> LocateAlongX(int m1, int m, int m2) {
   return Locate(0, {{0, 0, 0}, {m1, m, m2}, {0, 0, 0}});
 }
 
-TEST(EdgePoints, EqualNeighboursGiveNoShift) {
+TEST_P(EdgePointsTest, EqualNeighboursGiveNoShift) {
   const auto point = LocateAlongX(20, 50, 20);
   ASSERT_TRUE(point);
   EXPECT_EQ(point->sub_x, 127);
   EXPECT_EQ(point->sub_y, 127);
 }
 
-TEST(EdgePoints, KeepPixelAndDirectionOfTheirCandidate) {
+TEST_P(EdgePointsTest, KeepTheColumnOfTheirPeak) {
   const auto point = LocateAlongX(20, 50, 20);
   ASSERT_TRUE(point);
-  EXPECT_EQ(point->x, 1);
-  EXPECT_EQ(point->y, 1);
-  EXPECT_EQ(point->direction, 77);
+  EXPECT_EQ(point->column, 1);
 }
 
-TEST(EdgePoints, TheShiftIsTruncatedTowardZeroOnBothSides) {
+TEST_P(EdgePointsTest, TheShiftIsTruncatedTowardZeroOnBothSides) {
   // Curvature 2 * (100 - 40 - 33) = 54; 7 * 256 / 54 = 33.2.
   EXPECT_EQ(LocateAlongX(40, 50, 33)->sub_x, 127 - 33);
   EXPECT_EQ(LocateAlongX(33, 50, 40)->sub_x, 127 + 33);
 }
 
-TEST(EdgePoints, EachSectorLooksAcrossItsEdge) {
+TEST_P(EdgePointsTest, EachSectorLooksAcrossItsEdge) {
   // Only the pair that the sector names holds 33 and 40; all others would suppress the point.
   const auto shift = [](int sector, const Grid& m) {
     const auto point = Locate(sector, m);
@@ -58,7 +55,7 @@ TEST(EdgePoints, EachSectorLooksAcrossItsEdge) {
   EXPECT_EQ(shift(3, {{33, 99, 99}, {99, 50, 99}, {99, 99, 40}}), (std::array{33, 33}));
 }
 
-TEST(EdgePoints, NoCurvatureOrHollowIsDropped) {
+TEST_P(EdgePointsTest, NoCurvatureOrHollowIsDropped) {
   EXPECT_FALSE(LocateAlongX(0, 0, 0));
   EXPECT_FALSE(LocateAlongX(50, 50, 50));
   EXPECT_FALSE(LocateAlongX(40, 50, 60));
@@ -66,20 +63,20 @@ TEST(EdgePoints, NoCurvatureOrHollowIsDropped) {
   EXPECT_FALSE(LocateAlongX(252, 0, 252));
 }
 
-TEST(EdgePoints, AnEqualNeighbourPutsTheVertexHalfAPixelAwayWhichIsKept) {
+TEST_P(EdgePointsTest, AnEqualNeighbourPutsTheVertexHalfAPixelAwayWhichIsKept) {
   // 2 * (100 - 30 - 50) = 40; 20 * 256 / 40 = 128.
   EXPECT_EQ(LocateAlongX(30, 50, 50)->sub_x, 255);
   EXPECT_EQ(LocateAlongX(0, 252, 252)->sub_x, 255);
   EXPECT_EQ(LocateAlongX(251, 252, 252)->sub_x, 255);
 }
 
-TEST(EdgePoints, ALargerNeighbourPutsTheVertexFurtherAndIsDropped) {
+TEST_P(EdgePointsTest, ALargerNeighbourPutsTheVertexFurtherAndIsDropped) {
   EXPECT_FALSE(LocateAlongX(10, 50, 51));   // 2 * (100 - 10 - 51) = 78; 41 * 256 / 78 = 134
   EXPECT_FALSE(LocateAlongX(51, 50, 10));   // -134
   EXPECT_FALSE(LocateAlongX(0, 251, 252));  // 500; 252 * 256 / 500 = 129: the closest there is
 }
 
-TEST(EdgePoints, HalfAPixelBackIsStoredAsZeroInEverySector) {
+TEST_P(EdgePointsTest, HalfAPixelBackIsStoredAsZeroInEverySector) {
   // off = -128: off + 127 is -1. In sector 1 it is 127 - off = 255 along x and -1 along y.
   EXPECT_EQ(LocateAlongX(50, 50, 30)->sub_x, 0);
   const auto up = Locate(2, {{0, 50, 0}, {0, 50, 0}, {0, 30, 0}});
@@ -93,14 +90,14 @@ TEST(EdgePoints, HalfAPixelBackIsStoredAsZeroInEverySector) {
   EXPECT_EQ(falling->sub_y, 0);
 }
 
-TEST(EdgePoints, HalfAPixelOnIsStoredAsZeroAlongXInTheRisingSector) {
+TEST_P(EdgePointsTest, HalfAPixelOnIsStoredAsZeroAlongXInTheRisingSector) {
   const auto point = Locate(1, {{0, 0, 30}, {0, 50, 0}, {50, 0, 0}});
   ASSERT_TRUE(point);
   EXPECT_EQ(point->sub_x, 0);  // 127 - 128
   EXPECT_EQ(point->sub_y, 255);
 }
 
-TEST(EdgePoints, EveryTripleOfMagnitudesFollowsTheParabola) {
+TEST_P(EdgePointsTest, EveryTripleOfMagnitudesFollowsTheParabola) {
   // The vertex of the parabola through (-1, m1), (0, m), (1, m2) is (m2 - m1) / (2 (2m - m1 - m2)).
   for (int m = 0; m <= 252; m += 7) {
     for (int m1 = 0; m1 <= 252; m1 += 3) {
@@ -114,6 +111,21 @@ TEST(EdgePoints, EveryTripleOfMagnitudesFollowsTheParabola) {
         ASSERT_EQ(point->sub_x, off == -128 ? 0 : 127 + off) << m1 << ' ' << m << ' ' << m2;
       }
     }
+  }
+}
+
+TEST(CollectPeaks, FindsEachSetByteInOrder) {
+  constexpr std::size_t kWidth = 150;
+  for (const std::size_t spacing : {1u, 2u, 7u, 8u, 63u, 64u, 149u}) {
+    std::vector<std::uint8_t> peaks(3 * kBlock);
+    std::vector<std::uint16_t> expected;
+    for (std::size_t x = 0; x < kWidth; x += spacing) {
+      peaks[x] = 255;
+      expected.push_back(static_cast<std::uint16_t>(x));
+    }
+    std::vector<std::uint16_t> columns(kWidth);
+    columns.resize(CollectPeaks(peaks.data(), kWidth, columns.data()));
+    EXPECT_EQ(columns, expected) << spacing;
   }
 }
 

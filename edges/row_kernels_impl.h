@@ -1,0 +1,151 @@
+// The row kernels, as loops that compilers turn into vector code. Every file that includes this is
+// compiled for other instructions and gets loops of its own: nothing here may have linkage, and no
+// inline function of another header may be used, lest the linker keep the copy that a plain processor
+// cannot run.
+
+#include <math.h>
+
+#include "edges/row_kernels.h"
+
+namespace orvandel {
+namespace {
+
+typedef std::uint8_t Byte;
+typedef std::uint16_t Word;
+
+/// n / 9 for n up to 2295, nine white pixels.
+inline Word Ninth(Word n) {
+  return static_cast<Word>((static_cast<std::uint32_t>(n) * 7282u) >> 16);
+}
+
+void SumRow(const Byte* row, std::size_t width, Word* sums) {
+  sums[0] = static_cast<Word>(2 * row[0] + row[1]);
+  for (std::size_t x = 1; x + 1 < width; ++x) {
+    sums[x] = static_cast<Word>(row[x - 1] + row[x] + row[x + 1]);
+  }
+  sums[width - 1] = static_cast<Word>(2 * row[width - 1] + row[width - 2]);
+}
+
+void SmoothRow(const Word* above, const Word* centre, const Word* below, std::size_t width,
+               Byte* smooth) {
+  for (std::size_t begin = 0; begin < width; begin += kBlock) {
+    for (std::size_t x = begin; x < begin + kBlock; ++x) {
+      smooth[x] = static_cast<Byte>(Ninth(static_cast<Word>(above[x] + centre[x] + below[x])));
+    }
+  }
+}
+
+inline Byte Distance(Byte a, Byte b) {
+  return static_cast<Byte>(a > b ? a - b : b - a);
+}
+
+/// The largest grey step across the diagonals of a block. No gradient is longer: its two components are
+/// half the sum and half the difference of the diagonal steps.
+inline Byte LargestStep(const Byte* above, const Byte* below) {
+  Byte largest = 0;
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    const Byte falling = Distance(above[i - 1], below[i + 1]);
+    const Byte rising = Distance(above[i + 1], below[i - 1]);
+    const Byte step = falling > rising ? falling : rising;
+    largest = largest > step ? largest : step;
+  }
+  return largest;
+}
+
+/// 0.7 times the length of (a, b), rounded down, as the magnitude table has it. 49 (a^2 + b^2) is a whole
+/// number below 2^24, so that its root reaches 10 m exactly when the magnitude reaches m; a tenth of the
+/// root keeps that. Of the lengths whose product is whole, the table rounds three down to the number
+/// below: 0.7 is no binary fraction.
+inline Byte MagnitudeOf(std::int32_t a, std::int32_t b) {
+  const std::int32_t n = a * a + b * b;
+  const std::int32_t falls_short = (n == 90 * 90) | (n == 170 * 170) | (n == 180 * 180);
+  const float root = sqrtf(static_cast<float>(49 * n - falls_short));
+  return static_cast<Byte>(static_cast<std::int32_t>(root * 0.1f));
+}
+
+/// Sectors are bounded by the tangent of 22.5 degrees. 70 / 169 lies so close to it that no fraction of
+/// whole numbers up to 127 falls between the two.
+inline Byte SectorOf(std::int16_t across, std::int16_t down) {
+  const Word p = static_cast<Word>((across < 0 ? -across : across) >> 1);
+  const Word q = static_cast<Word>((down < 0 ? -down : down) >> 1);
+  const Byte diagonal = (across ^ down) < 0 ? 3 : 1;
+  const Byte steep = 169 * p <= 70 * q ? 2 : diagonal;
+  return 169 * q <= 70 * p ? 0 : steep;
+}
+
+void GradientBlock(const Byte* above, const Byte* below, Byte threshold, Byte* magnitude,
+                   Byte* sector) {
+  std::int16_t gv[kBlock];
+  std::int16_t gh[kBlock];
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    const std::int16_t falling = static_cast<std::int16_t>(above[i - 1] - below[i + 1]);
+    const std::int16_t rising = static_cast<std::int16_t>(above[i + 1] - below[i - 1]);
+    gv[i] = static_cast<std::int16_t>((rising + falling) / 2);
+    gh[i] = static_cast<std::int16_t>((rising - falling) / 2);
+  }
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    const Byte m = MagnitudeOf(gv[i], gh[i]);
+    magnitude[i] = m >= threshold ? m : Byte{0};
+  }
+  for (std::size_t i = 0; i < kBlock; ++i)
+    sector[i] = SectorOf(gh[i], gv[i]);
+}
+
+inline void ClearBlock(Byte* block) {
+  for (std::size_t i = 0; i < kBlock; ++i)
+    block[i] = 0;
+}
+
+void GradientRow(const Byte* above, const Byte* below, std::size_t width, GradientLimits limits,
+                 Byte* magnitude, Byte* sector) {
+  for (std::size_t x = 0; x < width; x += kBlock) {
+    if (LargestStep(above + x, below + x) < limits.least_step) {
+      ClearBlock(magnitude + x);
+    } else {
+      GradientBlock(above + x, below + x, limits.threshold, magnitude + x, sector + x);
+    }
+  }
+  magnitude[0] = magnitude[1] = 0;
+  magnitude[width - 2] = magnitude[width - 1] = 0;
+}
+
+inline Byte AnyOf(const Byte* block) {
+  Byte any = 0;
+  for (std::size_t i = 0; i < kBlock; ++i)
+    any |= block[i];
+  return any;
+}
+
+/// The vertex of a parabola through three magnitudes lies within half a pixel of the middle one, and
+/// opens downwards, exactly when no neighbour is larger and not both are equal.
+void PeakBlock(const Byte* above, const Byte* centre, const Byte* below, const Byte* sector,
+               Byte* peaks) {
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    const Byte s = sector[i];
+    const Byte west = centre[i - 1], east = centre[i + 1];
+    const Byte north = above[i], south = below[i];
+    const Byte north_east = above[i + 1], south_west = below[i - 1];
+    const Byte north_west = above[i - 1], south_east = below[i + 1];
+    const Byte before = s == 0 ? west : s == 1 ? north_east : s == 2 ? north : north_west;
+    const Byte after = s == 0 ? east : s == 1 ? south_west : s == 2 ? south : south_east;
+    const Byte larger = before > after ? before : after;
+    const Byte smaller = before < after ? before : after;
+    peaks[i] = (larger <= centre[i]) & (smaller < centre[i]) ? Byte{255} : Byte{0};
+  }
+}
+
+void PeakRow(const Byte* above, const Byte* centre, const Byte* below, const Byte* sector,
+             std::size_t width, Byte* peaks) {
+  for (std::size_t x = 0; x < width; x += kBlock) {
+    if (AnyOf(centre + x) == 0) {
+      ClearBlock(peaks + x);
+    } else {
+      PeakBlock(above + x, centre + x, below + x, sector + x, peaks + x);
+    }
+  }
+}
+
+constexpr RowKernels kKernels = {SumRow, SmoothRow, GradientRow, PeakRow};
+
+}  // namespace
+}  // namespace orvandel
