@@ -1,18 +1,20 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "contours/crawler.h"
 #include "contours/edge_record.h"
+#include "contours/point_arrays.h"
 #include "platform/imgutil_i.h"
 
 namespace orvandel {
 
-/// Contours as they are followed: the points of all of them back to back, and where each lies.
+/// Contours as they are followed: the points of all of them back to back, all flags 0, and where each
+/// contour lies.
 struct TracedContours {
-  std::vector<double> x;
-  std::vector<double> y;
-  std::vector<double> g;
+  PointArrays points;
+  std::int32_t num_points = 0;
   std::vector<ContourRecord> records;
 };
 
@@ -21,7 +23,7 @@ struct TracedContours {
 /// Chains start at the first pixel that a scan meets, row by row, outside row 0 and column 0. A chain
 /// whose ends lie less than 3 pixels apart is closed.
 ///
-/// @param edge_map  8-bit grey. Followed pixels are cleared.
+/// @param edge_map  8-bit grey, below 65536 pixels each way. Followed pixels are cleared.
 /// @param edges     gives the pixels their sub-pixel positions and directions. A pixel without an
 ///                  entry stands at its column and row with direction 0, as all do when this is null
 ///                  or not of the map's size.

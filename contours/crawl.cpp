@@ -21,20 +21,16 @@ bool CanBeCrawled(const tImage* image) {
          image->height < kTooLarge;
 }
 
-/// Gives the set exactly the traced contours, all flags 0; or nothing when memory is short.
-void StoreContours(const TracedContours& traced, CCrawler& set) {
-  PointArrays points;
+/// Gives the set exactly the traced contours; or nothing when memory is short.
+void StoreContours(TracedContours traced, CCrawler& set) {
   auto records = AllocateZeros<ContourRecord>(static_cast<std::int64_t>(traced.records.size()));
-  if (!records || !points.Allocate(static_cast<std::int64_t>(traced.x.size()))) return;
-  std::copy(traced.x.begin(), traced.x.end(), points.x.get());
-  std::copy(traced.y.begin(), traced.y.end(), points.y.get());
-  std::copy(traced.g.begin(), traced.g.end(), points.g.get());
+  if (!records) return;
   std::copy(traced.records.begin(), traced.records.end(), records.get());
 
   FreeArrays(set);
-  points.MoveInto(set);
+  traced.points.MoveInto(set);
   set.contours = records.release();
-  set.point_count = set.point_capacity = static_cast<std::int32_t>(traced.x.size());
+  set.point_count = set.point_capacity = traced.num_points;
   set.contour_count = set.contour_capacity = static_cast<std::int32_t>(traced.records.size());
 }
 

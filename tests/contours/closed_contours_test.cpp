@@ -79,8 +79,9 @@ ContourRecord TraceRunOfFour(double first_x, double last_x) {
   const ImagePtr image = ImageOf(Drawn({"......", ".####.", "......"}));
   const TracedContours contours = TraceContours(image.get(), &edges, 1, kAnySize);
   EXPECT_EQ(contours.records.size(), 1u);
-  EXPECT_EQ(contours.x, (std::vector<double>{first_x, 2.0, 3.0, last_x}));
-  EXPECT_EQ(contours.g, (std::vector<double>{0.5, 0.0, 0.0, 0.25}));
+  EXPECT_EQ(ValuesOf(contours.points.x, contours),
+            (std::vector<double>{first_x, 2.0, 3.0, last_x}));
+  EXPECT_EQ(ValuesOf(contours.points.g, contours), (std::vector<double>{0.5, 0.0, 0.0, 0.25}));
   return contours.records.at(0);
 }
 

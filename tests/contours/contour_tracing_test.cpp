@@ -108,8 +108,8 @@ TEST(ContourTracing, ADroppedChainLeavesNoGapInThePoints) {
   EXPECT_EQ(contours.records[0].size, 12);
   EXPECT_EQ(contours.records[1].start, 12);
   EXPECT_EQ(contours.records[1].size, 10);
-  EXPECT_EQ(contours.y[11], 3.0);
-  EXPECT_EQ(contours.y[12], 7.0);
+  EXPECT_EQ(contours.points.y[11], 3.0);
+  EXPECT_EQ(contours.points.y[12], 7.0);
   EXPECT_TRUE(IsBlank(GridOf(*image)));
 }
 
@@ -174,8 +174,8 @@ TEST(ContourTracing, ADenseMapIsFollowedWhole) {
     const ImagePtr image = ImageOf(full);
     const TracedContours contours = TraceContours(image.get(), nullptr, 1, kAnySize);
     ASSERT_EQ(contours.records.size(), expected.size());
-    EXPECT_GE(contours.x.size(), static_cast<std::size_t>((width - 1) * (height - 1)));
-    EXPECT_GT(contours.x.size(), static_cast<std::size_t>(width * height / 2) - 1);
+    EXPECT_GE(contours.num_points, (width - 1) * (height - 1));
+    EXPECT_GT(contours.num_points, width * height / 2 - 1);
     EXPECT_EQ(GridOf(*image), map);
   }
 }

@@ -6,6 +6,7 @@
 #include "contours/contour_tracing.h"
 #include "platform/numbers.h"
 #include "tests/contours/plain_crawl.h"
+#include "tests/contours/traced_values.h"
 #include "tests/support/image_patterns.h"
 
 // Following edge pixels against its readable second formulation, bit for bit.
@@ -38,11 +39,11 @@ void ExpectSameContours(const Grid& map, const CEdgeImgComplement* edges, int mi
     ASSERT_EQ(traced.records[i].start, static_cast<int>(at)) << i;
     ASSERT_EQ(traced.records[i].size, static_cast<int>(expected[i].points.size())) << i;
     ASSERT_EQ(traced.records[i].closed, expected[i].closed ? 1 : 0) << i;
-    ASSERT_LE(at + expected[i].points.size(), traced.x.size());
+    ASSERT_LE(at + expected[i].points.size(), static_cast<std::size_t>(traced.num_points));
     for (const TestPoint& p : expected[i].points) {
-      ASSERT_EQ(traced.x[at], p.x) << i;
-      ASSERT_EQ(traced.y[at], p.y) << i;
-      ASSERT_EQ(traced.g[at], p.g) << i;
+      ASSERT_EQ(traced.points.x[at], p.x) << i;
+      ASSERT_EQ(traced.points.y[at], p.y) << i;
+      ASSERT_EQ(traced.points.g[at], p.g) << i;
       ++at;
     }
   }
@@ -141,9 +142,9 @@ TEST(ContourTracingTwin, ARecordOfAnotherSizeIsNotRead) {
   const Grid map = Drawn({".....", ".###.", "....."});
   const ImagePtr image = ImageOf(map);
   const TracedContours traced = TraceContours(image.get(), &edges, 1, 10);
-  EXPECT_EQ(traced.x, (std::vector<double>{1, 2, 3}));
-  EXPECT_EQ(traced.y, (std::vector<double>{1, 1, 1}));
-  EXPECT_EQ(traced.g, (std::vector<double>{0, 0, 0}));
+  EXPECT_EQ(ValuesOf(traced.points.x, traced), (std::vector<double>{1, 2, 3}));
+  EXPECT_EQ(ValuesOf(traced.points.y, traced), (std::vector<double>{1, 1, 1}));
+  EXPECT_EQ(ValuesOf(traced.points.g, traced), (std::vector<double>{0, 0, 0}));
 }
 
 }  // namespace

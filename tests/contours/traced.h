@@ -7,6 +7,7 @@
 
 #include "contours/contour_tracing.h"
 #include "tests/contours/plain_crawl.h"
+#include "tests/contours/traced_values.h"
 
 namespace orvandel::test {
 
@@ -29,8 +30,9 @@ inline Traced Trace(const std::vector<std::string>& rows, int min_size = 1,
     std::vector<Pixel> chain;
     for (int k = record.start; k < record.start + record.size; ++k) {
       const auto at = static_cast<std::size_t>(k);
-      EXPECT_EQ(contours.g[at], 0.0);
-      chain.push_back({static_cast<int>(contours.x[at]), static_cast<int>(contours.y[at])});
+      EXPECT_EQ(contours.points.g[at], 0.0);
+      chain.push_back(
+          {static_cast<int>(contours.points.x[at]), static_cast<int>(contours.points.y[at])});
     }
     traced.chains.push_back(chain);
     traced.closed.push_back(record.closed);
