@@ -32,7 +32,7 @@ std::pair<StraightRun, std::int32_t> RunFrom(const ContourPoints& contour, std::
 
 /// Appends the segments of one contour.
 /// @return  whether there were any.
-bool AppendSegments(const ContourPoints& contour, const FitLimits& limits,
+bool AppendSegments(const ContourPoints& contour, const FitLimits& limits, SinCosMemo& memo,
                     std::vector<CLineSegment>& segments) {
   bool appended = false;
   std::int32_t i = 0;
@@ -43,7 +43,7 @@ bool AppendSegments(const ContourPoints& contour, const FitLimits& limits,
       continue;
     }
     const auto [run, next] = RunFrom(contour, i);
-    if (const auto segment = FitSegment(contour, run, limits)) {
+    if (const auto segment = FitSegment(contour, run, limits, memo)) {
       segments.push_back(*segment);
       appended = true;
     }
@@ -91,9 +91,10 @@ int CLineExtracter::Extract(void* contours) {
 
   const orvandel::FitLimits fit_limits = {max_fit_error, min_points};
   const orvandel::JoinLimits join_limits = {max_join_angle, static_cast<double>(neighbour_offset)};
+  orvandel::SinCosMemo memo;
   for (int c = 0; c < num_contours; ++c) {
     const auto points = orvandel::PointsOf(contours, c);
-    const bool appended = orvandel::AppendSegments(points, fit_limits, segments);
+    const bool appended = orvandel::AppendSegments(points, fit_limits, memo, segments);
     if (appended && ctd_contour_closed(contours, c) != 0) {
       orvandel::JoinAcrossSeam(segments, join_limits);
     }

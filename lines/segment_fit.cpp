@@ -26,12 +26,13 @@ double RmsDistance(const double* x, const double* y, std::int32_t count, const L
   return std::sqrt(sum / count);
 }
 
-double CircularMean(const double* angles, std::int32_t count) {
+double CircularMean(const double* angles, std::int32_t count, SinCosMemo& memo) {
   double sines = 0.0;
   double cosines = 0.0;
   for (std::int32_t j = 0; j < count; ++j) {
-    sines += std::sin(angles[j]);
-    cosines += std::cos(angles[j]);
+    const auto [sine, cosine] = memo.Of(angles[j]);
+    sines += sine;
+    cosines += cosine;
   }
   return std::atan2(sines, cosines);
 }
@@ -52,7 +53,7 @@ double SegmentDirection(double line_angle, double gradient_direction) {
 }  // namespace
 
 std::optional<CLineSegment> FitSegment(const ContourPoints& contour, StraightRun run,
-                                       const FitLimits& limits) {
+                                       const FitLimits& limits, SinCosMemo& memo) {
   const std::int32_t num_points = run.last - run.first;
   if (num_points <= limits.min_points) return std::nullopt;
 
@@ -76,7 +77,7 @@ std::optional<CLineSegment> FitSegment(const ContourPoints& contour, StraightRun
   segment.fit_error = fit_error;
   segment.contour_index = contour.contour_index;
   segment.length = std::hypot(segment.start_x - segment.end_x, segment.start_y - segment.end_y);
-  segment.gradient_direction = CircularMean(contour.g + run.first, num_points);
+  segment.gradient_direction = CircularMean(contour.g + run.first, num_points, memo);
   segment.direction = SegmentDirection(line.angle, segment.gradient_direction);
   return segment;
 }

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "lines/line_segment.h"
+#include "lines/sin_cos_memo.h"
 
 namespace orvandel {
 
@@ -31,8 +32,9 @@ struct FitLimits {
 
 /// Fits a line through the points of a run but its last one, which only ends the segment.
 ///
+/// @param memo  of edge directions, kept from run to run.
 /// @return  the segment, or nothing when the run is too short or not straight enough.
 std::optional<CLineSegment> FitSegment(const ContourPoints& contour, StraightRun run,
-                                       const FitLimits& limits);
+                                       const FitLimits& limits, SinCosMemo& memo);
 
 }  // namespace orvandel

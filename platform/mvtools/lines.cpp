@@ -1,4 +1,6 @@
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 #include "platform/mvtools_i.h"
 #include "platform/numbers.h"
@@ -54,6 +56,21 @@ Line Bisect(Line first, Line second) {
   return Upright({std::atan2(s, c), (first.offset + second.offset) / std::hypot(c, s)});
 }
 
+/// Cosine and sine of the angle that was asked for last: the points of a run are measured against one line.
+struct LastAngle {
+  std::uint64_t bits = 0;
+  double cosine = 1.0;
+  double sine = 0.0;
+};
+
+const LastAngle& Resolve(double angle) {
+  thread_local LastAngle last;
+  std::uint64_t bits;
+  std::memcpy(&bits, &angle, sizeof(bits));
+  if (bits != last.bits) last = {bits, std::cos(angle), std::sin(angle)};
+  return last;
+}
+
 void Store(Line line, double* angle, double* offset) {
   if (angle != nullptr) *angle = line.angle;
   if (offset != nullptr) *offset = line.offset;
@@ -68,7 +85,9 @@ void mvt_linear_regression(const double* x, const double* y, int n, int /*mode*/
 }
 
 void mvt_point2line_dist(double x, double y, double angle, double offset, double* dist) {
-  if (dist != nullptr) *dist = y * std::cos(angle) - x * std::sin(angle) - offset;
+  if (dist == nullptr) return;
+  const LastAngle& line = Resolve(angle);
+  *dist = y * line.cosine - x * line.sine - offset;
 }
 
 void mvt_line_bisect(double angle1, double offset1, double angle2, double offset2, double* angle,

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace orvandel {
+
+struct SinCos {
+  double sine = 0.0;
+  double cosine = 1.0;
+};
+
+/// Sines and cosines of angles that keep coming back, with the bits of the C library's. Edge directions
+/// are such angles: a detector gives 256 of them, and the means of two add the halves between.
+class SinCosMemo {
+ public:
+  SinCos Of(double angle);
+
+ private:
+  /// An unused entry answers for 0, rightly.
+  struct Entry {
+    std::uint64_t angle_bits = 0;
+    SinCos value;
+  };
+  static constexpr int kLogSize = 10;
+  std::array<Entry, std::size_t{1} << kLogSize> entries_;
+};
+
+}  // namespace orvandel
