@@ -13,7 +13,7 @@ constexpr std::array<double, 5> kScaleFactors = {1.0, 1.1, 0.9, 1.2, 0.8};
 class CoarseSearch {
  public:
   CoarseSearch(const std::vector<CLineSegment>& pattern, const std::vector<CLineSegment>& scene,
-               const PoseScorer& score_of, const CoarseOptions& options, const Deadline& deadline)
+               PoseScorer& score_of, const CoarseOptions& options, const Deadline& deadline)
       : pattern_(pattern),
         scene_(scene),
         score_of_(score_of),
@@ -44,7 +44,7 @@ class CoarseSearch {
       if (scale > options_.max_scale || scale < options_.min_scale) continue;
 
       const Pose pose = PoseThrough({s.mid_x, s.mid_y}, rotation, scale, to_reference);
-      const double score = score_of_(pose);
+      const double score = score_of_(pose, {best_.score, options_.accept_score});
       if (score > best_.score) best_ = {pose, score, i, j};
       if (score >= options_.accept_score || deadline_.HasPassed()) {
         stop_ = true;
@@ -55,7 +55,7 @@ class CoarseSearch {
 
   const std::vector<CLineSegment>& pattern_;
   const std::vector<CLineSegment>& scene_;
-  const PoseScorer& score_of_;
+  PoseScorer& score_of_;
   const CoarseOptions& options_;
   const Deadline& deadline_;
   Hypothesis best_;
@@ -65,7 +65,7 @@ class CoarseSearch {
 }  // namespace
 
 Hypothesis FindBestHypothesis(const std::vector<CLineSegment>& pattern,
-                              const std::vector<CLineSegment>& scene, const PoseScorer& score_of,
+                              const std::vector<CLineSegment>& scene, PoseScorer& score_of,
                               const CoarseOptions& options, const Deadline& deadline) {
   return CoarseSearch(pattern, scene, score_of, options, deadline).Run();
 }

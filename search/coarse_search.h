@@ -7,6 +7,7 @@
 #include "lines/line_segment.h"
 #include "search/deadline.h"
 #include "search/pose.h"
+#include "search/pose_scorer.h"
 
 namespace orvandel {
 
@@ -35,7 +36,7 @@ struct Hypothesis {
 /// @return  the best hypothesis, the first of equals; one of score 0 with everything 0 when none scored
 ///          above 0.
 Hypothesis FindBestHypothesis(const std::vector<CLineSegment>& pattern,
-                              const std::vector<CLineSegment>& scene, const PoseScorer& score_of,
+                              const std::vector<CLineSegment>& scene, PoseScorer& score_of,
                               const CoarseOptions& options, const Deadline& deadline);
 
 /// From the middle of a pattern segment to the pattern's reference point.

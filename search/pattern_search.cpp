@@ -3,6 +3,7 @@
 #include "search/coarse_search.h"
 #include "search/contour_preparation.h"
 #include "search/deadline.h"
+#include "search/pose_scorer.h"
 #include "search/qrsis.h"
 #include "search/refinement.h"
 
@@ -39,7 +40,7 @@ int QRSIS::LookForIt(tImage* image) {
   const auto& scene = scene_lines_.GetSegments();
   if (pattern.empty() || scene.empty()) return kNoSegment;
 
-  const orvandel::PoseScorer score_of(verifier_, edges, {reference_x_, reference_y_});
+  orvandel::PoseScorer score_of(verifier_, edges, {reference_x_, reference_y_});
   const orvandel::CoarseOptions options = {min_scale_, max_scale_, accept_score_,
                                            pattern_lines_tried_};
   const orvandel::Hypothesis best =

@@ -1,8 +1,5 @@
 #pragma once
 
-#include "contours/edge_record.h"
-#include "verify/patt_verify.h"
-
 namespace orvandel {
 
 struct Point {
@@ -33,26 +30,5 @@ struct Rotation {
 /// @param to_reference  from the pattern point to the pattern's reference point.
 /// @param anchor        the scene point.
 Pose PoseThrough(Point anchor, const Rotation& rotation, double scale, Point to_reference);
-
-/// Scores poses of one pattern in one scene at the pattern's verification points.
-class PoseScorer {
- public:
-  /// @param verifier,edges  outlive the scorer; `edges` may be null.
-  /// @param reference       the pattern's reference point, pattern pixels.
-  PoseScorer(CPattVerify& verifier, const CEdgeImgComplement* edges, Point reference)
-      : verifier_(verifier), edges_(edges), reference_(reference) {}
-
-  double operator()(const Pose& pose) const {
-    return verifier_.ScoreAtVerifyPoints(edges_, pose.x, pose.y, pose.angle, pose.scale,
-                                         reference_.x, reference_.y);
-  }
-
-  Point Reference() const { return reference_; }
-
- private:
-  CPattVerify& verifier_;
-  const CEdgeImgComplement* edges_;
-  Point reference_;
-};
 
 }  // namespace orvandel

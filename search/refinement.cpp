@@ -1,5 +1,7 @@
 #include "search/refinement.h"
 
+#include <limits>
+
 namespace orvandel {
 namespace {
 
@@ -10,7 +12,7 @@ constexpr double kFirstShiftStep = 10.0;  // pixels
 /// A pose held by the scene point that its pattern segment's middle is laid on.
 class Refinement {
  public:
-  Refinement(const Hypothesis& start, Point anchor, Point to_reference, const PoseScorer& score_of)
+  Refinement(const Hypothesis& start, Point anchor, Point to_reference, PoseScorer& score_of)
       : rotation_(start.pose.angle),
         to_reference_(to_reference),
         score_of_(score_of),
@@ -39,9 +41,10 @@ class Refinement {
     double score;
   };
 
-  Trial At(Point anchor, double scale) const {
+  Trial At(Point anchor, double scale) {
+    constexpr double kNeverEnough = std::numeric_limits<double>::infinity();
     const Pose pose = PoseThrough(anchor, rotation_, scale, to_reference_);
-    return {pose, anchor, score_of_(pose)};
+    return {pose, anchor, score_of_(pose, {best_.score, kNeverEnough})};
   }
 
   /// Along the pose's angle, not along the segment.
@@ -57,14 +60,14 @@ class Refinement {
 
   Rotation rotation_;
   Point to_reference_;
-  const PoseScorer& score_of_;
+  PoseScorer& score_of_;
   Trial best_;
 };
 
 }  // namespace
 
 Pose RefinePose(const Hypothesis& hypothesis, const CLineSegment& pattern_segment,
-                const CLineSegment& scene_segment, const PoseScorer& score_of) {
+                const CLineSegment& scene_segment, PoseScorer& score_of) {
   return Refinement(hypothesis, {scene_segment.mid_x, scene_segment.mid_y},
                     ToReference(pattern_segment, score_of.Reference()), score_of)
       .Run();

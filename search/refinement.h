@@ -3,6 +3,7 @@
 #include "lines/line_segment.h"
 #include "search/coarse_search.h"
 #include "search/pose.h"
+#include "search/pose_scorer.h"
 
 namespace orvandel {
 
@@ -12,6 +13,6 @@ namespace orvandel {
 /// @param pattern_segment,scene_segment  the pair that proposed the hypothesis.
 /// @return  the best pose met, the given one among them.
 Pose RefinePose(const Hypothesis& hypothesis, const CLineSegment& pattern_segment,
-                const CLineSegment& scene_segment, const PoseScorer& score_of);
+                const CLineSegment& scene_segment, PoseScorer& score_of);
 
 }  // namespace orvandel

@@ -2,156 +2,83 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
-#include "contours/edge_record.h"
 #include "contours/point_arrays.h"
-#include "platform/numbers.h"
 #include "verify/direction_class.h"
 #include "verify/patt_verify.h"
+#include "verify/probing.h"
 
 namespace orvandel {
 namespace {
 
 constexpr double kDegreesPerRadian = 57.29577951308232;
 
-/// Directions further out than this are not directions; turning them back would take for ever.
-constexpr double kLargestDirection = 1e6;
+/// The final score probes along the edge.
+FlankOffset FlankByDirection(double expected) {
+  const auto degrees = static_cast<std::size_t>(expected * kDegreesPerRadian);
+  return kFlankOffsets[static_cast<std::size_t>(kDirectionClass[degrees])];
+}
 
-/// Credit of a match by its distance in pixels. The first entry stands for no search at all and is
-/// never used: a match in the centre pixel earns 1.
-constexpr std::array<double, 10> kDistanceCredit = {0.99, 0.98, 0.94, 0.9,  0.86,
-                                                    0.8,  0.75, 0.7,  0.64, 0.6};
+/// The search's many poses are probed one row off, whatever the direction.
+constexpr FlankOffset kFlankInSearch = kFlankOffsets[0];
 
-struct PixelIndex {
-  int row;
-  int column;
+/// Normal steps of directions that keep coming back.
+class NormalStepsMemo {
+ public:
+  const NormalSteps& Of(double expected, int radius) {
+    std::uint64_t bits;
+    std::memcpy(&bits, &expected, sizeof(bits));
+    Entry& entry = entries_[bits * 0x9E3779B97F4A7C15u >> (64 - kLogSize)];
+    if (!entry.used || entry.bits != bits) entry = {true, bits, NormalSteps(expected, radius)};
+    return entry.steps;
+  }
+
+ private:
+  struct Entry {
+    bool used = false;
+    std::uint64_t bits = 0;
+    NormalSteps steps;
+  };
+  static constexpr int kLogSize = 8;
+  std::array<Entry, std::size_t{1} << kLogSize> entries_{};
 };
 
-/// Which neighbour is probed beside each pixel along the normal.
-enum class Flank {
-  kRowBelow,     // always one row off: quick, for the many poses of the search
-  kByDirection,  // along the edge: for the final score
-};
-
-/// One pose held against one scene.
+/// Sums the credit of points under one pose.
 class PoseFit {
  public:
-  struct Placement {
-    double tx;
-    double ty;
-    double angle;
-    double scale;
-    double cx;
-    double cy;
-  };
+  PoseFit(const CPattVerify& verifier, const CEdgeImgComplement* edges, double tx, double ty,
+          double angle, double scale)
+      : probe_(ProbeRules(verifier), edges), mapper_(tx, ty, angle, scale), angle_(angle) {}
 
-  PoseFit(const CPattVerify& rules, const CEdgeImgComplement* edges, const Placement& pose,
-          Flank flank)
-      : tolerance_(rules.angleTolerance),
-        ignore_polarity_(rules.ignorePolarity != 0),
-        radius_(std::clamp(rules.searchRadius, 0, static_cast<int>(kDistanceCredit.size()) - 1)),
-        flank_(flank),
-        pose_(pose),
-        cosine_(std::cos(pose.angle) * pose.scale),
-        sine_(std::sin(pose.angle) * pose.scale) {
-    if (edges == nullptr) return;
-    present_ = edges->valid;
-    directions_ = edges->g;
-    width_ = edges->width;
-    height_ = edges->height;
-  }
-
-  void AddPoint(double x, double y, double direction) {
+  /// @param dx,dy         pattern point from the reference point.
+  /// @param credit_beside credit where the centre pixel does not match: of centre and direction.
+  template <typename CreditBeside>
+  void AddPoint(double dx, double dy, double direction, CreditBeside credit_beside) {
     ++num_points_;
-    sum_ += Credit(x, y, direction);
+    const PixelIndex centre = mapper_.Map(dx, dy);
+    if (!probe_.IsAdmissible(centre)) return;
+    const double expected = ExpectedDirection(direction, angle_);
+    if (expected < 0) return;
+    sum_ += probe_.Matches(centre, expected) ? 1.0 : credit_beside(centre, expected);
   }
 
+  double CreditAlongNormal(PixelIndex centre, double expected, const NormalSteps& steps,
+                           FlankOffset flank) {
+    return probe_.CreditAlongNormal(centre, expected, steps, flank, num_probes_);
+  }
+
+  int Radius() const { return probe_.Radius(); }
   double Score() const { return sum_ * 100 / static_cast<double>(num_points_); }
 
  private:
-  double Credit(double x, double y, double direction) const {
-    const PixelIndex centre = Map(x, y);
-    if (!IsAdmissible(centre)) return 0.0;
-
-    // Rows run downwards while directions turn upwards, hence the minus.
-    double expected = direction - pose_.angle;
-    if (!(std::abs(expected) <= kLargestDirection)) return 0.0;
-    while (expected > kTwoPi)
-      expected -= kTwoPi;
-    while (expected < 0)
-      expected += kTwoPi;
-
-    if (Matches(centre, expected)) return 1.0;
-    return CreditAlongNormal(centre, expected);
-  }
-
-  PixelIndex Map(double x, double y) const {
-    const double dx = x - pose_.cx;
-    const double dy = y - pose_.cy;
-    return {TruncateToInt32(pose_.ty + dx * sine_ + dy * cosine_),
-            TruncateToInt32(pose_.tx + dx * cosine_ - dy * sine_)};
-  }
-
-  /// Far enough from the border that every probe stays inside.
-  bool IsAdmissible(PixelIndex p) const {
-    return radius_ < p.column && p.column < width_ - radius_ - 1 && radius_ < p.row &&
-           p.row < height_ - radius_ - 1;
-  }
-
-  double CreditAlongNormal(PixelIndex centre, double expected) const {
-    const double c = std::cos(expected);
-    const double s = std::sin(expected);
-    const FlankOffset flank = kFlankOffsets[FlankClass(expected)];
-    for (int k = 1; k <= radius_; ++k) {
-      // Truncated after half is added: negative steps come out shorter than rounded ones.
-      const int dr = static_cast<int>(k * s + 0.5);
-      const int dc = static_cast<int>(k * c + 0.5);
-      const PixelIndex ahead = {centre.row + dr, centre.column - dc};
-      const PixelIndex behind = {centre.row - dr, centre.column + dc};
-      if (Matches(ahead, expected) || Matches(behind, expected) ||
-          Matches({ahead.row + flank.row, ahead.column + flank.column}, expected) ||
-          Matches({behind.row - flank.row, behind.column - flank.column}, expected)) {
-        return kDistanceCredit[static_cast<std::size_t>(k)];
-      }
-    }
-    return 0.0;
-  }
-
-  std::size_t FlankClass(double expected) const {
-    if (flank_ == Flank::kRowBelow) return 0;
-    const auto degrees = static_cast<std::size_t>(expected * kDegreesPerRadian);
-    return static_cast<std::size_t>(kDirectionClass[degrees]);
-  }
-
-  bool Matches(PixelIndex p, double expected) const {
-    const std::size_t cell =
-        static_cast<std::size_t>(p.row % 65536) * static_cast<std::size_t>(width_) +
-        static_cast<std::size_t>(p.column % 65536);
-    if (present_[cell] == 0) return false;
-
-    // Stored directions lie in [-pi, pi), expected ones in [0, 2 pi]: one fold may leave a negative
-    // difference, which matches. Scores rest on that.
-    double difference = std::abs(expected - directions_[cell]);
-    while (difference > kPi)
-      difference = kTwoPi - difference;
-    return difference < tolerance_ || (ignore_polarity_ && difference > kPi - tolerance_);
-  }
-
-  double tolerance_;
-  bool ignore_polarity_;
-  int radius_;
-  Flank flank_;
-  Placement pose_;
-  double cosine_;
-  double sine_;
-  const std::uint8_t* present_ = nullptr;
-  const double* directions_ = nullptr;
-  int width_ = 0;
-  int height_ = 0;
-
+  EdgeProbe probe_;
+  PointMapper mapper_;
+  double angle_;
   std::int64_t num_points_ = 0;
+  std::int64_t num_probes_ = 0;
   double sum_ = 0.0;
 };
 
@@ -160,23 +87,33 @@ class PoseFit {
 
 double CPattVerify::ScoreAtVerifyPoints(const CEdgeImgComplement* edges, double tx, double ty,
                                         double angle, double scale, double cx, double cy) {
-  orvandel::PoseFit fit(*this, edges, {tx, ty, angle, scale, cx, cy}, orvandel::Flank::kRowBelow);
-  for (std::int32_t i = 0; i < pointCount; ++i)
-    fit.AddPoint(pointX[i], pointY[i], pointDir[i]);
+  orvandel::PoseFit fit(*this, edges, tx, ty, angle, scale);
+  for (std::int32_t i = 0; i < pointCount; ++i) {
+    fit.AddPoint(pointX[i] - cx, pointY[i] - cy, pointDir[i],
+                 [&](orvandel::PixelIndex centre, double expected) {
+                   return fit.CreditAlongNormal(centre, expected,
+                                                orvandel::NormalSteps(expected, fit.Radius()),
+                                                orvandel::kFlankInSearch);
+                 });
+  }
   return fit.Score();
 }
 
 double CPattVerify::ScoreAlongContours(void* contours, const CEdgeImgComplement* edges, double tx,
                                        double ty, double angle, double scale, double cx, double cy,
                                        int step) {
-  orvandel::PoseFit fit(*this, edges, {tx, ty, angle, scale, cx, cy},
-                        orvandel::Flank::kByDirection);
+  orvandel::PoseFit fit(*this, edges, tx, ty, angle, scale);
+  orvandel::NormalStepsMemo memo;
   CCrawler& set = orvandel::SetOf(contours);
   const std::int64_t stride = std::max(step, 1);
   for (const ContourRecord& contour : orvandel::Records(set)) {
     for (std::int64_t i = 0; i < contour.size; i += stride) {
       const std::int64_t k = contour.start + i;
-      fit.AddPoint(set.x[k], set.y[k], set.g[k]);
+      fit.AddPoint(set.x[k] - cx, set.y[k] - cy, set.g[k],
+                   [&](orvandel::PixelIndex centre, double expected) {
+                     return fit.CreditAlongNormal(centre, expected, memo.Of(expected, fit.Radius()),
+                                                  orvandel::FlankByDirection(expected));
+                   });
     }
   }
   return fit.Score();
