@@ -27,7 +27,8 @@ PoseScorer::PoseScorer(const CPattVerify& verifier, const CEdgeImgComplement* ed
       num_points_(static_cast<std::size_t>(std::max(verifier.pointCount, 0))),
       probe_(ProbeRules(verifier), edges),
       sieve_(verifier, edges, reference),
-      turned_(num_points_) {}
+      turned_(num_points_),
+      credits_(num_points_) {}
 
 double PoseScorer::operator()(const Pose& pose, const ScoreBar& bar) {
   if (rotation_ == 0 || !SameBits(pose.angle, angle_)) TurnTo(pose.angle);
@@ -56,16 +57,22 @@ std::int64_t PoseScorer::MostImpossible(const ScoreBar& bar) {
   return most_impossible_;
 }
 
-/// In the order of the points; those without credit would add nothing.
+/// Credits are found in the sieve's order, which tells soonest that a pose is bound to miss, and summed in
+/// the order of the points; those without credit would add nothing.
 double PoseScorer::SumCredits(const PointMapper& mapper, const ScoreBar& bar) {
-  double sum = 0.0;
-  std::size_t num_left = sieve_.NumPossible();
-  for (std::size_t i = 0; num_left > 0; ++i) {
-    if (!sieve_.MayHaveCredit(i)) continue;
-    sum += Credit(i, mapper);
-    --num_left;
-    if (bar.IsMissedBy(Percent(sum + static_cast<double>(num_left)) + kRounding)) return kMissed;
+  double most = static_cast<double>(sieve_.NumPossible());
+  for (const std::uint32_t point : sieve_.Order()) {
+    if (!sieve_.MayHaveCredit(point)) {
+      credits_[point] = 0.0;
+      continue;
+    }
+    credits_[point] = Credit(point, mapper);
+    most -= 1.0 - credits_[point];
+    if (bar.IsMissedBy(Percent(most) + kRounding)) return kMissed;
   }
+  double sum = 0.0;
+  for (const double credit : credits_)
+    sum += credit;
   return Percent(sum);
 }
 

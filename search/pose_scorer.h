@@ -69,6 +69,7 @@ class PoseScorer {
   double angle_ = 0.0;
   std::uint32_t rotation_ = 0;
   std::vector<TurnedPoint> turned_;
+  std::vector<double> credits_;  ///< by point, of the pose being scored
 
   ScoreBar last_bar_{};
   std::int64_t most_impossible_ = 0;

@@ -28,12 +28,13 @@ std::vector<std::uint32_t> SpreadOrder(std::size_t count) {
 
 PoseSieve::PoseSieve(const CPattVerify& verifier, const CEdgeImgComplement* edges, Point reference)
     : num_points_(static_cast<std::size_t>(std::max(verifier.pointCount, 0))),
-      matching_(ProbeRules(verifier)),
+      order_(SpreadOrder(num_points_)),
       possible_(num_points_ + 1, 1),
       num_possible_(num_points_) {
-  const int radius = ProbeRules(verifier).radius;
+  const ProbeRules rules(verifier);
+  const int radius = rules.radius;
   if (edges != nullptr && edges->valid != nullptr) {
-    reach_.emplace(*edges, radius);
+    reach_.emplace(*edges, rules);
     first_column_ = first_row_ = radius + 1;
     end_column_ = edges->width - radius - 1;
     end_row_ = edges->height - radius - 1;
@@ -51,7 +52,7 @@ void PoseSieve::FillBatches(const CPattVerify& verifier, Point reference) {
   batches_.assign((num_points_ + kBatchSize - 1) / kBatchSize, empty);
 
   std::size_t place = 0;
-  for (const std::uint32_t point : SpreadOrder(num_points_)) {
+  for (const std::uint32_t point : order_) {
     Batch& batch = batches_[place / kBatchSize];
     const std::size_t k = place++ % kBatchSize;
     batch.point[k] = point;
@@ -110,6 +111,7 @@ void PoseSieve::FindSquares(const Batch& batch, const PointMapper& mapper,
   const double cosine = mapper.cosine();
   const double sine = mapper.sine();
   const auto stride = static_cast<std::int32_t>(reach_->Stride());
+  const auto first_square = static_cast<std::int32_t>(reach_->IndexOf(0, 0));
   const auto outside = static_cast<std::int32_t>(reach_->EmptyIndex());
   for (std::size_t k = 0; k < kBatchSize; ++k) {
     const double column = tx + batch.dx[k] * cosine - batch.dy[k] * sine;
@@ -118,7 +120,7 @@ void PoseSieve::FindSquares(const Batch& batch, const PointMapper& mapper,
         (column >= first_column_) & (column < end_column_) & (row >= first_row_) & (row < end_row_);
     const auto x = static_cast<std::int32_t>(inside ? column : 0.0);
     const auto y = static_cast<std::int32_t>(inside ? row : 0.0);
-    squares[k] = inside ? (y >> 1) * stride + (x >> 1) : outside;
+    squares[k] = inside ? first_square + (y >> 1) * stride + (x >> 1) : outside;
   }
 }
 
@@ -126,8 +128,7 @@ void PoseSieve::FindSquares(const Batch& batch, const PointMapper& mapper,
 const PoseSieve::WantedSets& PoseSieve::WantedBy(std::size_t batch) {
   for (; num_wanted_ <= batch; ++num_wanted_) {
     for (std::size_t k = 0; k < kBatchSize; ++k) {
-      const auto difference = static_cast<TurnCode>(batches_[num_wanted_].code[k] - turn_);
-      wanted_[num_wanted_][k] = matching_.At(difference);
+      wanted_[num_wanted_][k] = ExpectedBins(batches_[num_wanted_].code[k], turn_);
     }
   }
   return wanted_[batch];

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "contours/edge_record.h"
@@ -33,6 +34,9 @@ class PoseSieve {
   /// @return  false when there are more; else `MayHaveCredit` tells of every point.
   bool Sift(const PointMapper& mapper, std::int64_t max_impossible);
 
+  /// The points in the order in which they are sifted.
+  std::span<const std::uint32_t> Order() const { return order_; }
+
   bool MayHaveCredit(std::size_t point) const { return possible_[point] != 0; }
   std::size_t NumPossible() const { return num_possible_; }
 
@@ -59,13 +63,13 @@ class PoseSieve {
 
   std::size_t num_points_;
   bool all_have_codes_ = true;
-  MatchingDirections matching_;
   std::optional<ReachMap> reach_;
   double first_column_ = 0.0;  ///< admissible positions: from the first to before the end
   double first_row_ = 0.0;
   double end_column_ = 0.0;
   double end_row_ = 0.0;
 
+  std::vector<std::uint32_t> order_;
   std::vector<Batch> batches_;
   std::vector<WantedSets> wanted_;  ///< by batch, under the rotation in force
   std::size_t num_wanted_ = 0;      ///< leading batches for which it is up to date

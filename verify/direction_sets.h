@@ -8,30 +8,35 @@
 
 namespace orvandel {
 
-/// A set of stored edge directions, a bit for each sixteenth of a turn from -pi on.
-using DirectionSet = std::uint16_t;
+/// A set of expected directions, a bit for each 32nd of a turn from 0 on.
+using DirectionSet = std::uint32_t;
+inline constexpr int kNumExpectedBins = 32;
 
-/// The set that holds a stored direction. One that is no direction, or lies outside [-pi, pi], is in all
-/// sets: it may match anything.
-DirectionSet SetOfDirection(double stored);
-
-/// A direction or rotation in 256ths of a turn, rounded down, modulo a turn.
-using TurnCode = std::uint8_t;
+/// A direction or rotation in 1024ths of a turn, rounded down, from 0 to 1023.
+using TurnCode = std::uint16_t;
+inline constexpr int kNumTurnCodes = 1024;
 
 /// Whether a number is small enough to be coded.
 bool HasTurnCode(double radians);
 TurnCode TurnCodeOf(double radians);
 
-/// For the difference of two codes, pattern direction minus rotation: every stored direction that may
-/// match. Both codes are rounded down, so the expected direction lies within a code either side.
-class MatchingDirections {
- public:
-  explicit MatchingDirections(const ProbeRules& rules);
+/// Where the direction that is expected of a pattern direction under a rotation may lie. Both codes are
+/// rounded down, so it lies within a code of their difference.
+DirectionSet ExpectedBins(TurnCode direction, TurnCode rotation);
 
-  DirectionSet At(TurnCode difference) const { return sets_[difference]; }
+/// Stored edge directions in 64ths of a turn from -pi on; one further bin for what is no direction or lies
+/// outside [-pi, pi], which may match anything.
+inline constexpr int kNumStoredBins = 65;
+int StoredBinOf(double stored);
 
- private:
-  std::array<DirectionSet, 256> sets_;
+/// Whether some expected direction of one bin may match some stored direction of the other.
+bool MayMatch(int expected_bin, int stored_bin, const ProbeRules& rules);
+
+/// Both ends of an expected bin, radians, with a margin that covers all rounding.
+struct DirectionRange {
+  double first;
+  double last;
 };
+DirectionRange RangeOfExpectedBin(int bin);
 
 }  // namespace orvandel

@@ -37,6 +37,8 @@ struct ProbeRules {
   double tolerance;
   bool ignore_polarity;
   int radius;
+
+  friend bool operator==(const ProbeRules&, const ProbeRules&) = default;
 };
 
 /// The direction in [0, 2 pi] that a scene edge should have where the pattern's is `direction`. Rows run

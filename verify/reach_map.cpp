@@ -1,6 +1,7 @@
 #include "verify/reach_map.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -25,52 +26,43 @@ void ForEachPresent(const std::uint8_t* present, int width, Visitor visit) {
   }
 }
 
-/// Each set of a row joined with those of the `reach` squares on either side.
-void SpreadAlongRow(const std::vector<DirectionSet>& padded, int reach, int count,
-                    DirectionSet* out) {
-  std::copy_n(padded.data(), count, out);
-  for (int shift = 1; shift <= 2 * reach; ++shift) {
-    const DirectionSet* shifted = padded.data() + shift;
-    for (int i = 0; i < count; ++i)
-      out[i] = static_cast<DirectionSet>(out[i] | shifted[i]);
-  }
+/// A whole row of a stamp at once, which compilers make one or two vector operations of.
+template <std::size_t kRowSize>
+void JoinRow(DirectionSet* sets, const DirectionSet* stamp) {
+  std::array<DirectionSet, kRowSize> row;
+  std::memcpy(row.data(), sets, sizeof(row));
+  for (std::size_t i = 0; i < kRowSize; ++i)
+    row[i] |= stamp[i];
+  std::memcpy(sets, row.data(), sizeof(row));
 }
 
 }  // namespace
 
-ReachMap::ReachMap(const CEdgeImgComplement& edges, int radius)
-    : columns_((edges.width + 1) / 2),
-      rows_((edges.height + 1) / 2),
-      sets_(static_cast<std::size_t>(columns_) * static_cast<std::size_t>(rows_) + 1) {
-  // A probe goes as far as the radius, and its neighbour one pixel further.
-  const int reach = (radius + 2) / 2;
-  const auto row_sets = static_cast<std::size_t>(columns_);
-  std::vector<DirectionSet> padded(row_sets + 2 * static_cast<std::size_t>(reach));
-  std::vector<DirectionSet> spread(row_sets);
-
-  for (int row = 0; row < rows_; ++row) {
-    std::fill(padded.begin(), padded.end(), DirectionSet{0});
-    FillRow(edges, row, padded.data() + reach);
-    SpreadAlongRow(padded, reach, columns_, spread.data());
-    const int first = std::max(row - reach, 0);
-    const int last = std::min(row + reach, rows_ - 1);
-    for (int target = first; target <= last; ++target) {
-      DirectionSet* sets = sets_.data() + static_cast<std::size_t>(target) * row_sets;
-      for (std::size_t i = 0; i < row_sets; ++i)
-        sets[i] = static_cast<DirectionSet>(sets[i] | spread[i]);
-    }
+ReachMap::ReachMap(const CEdgeImgComplement& edges, const ProbeRules& rules)
+    : stride_(static_cast<std::size_t>((edges.width + 1) / 2 + 2 * kBorder)),
+      sets_(stride_ * static_cast<std::size_t>((edges.height + 1) / 2 + 2 * kBorder) + 1) {
+  static_assert(kBorder >= 16 - ReachStamps::kMostReach, "the widest stamp's row stays inside");
+  const auto stamps = StampsFor(rules);
+  if (stamps->RowSize() == 8) {
+    StampAll<8>(edges, *stamps);
+  } else {
+    StampAll<16>(edges, *stamps);
   }
 }
 
-/// The directions in each square of a row, without reach.
-void ReachMap::FillRow(const CEdgeImgComplement& edges, int row, DirectionSet* sets) const {
-  for (int y = 2 * row; y < std::min(2 * row + 2, edges.height); ++y) {
+template <std::size_t kRowSize>
+void ReachMap::StampAll(const CEdgeImgComplement& edges, const ReachStamps& stamps) {
+  const int reach = stamps.Reach();
+  for (int y = 0; y < edges.height; ++y) {
     const std::size_t first_cell =
         static_cast<std::size_t>(y) * static_cast<std::size_t>(edges.width);
     ForEachPresent(edges.valid + first_cell, edges.width, [&](int x) {
-      DirectionSet& set = sets[x / 2];
-      set = static_cast<DirectionSet>(
-          set | SetOfDirection(edges.g[first_cell + static_cast<std::size_t>(x)]));
+      const double direction = edges.g[first_cell + static_cast<std::size_t>(x)];
+      const DirectionSet* stamp = stamps.Of(StoredBinOf(direction), x % 2, y % 2);
+      DirectionSet* sets =
+          sets_.data() + IndexOf(x, y) - static_cast<std::size_t>(reach) * (stride_ + 1);
+      for (int row = 0; row <= 2 * reach; ++row, sets += stride_, stamp += kRowSize)
+        JoinRow<kRowSize>(sets, stamp);
     });
   }
 }

@@ -5,33 +5,39 @@
 
 #include "contours/edge_record.h"
 #include "verify/direction_sets.h"
+#include "verify/reach_stamps.h"
 
 namespace orvandel {
 
-/// For every square of 2 x 2 pixels of a scene: the directions of all edges within reach of any probe
-/// that starts from it. Where that set misses what a pattern point expects, the point has no credit, and
-/// one look tells.
+/// For every square of 2 x 2 pixels of a scene: the expected directions for which a search probe that
+/// starts in it may meet a matching edge. A pattern point whose direction is not among them has no credit,
+/// and one look tells.
 class ReachMap {
  public:
-  /// @param edges   its presence and directions as they stand now.
-  /// @param radius  the probes' search radius, pixels.
+  /// @param edges  its presence and directions as they stand now; must not be without arrays.
   /// @throws std::bad_alloc
-  ReachMap(const CEdgeImgComplement& edges, int radius);
+  ReachMap(const CEdgeImgComplement& edges, const ProbeRules& rules);
 
-  /// Squares in a row.
-  int Stride() const { return columns_; }
+  /// Index of the square that holds a pixel of the scene.
+  std::size_t IndexOf(int column, int row) const {
+    return static_cast<std::size_t>(row / 2 + kBorder) * stride_ +
+           static_cast<std::size_t>(column / 2 + kBorder);
+  }
 
-  /// Row by row; one further entry after the last, which is empty.
   const DirectionSet* Sets() const { return sets_.data(); }
+  std::size_t Stride() const { return stride_; }
 
-  /// Index of the empty entry, for points that lie outside.
+  /// Index of an empty entry, for points that lie outside.
   std::size_t EmptyIndex() const { return sets_.size() - 1; }
 
- private:
-  void FillRow(const CEdgeImgComplement& edges, int row, DirectionSet* sets) const;
+  /// Squares round the scene, so that stamps need no look at its border.
+  static constexpr int kBorder = 16;
 
-  int columns_;
-  int rows_;
+ private:
+  template <std::size_t kRowSize>
+  void StampAll(const CEdgeImgComplement& edges, const ReachStamps& stamps);
+
+  std::size_t stride_;
   std::vector<DirectionSet> sets_;
 };
 
