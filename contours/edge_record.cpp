@@ -37,9 +37,10 @@ int CEdgeImgComplement::SetSize(int new_width, int new_height) {
   const std::int64_t cells =
       new_width < 0 || new_height < 0 ? -1 : std::int64_t{new_width} * new_height;
   if (cells > std::numeric_limits<std::int32_t>::max()) return 1;
-  auto new_x = orvandel::AllocateZeros<double>(cells);
-  auto new_y = orvandel::AllocateZeros<double>(cells);
-  auto new_g = orvandel::AllocateZeros<double>(cells);
+  // Cells have a content only where `valid` is set.
+  auto new_x = orvandel::AllocateUnset<double>(cells);
+  auto new_y = orvandel::AllocateUnset<double>(cells);
+  auto new_g = orvandel::AllocateUnset<double>(cells);
   auto new_valid = orvandel::AllocateZeros<std::uint8_t>(cells);
   if (!new_x || !new_y || !new_g || !new_valid) return 1;
 

@@ -22,10 +22,10 @@ stand_in check <<<'exit 0'
 stand_in demo <<<'exit 0'
 stand_in test <<<'echo "100% tests passed, 0 tests failed out of 100"'
 expect_status 0 "$scratch/.ci/run"
-# 4 checks, 4 presets of 100 tests, the demo
-expect_equal "all good" "405 passed, 0 failed" "$(last_line)"
+# 5 checks, 4 presets of 100 tests, the demo
+expect_equal "all good" "406 passed, 0 failed" "$(last_line)"
 expect_equal "what was called" \
-  "check format;check dependencies;check shell;check tidy;test dev;test clang;test asan-ubsan;test tsan;demo ;" \
+  "check format;check dependencies;check shell;check bench;check tidy;test dev;test clang;test asan-ubsan;test tsan;demo ;" \
   "$(tr '\n' ';' <"$scratch/calls")"
 
 stand_in test <<'BODY'
@@ -37,17 +37,17 @@ esac
 BODY
 stand_in check <<<'[[ $1 != tidy ]]'
 expect_status 1 "$scratch/.ci/run"
-# 3 checks, 100 + 0 + 100 + 99 tests, the demo; tidy, clang and one test of tsan
-expect_equal "some bad" "303 passed, 3 failed" "$(last_line)"
+# 4 checks, 100 + 0 + 100 + 99 tests, the demo; tidy, clang and one test of tsan
+expect_equal "some bad" "304 passed, 3 failed" "$(last_line)"
 
 stand_in demo <<<'kill -TERM $PPID'
 expect_status 1 "$scratch/.ci/run"
-expect_equal "stopped from outside" "302 passed, 4 failed" "$(last_line)"
+expect_equal "stopped from outside" "303 passed, 4 failed" "$(last_line)"
 
 stand_in demo <<<'cat; exit 0'
 stand_in test <<<'echo "100% tests passed, 0 tests failed out of 100"'
 stand_in check <<<'exit 0'
 output=$(sleep 5 | "$scratch/.ci/run")
-expect_equal "does not read what stands on standard input" "405 passed, 0 failed" "$(last_line)"
+expect_equal "does not read what stands on standard input" "406 passed, 0 failed" "$(last_line)"
 
 finish_expectations

@@ -1,0 +1,116 @@
+// The coarse search by itself: how long it takes, and how many probes it pays.
+
+#include <optional>
+
+#include "bench/library_coarse_search.h"
+#include "bench/passes.h"
+#include "bench/stages.h"
+#include "bench/stopwatch.h"
+#include "bench/working_copy.h"
+#include "search/deadline.h"
+#include "tests/plain/coarse_search.h"
+#include "tests/plain/line_extraction.h"
+#include "tests/plain/pattern_search.h"
+
+namespace orvandel::bench {
+namespace {
+
+/// The plain form on one scene after another. What comes before it is outside the clock.
+class PlainCoarseSearch {
+ public:
+  double operator()(const Picture& pattern, const Picture& scene) {
+    Train(pattern);
+    Prepare(scene);
+    return SecondsOf([&] { Search(nullptr); });
+  }
+
+  plain::ProbeCount Count(const Picture& pattern, const Picture& scene) {
+    Train(pattern);
+    Prepare(scene);
+    plain::ProbeCount count;
+    Search(&count);
+    return count;
+  }
+
+ private:
+  void Train(const Picture& pattern) {
+    if (trained_on_ != &pattern) plain::Train(trained_, image_.Restored(*pattern.image), options_);
+    trained_on_ = &pattern;
+  }
+
+  void Prepare(const Picture& scene) {
+    plain::PrepareContours(scene_.get(), image_.Restored(*scene.image), options_);
+    segments_ = plain::ExtractSegments(CLineExtracter(), scene_.get());
+  }
+
+  void Search(plain::ProbeCount* count) const {
+    constexpr std::int32_t kPatternLinesTried = 5;
+    const Deadline deadline(ProcessTickCounter(), options_.timeout_us);
+    const plain::PoseScorer score_of{trained_.verifier, ctd_edgeIm(scene_.get()),
+                                     trained_.reference, count};
+    plain::FindBestHypothesis(
+        trained_.segments, segments_, score_of,
+        {options_.min_scale, options_.max_scale, options_.accept_score, kPatternLinesTried},
+        deadline);
+  }
+
+  plain::SearchOptions options_;
+  plain::Pattern trained_;
+  plain::ContourSet scene_{ctd_create()};
+  std::vector<CLineSegment> segments_;
+  const Picture* trained_on_ = nullptr;
+  WorkingCopy image_;
+};
+
+/// What the library counts, scene for scene; nothing when it does not.
+std::optional<std::vector<double>> LibraryProbes(const Workload& workload) {
+  std::vector<double> probes;
+  for (const SearchCase& search : workload.searches) {
+    const auto run = RunLibraryCoarseSearch(*search.pattern, *search.scene);
+    if (!run) return std::nullopt;
+    probes.push_back(run->probes);
+  }
+  return probes;
+}
+
+void CompareCoarseTimes(const Workload& workload, RatioTable& table) {
+  PlainCoarseSearch plain_search;
+  std::vector<RatioTable::Sample> samples;
+  for (const SearchCase& search : workload.searches) {
+    const auto ours = [&] {
+      return RunLibraryCoarseSearch(*search.pattern, *search.scene)->seconds;
+    };
+    const auto theirs = [&] { return plain_search(*search.pattern, *search.scene); };
+    samples.push_back({TimeInTurn(ours, theirs)});
+  }
+  table.AddTimes("coarse search", "plain form", "ms", samples);
+}
+
+}  // namespace
+
+void RegisterCoarseSearch(const Workload& workload) {
+  benchmark::RegisterBenchmark("CoarseSearch/plain",
+                               [&workload](benchmark::State& state) {
+                                 PlainCoarseSearch run;
+                                 TimePasses(state, workload.searches, [&](std::size_t i) {
+                                   const SearchCase& search = workload.searches[i];
+                                   return run(*search.pattern, *search.scene);
+                                 });
+                               })
+      ->UseManualTime()
+      ->Unit(benchmark::kMillisecond);
+}
+
+void CompareCoarseSearch(const Workload& workload, RatioTable& table) {
+  PlainCoarseSearch plain_search;
+  std::vector<double> plain_probes;
+  for (const SearchCase& search : workload.searches) {
+    const plain::ProbeCount count = plain_search.Count(*search.pattern, *search.scene);
+    plain_probes.push_back(static_cast<double>(count.probes));
+  }
+  const auto library_probes = LibraryProbes(workload);
+  table.AddCounts("coarse search, probes", "plain form", "probes", library_probes, plain_probes);
+  if (library_probes) CompareCoarseTimes(workload, table);
+}
+
+}  // namespace orvandel::bench

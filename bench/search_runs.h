@@ -1,0 +1,55 @@
+#pragma once
+
+#include "bench/stopwatch.h"
+#include "bench/working_copy.h"
+#include "bench/workload.h"
+#include "search/qrsis.h"
+#include "tests/plain/pattern_search.h"
+
+// Searches of one trained pattern, the library's way and the plain one. Training is outside the
+// clock, and done again only when the pattern changes.
+namespace orvandel::bench {
+
+class LibrarySearch {
+ public:
+  explicit LibrarySearch(const plain::SearchOptions& options = {}) {
+    search_.Initialize();
+    search_.SetParams(options.edge_threshold, options.min_contour_size, options.max_contour_size,
+                      static_cast<int>(options.accept_score));
+    search_.SetMinMaxScale(options.min_scale, options.max_scale);
+    search_.SetTimeOutValue(options.timeout_us);
+  }
+
+  double operator()(const Picture& pattern, const Picture& scene) {
+    if (trained_on_ != &pattern) search_.TrainIt(image_.Restored(*pattern.image));
+    trained_on_ = &pattern;
+    tImage* image = image_.Restored(*scene.image);
+    return SecondsOf([&] { search_.LookForIt(image); });
+  }
+
+ private:
+  QRSIS search_;
+  const Picture* trained_on_ = nullptr;
+  WorkingCopy image_;
+};
+
+class PlainSearch {
+ public:
+  explicit PlainSearch(const plain::SearchOptions& options = {}) : options_(options) {}
+
+  double operator()(const Picture& pattern, const Picture& scene) {
+    if (trained_on_ != &pattern) plain::Train(trained_, image_.Restored(*pattern.image), options_);
+    trained_on_ = &pattern;
+    tImage* image = image_.Restored(*scene.image);
+    return SecondsOf([&] { plain::LookForIt(trained_, scene_.get(), image, options_); });
+  }
+
+ private:
+  plain::SearchOptions options_;
+  plain::Pattern trained_;
+  plain::ContourSet scene_{ctd_create()};
+  const Picture* trained_on_ = nullptr;
+  WorkingCopy image_;
+};
+
+}  // namespace orvandel::bench

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "bench/stopwatch.h"
+#include "bench/working_copy.h"
+#include "bench/workload.h"
+#include "contours/ctd.h"
+#include "lines/line_extracter.h"
+#include "tests/plain/line_extraction.h"
+#include "tests/plain/pattern_search.h"
+
+// From an image to line segments, the library's way and the plain one, with the parameters that
+// searches have by default. Buffers stay from run to run, those of each picture size by themselves.
+namespace orvandel::bench {
+
+class LibrarySegments {
+ public:
+  double operator()(const Picture& picture) {
+    Buffers& buffers = buffers_[{picture.image->width, picture.image->height}];
+    tImage* image = buffers.image.Restored(*picture.image);
+    void* set = buffers.contours.get();
+    const plain::SearchOptions options;
+    const double seconds = SecondsOf([&] {
+      ctd_crawl(set, image, options.edge_threshold, options.min_contour_size,
+                options.max_contour_size);
+      ctd_average(set);
+      ctd_resample(set);
+      ctd_sort(set, 1);
+      buffers.lines.Extract(set);
+    });
+    num_contours_ = ctd_contour_count(set);
+    num_segments_ = static_cast<int>(buffers.lines.GetSegments().size());
+    return seconds;
+  }
+
+  /// Of the last picture.
+  int num_contours() const { return num_contours_; }
+  int num_segments() const { return num_segments_; }
+
+ private:
+  struct Buffers {
+    WorkingCopy image;
+    plain::ContourSet contours{ctd_create()};
+    CLineExtracter lines;
+  };
+  std::map<std::pair<int, int>, Buffers> buffers_;
+  int num_contours_ = 0;
+  int num_segments_ = 0;
+};
+
+class PlainSegments {
+ public:
+  double operator()(const Picture& picture) {
+    Buffers& buffers = buffers_[{picture.image->width, picture.image->height}];
+    tImage* image = buffers.image.Restored(*picture.image);
+    void* set = buffers.contours.get();
+    return SecondsOf([&] {
+      plain::PrepareContours(set, image, {});
+      segments_ = plain::ExtractSegments(rules_, set);
+    });
+  }
+
+ private:
+  struct Buffers {
+    WorkingCopy image;
+    plain::ContourSet contours{ctd_create()};
+  };
+  CLineExtracter rules_;
+  std::vector<CLineSegment> segments_;
+  std::map<std::pair<int, int>, Buffers> buffers_;
+};
+
+}  // namespace orvandel::bench

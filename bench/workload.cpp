@@ -1,0 +1,115 @@
+#include "bench/workload.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+
+#include "cli/manifest.h"
+#include "cli/paths.h"
+#include "tests/plain/cluttered_scenes.h"
+
+namespace orvandel::bench {
+namespace {
+
+using plain::ClutteredScene;
+using SharedPicture = std::shared_ptr<const Picture>;
+
+std::string NameOf(const ClutteredScene& scene) {
+  return std::to_string(scene.size.width) + " x " + std::to_string(scene.size.height) + ", " +
+         std::to_string(scene.num_parts) + " parts, noise " +
+         std::to_string(static_cast<int>(scene.noise_sigma)) + ", seed " +
+         std::to_string(scene.seed);
+}
+
+SharedPicture Share(std::string name, ImagePtr image) {
+  if (!image) throw std::runtime_error("no memory for " + name);
+  return std::make_shared<const Picture>(Picture{std::move(name), std::move(image)});
+}
+
+ImagePtr ReadImage(const std::string& path) {
+  int width = 0;
+  int height = 0;
+  int channels = 0;
+  int bits = 0;
+  ImagePtr image;
+  if (im_file_get_size(path.c_str(), 0, &width, &height, &channels, &bits) == 0) {
+    image.reset(im_create(1, width, height));
+  }
+  if (!image || im_file_read(image.get(), path.c_str(), 0) != 0) {
+    throw std::runtime_error("cannot read " + path);
+  }
+  return image;
+}
+
+/// Paths in order, so that every run measures in the same one.
+template <typename Accept>
+std::vector<std::filesystem::path> FilesBelow(const std::string& folder, const Accept& accept) {
+  std::vector<std::filesystem::path> files;
+  for (const auto& entry :
+       std::filesystem::recursive_directory_iterator(cli::PathFromUtf8(folder))) {
+    if (entry.is_regular_file() && accept(entry.path())) files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  if (files.empty()) throw std::runtime_error("nothing to measure on in " + folder);
+  return files;
+}
+
+}  // namespace
+
+std::vector<Picture> RenderedPictures() {
+  constexpr render::Size kSizes[] = {{512, 384}, {640, 480}, {1280, 1024}, {2000, 1500}};
+  std::vector<Picture> pictures;
+  std::uint32_t seed = 0;
+  for (const render::Size size : kSizes) {
+    const int usual = plain::PartsForSize(size);
+    for (const int num_parts : {std::max(usual / 4, 1), usual, 3 * usual}) {
+      for (const double noise_sigma : {0.0, 3.0, 8.0}) {
+        const ClutteredScene scene{size, num_parts, noise_sigma, ++seed};
+        pictures.push_back({NameOf(scene), Render(scene)});
+      }
+    }
+  }
+  return pictures;
+}
+
+std::vector<SearchCase> RenderedSearches() {
+  constexpr std::uint32_t kNumScenes = 60;
+  const SharedPicture pattern = Share("bracket", plain::BracketPattern());
+  std::vector<SearchCase> cases;
+  for (std::uint32_t i = 0; i < kNumScenes; ++i) {
+    const ClutteredScene scene{{640, 480}, static_cast<int>(4 + 5 * (i % 6)), 1.0 + i % 5, 100 + i};
+    cases.push_back({NameOf(scene), pattern, Share(NameOf(scene), Render(scene))});
+  }
+  return cases;
+}
+
+std::vector<Picture> ReadPictures(const std::string& folder) {
+  std::vector<Picture> pictures;
+  for (const auto& file : FilesBelow(folder, [](const auto& p) { return p.extension() == ".png"; }))
+    pictures.push_back({cli::Utf8FromPath(file.filename()), ReadImage(cli::Utf8FromPath(file))});
+  return pictures;
+}
+
+std::vector<SearchCase> ReadSearches(const std::string& folder) {
+  std::map<std::string, SharedPicture> read;
+  const auto picture = [&](const std::string& path) {
+    SharedPicture& shared = read[path];
+    if (!shared) shared = Share(path, ReadImage(path));
+    return shared;
+  };
+  std::vector<SearchCase> cases;
+  for (const auto& file :
+       FilesBelow(folder, [](const auto& p) { return p.filename() == "manifest.csv"; })) {
+    const cli::Suite suite = cli::ReadSuite(cli::Utf8FromPath(file));
+    for (const cli::TestCase& test : suite.cases)
+      cases.push_back({suite.name + "/" + test.name, picture(test.pattern), picture(test.scene)});
+  }
+  std::stable_sort(cases.begin(), cases.end(), [](const SearchCase& a, const SearchCase& b) {
+    return a.pattern->name < b.pattern->name;
+  });
+  return cases;
+}
+
+}  // namespace orvandel::bench

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/image_ptr.h"
+
+namespace orvandel::bench {
+
+struct Picture {
+  std::string name;
+  ImagePtr image;
+
+  double Megapixels() const { return image->width * 1e-6 * image->height; }
+};
+
+/// A pattern and a scene to look for it in. Cases share their pictures.
+struct SearchCase {
+  std::string name;
+  std::shared_ptr<const Picture> pattern;
+  std::shared_ptr<const Picture> scene;
+};
+
+/// What the benchmarks run on.
+struct Workload {
+  std::vector<Picture> pictures;
+  std::vector<SearchCase> searches;  ///< those of one pattern follow each other
+};
+
+/// Scenes that the project draws itself: several sizes, from few parts to many, from little noise
+/// to much. Used for whatever no folder is named.
+std::vector<Picture> RenderedPictures();
+std::vector<SearchCase> RenderedSearches();
+
+/// All PNG pictures of a folder and the folders in it, by path. Throws std::runtime_error.
+std::vector<Picture> ReadPictures(const std::string& folder);
+
+/// The cases of all suites of a folder. Throws std::runtime_error.
+std::vector<SearchCase> ReadSearches(const std::string& folder);
+
+}  // namespace orvandel::bench

@@ -1,0 +1,147 @@
+#include "tests/plain/chain_comparison.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "contours/edge_record.h"
+#include "edges/sub_canny.h"
+#include "search/qrsis.h"
+#include "tests/plain/contour_order.h"
+#include "tests/plain/crawl.h"
+#include "tests/plain/line_extraction.h"
+#include "tests/plain/resampling.h"
+#include "tests/plain/smoothing.h"
+#include "tests/plain/sub_canny.h"
+#include "tests/search/scripted_counter.h"
+#include "tests/support/contour_sets.h"
+#include "tests/support/segments.h"
+
+namespace orvandel::test {
+namespace {
+
+template <typename T>
+bool AreSameBytes(const T* a, const T* b, std::int64_t count) {
+  return count == 0 || std::memcmp(a, b, static_cast<std::size_t>(count) * sizeof(T)) == 0;
+}
+
+void ExpectSamePixels(const ImagePtr& actual, const ImagePtr& expected) {
+  for (int y = 0; y < expected->height; ++y)
+    ASSERT_TRUE(AreSameBytes(actual->row[y], expected->row[y], expected->width)) << "row " << y;
+}
+
+/// The first cell whose stored point differs, or the number of cells. Positions and directions
+/// count where a point is stored.
+int FirstDifference(const CEdgeImgComplement& a, const CEdgeImgComplement& b) {
+  for (int cell = 0; cell < a.map_size; ++cell) {
+    if (a.valid[cell] != b.valid[cell]) return cell;
+    if (a.valid[cell] == 0) continue;
+    if (!AreSameBits(a.x[cell], b.x[cell]) || !AreSameBits(a.y[cell], b.y[cell]) ||
+        !AreSameBits(a.g[cell], b.g[cell])) {
+      return cell;
+    }
+  }
+  return a.map_size;
+}
+
+void ExpectSameRecord(const CEdgeImgComplement& actual, const CEdgeImgComplement& expected) {
+  ASSERT_EQ(actual.width, expected.width);
+  ASSERT_EQ(actual.height, expected.height);
+  ASSERT_EQ(actual.map_size, expected.map_size);
+  ASSERT_EQ(actual.count, expected.count);
+  ASSERT_EQ(FirstDifference(actual, expected), expected.map_size);
+}
+
+void ExpectSameContours(const ContourSet& actual_set, const ContourSet& expected_set) {
+  const CCrawler& actual = Fields(actual_set);
+  const CCrawler& expected = Fields(expected_set);
+  ASSERT_EQ(actual.contour_count, expected.contour_count);
+  ASSERT_EQ(actual.point_count, expected.point_count);
+  ASSERT_TRUE(AreSameBytes(actual.contours, expected.contours, expected.contour_count));
+  ASSERT_TRUE(AreSameBytes(actual.x, expected.x, expected.point_count)) << "x";
+  ASSERT_TRUE(AreSameBytes(actual.y, expected.y, expected.point_count)) << "y";
+  ASSERT_TRUE(AreSameBytes(actual.g, expected.g, expected.point_count)) << "g";
+  ASSERT_TRUE(AreSameBytes(actual.f, expected.f, expected.point_count)) << "f";
+}
+
+void ExpectSameEdges(const ImagePtr& image, int threshold) {
+  const ImagePtr map = CopyOf(image);
+  const ImagePtr plain_map = CopyOf(image);
+  CEdgeImgComplement edges;
+  CEdgeImgComplement plain_edges;
+  ASSERT_EQ(edges.SetSize(image->width, image->height), 0);
+  ASSERT_EQ(plain_edges.SetSize(image->width, image->height), 0);
+  SubCanny(map.get(), threshold, &edges);
+  plain::SubCanny(plain_map.get(), threshold, &plain_edges);
+  ExpectSamePixels(map, plain_map);
+  ExpectSameRecord(edges, plain_edges);
+}
+
+void ExpectSameCrawl(const ContourSet& set, const ContourSet& plain_set, const ImagePtr& image,
+                     int threshold) {
+  constexpr int kMinSize = 10;
+  constexpr int kMaxSize = 100000;
+  const ImagePtr rest = CopyOf(image);
+  const ImagePtr plain_rest = CopyOf(image);
+  ASSERT_EQ(ctd_crawl(set.get(), rest.get(), threshold, kMinSize, kMaxSize), 0);
+  plain::Crawl(plain_set.get(), plain_rest.get(), threshold, kMinSize, kMaxSize);
+  ExpectSamePixels(rest, plain_rest);
+  ExpectSameRecord(*ctd_edgeIm(set.get()), *ctd_edgeIm(plain_set.get()));
+  ExpectSameContours(set, plain_set);
+}
+
+void ExpectSameConditioning(const ContourSet& set, const ContourSet& plain_set) {
+  ctd_average(set.get());
+  plain::SmoothContours(plain_set.get());
+  ASSERT_NO_FATAL_FAILURE(ExpectSameContours(set, plain_set)) << "smoothed";
+  ctd_resample(set.get());
+  plain::ResampleContours(plain_set.get());
+  ASSERT_NO_FATAL_FAILURE(ExpectSameContours(set, plain_set)) << "resampled";
+  ctd_sort(set.get(), 1);
+  plain::SortLargestFirst(plain_set.get());
+  ASSERT_NO_FATAL_FAILURE(ExpectSameContours(set, plain_set)) << "sorted";
+}
+
+}  // namespace
+
+void ExpectSameStages(const ImagePtr& image, int threshold) {
+  SCOPED_TRACE(testing::Message() << "threshold " << threshold);
+  ASSERT_NO_FATAL_FAILURE(ExpectSameEdges(image, threshold));
+  const ContourSet set = MakeEmptySet();
+  const ContourSet plain_set = MakeEmptySet();
+  ASSERT_NO_FATAL_FAILURE(ExpectSameCrawl(set, plain_set, image, threshold));
+  ASSERT_NO_FATAL_FAILURE(ExpectSameConditioning(set, plain_set));
+
+  CLineExtracter extracter;
+  extracter.Extract(set.get());
+  ExpectSameSegments(extracter.GetSegments(),
+                     plain::ExtractSegments(CLineExtracter(), plain_set.get()));
+  ExpectSameContours(set, plain_set);  // with the flags of straight stretches
+}
+
+Found ExpectSameSearch(const ImagePtr& pattern, const ImagePtr& scene,
+                       const plain::SearchOptions& options) {
+  const ScriptedCounter no_hurry(FrozenTime());
+  QRSIS search;
+  search.Initialize();
+  search.SetParams(options.edge_threshold, options.min_contour_size, options.max_contour_size,
+                   static_cast<int>(options.accept_score));
+  search.SetMinMaxScale(options.min_scale, options.max_scale);
+  plain::Pattern plain_pattern;
+  const int status = TrainOn(search, pattern);
+  EXPECT_EQ(status, plain::Train(plain_pattern, CopyOf(pattern).get(), options));
+  if (status != 0) return {status};
+
+  const ContourSet plain_scene = MakeEmptySet();
+  const plain::SearchResult expected =
+      plain::LookForIt(plain_pattern, plain_scene.get(), CopyOf(scene).get(), options);
+  const Found found = LookFor(search, scene);
+  const plain::Pose& pose = expected.pose;
+  ExpectSameResult(found,
+                   {expected.status, pose.x, pose.y, pose.angle, pose.scale, expected.score});
+  return found;
+}
+
+}  // namespace orvandel::test

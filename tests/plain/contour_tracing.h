@@ -1,0 +1,33 @@
+#pragma once
+
+#include <vector>
+
+#include "contours/crawler.h"
+#include "contours/edge_record.h"
+#include "platform/imgutil_i.h"
+
+namespace orvandel::plain {
+
+/// Contours as they are followed: the points of all of them back to back, and where each lies.
+struct TracedContours {
+  std::vector<double> x;
+  std::vector<double> y;
+  std::vector<double> g;
+  std::vector<ContourRecord> records;
+};
+
+/// Follows the 8-connected chains of non-zero pixels of an edge map, from both ends of each chain.
+///
+/// Chains start at the first pixel that a scan meets, row by row, outside row 0 and column 0. A
+/// chain whose ends lie less than 3 pixels apart is closed.
+///
+/// @param edge_map  8-bit grey. Followed pixels are cleared.
+/// @param edges     gives the pixels their sub-pixel positions and directions. A pixel without an
+///                  entry stands at its column and row with direction 0, as all do when this is
+///                  null or not of the map's size.
+/// @param min_size,max_size  fewest and most points of a contour that is kept.
+/// @throws std::bad_alloc
+TracedContours TraceContours(tImage* edge_map, const CEdgeImgComplement* edges, int min_size,
+                             int max_size);
+
+}  // namespace orvandel::plain

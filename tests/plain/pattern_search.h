@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "contours/ctd.h"
+#include "lines/line_extracter.h"
+#include "lines/line_segment.h"
+#include "platform/imgutil_i.h"
+#include "tests/plain/pose.h"
+#include "tests/plain/probe_count.h"
+#include "verify/patt_verify.h"
+
+// The plain chain: image -> edges -> contours -> lines -> poses, each stage in the form in which
+// its method is told, without any of the tricks that make it fast.
+//
+// The library's stages are compared with these, bit for bit in the tests and by time in the
+// benchmarks. So this code stays as it is when a stage is made faster; it changes only together
+// with what a stage means. It shares with the library the data types, the gradient tables, the mean
+// of the contour points and the choice of verification points.
+namespace orvandel::plain {
+
+struct SetDeleter {
+  void operator()(void* handle) const { ctd_delete(handle); }
+};
+using ContourSet = std::unique_ptr<void, SetDeleter>;
+
+/// The parameters of `QRSIS`, with its defaults.
+struct SearchOptions {
+  std::int32_t edge_threshold = 16;
+  std::int32_t min_contour_size = 10;
+  std::int32_t max_contour_size = 100000;
+  double accept_score = 80;  ///< percent
+  double min_scale = 0.25;
+  double max_scale = 4;
+  std::int32_t timeout_us = 1000000;
+};
+
+/// A trained pattern.
+struct Pattern {
+  ContourSet contours{ctd_create()};
+  std::vector<CLineSegment> segments;
+  CPattVerify verifier;
+  Point reference{};  ///< mean of the contour points, pattern pixels
+};
+
+/// As a host reads it after `LookForIt`.
+struct SearchResult {
+  int status = 0;
+  Pose pose;
+  double score = 0;  ///< percent
+};
+
+/// Probes by the step of the search that made them.
+struct SearchCounts {
+  ProbeCount coarse;
+  ProbeCount refinement;
+  ProbeCount final_score;
+};
+
+/// From an image to smoothed, evenly spaced contours, longest first. Returns their number.
+int PrepareContours(void* contours, tImage* image, const SearchOptions& options);
+
+/// As `QRSIS::TrainIt` with a given threshold; returns its status. The image is used up.
+int Train(Pattern& pattern, tImage* image, const SearchOptions& options);
+
+/// As `QRSIS::LookForIt` of a trained pattern.
+///
+/// @param scene_contours  a `ctd_` handle; receives the scene's contours and edge record.
+/// @param image           8-bit grey; used up.
+/// @param counts          null, or what the search cost is added to it.
+SearchResult LookForIt(const Pattern& pattern, void* scene_contours, tImage* image,
+                       const SearchOptions& options, SearchCounts* counts = nullptr);
+
+}  // namespace orvandel::plain

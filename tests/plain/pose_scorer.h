@@ -1,0 +1,23 @@
+#pragma once
+
+#include "contours/edge_record.h"
+#include "tests/plain/pose.h"
+#include "tests/plain/probe_count.h"
+#include "tests/plain/scoring.h"
+#include "verify/patt_verify.h"
+
+namespace orvandel::plain {
+
+/// Scores poses of one pattern in one scene at the pattern's verification points.
+struct PoseScorer {
+  const CPattVerify& verifier;
+  const CEdgeImgComplement* edges;
+  Point reference;    ///< of the pattern, pattern pixels
+  ProbeCount* count;  ///< may be null
+
+  double operator()(const Pose& pose) const {
+    return ScoreAtVerifyPoints(verifier, edges, pose, reference, count);
+  }
+};
+
+}  // namespace orvandel::plain

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "contours/edge_record.h"
+#include "tests/plain/pose.h"
+#include "tests/plain/probe_count.h"
+#include "verify/patt_verify.h"
+
+namespace orvandel::plain {
+
+/// As `CPattVerify::ScoreAtVerifyPoints`: each point pays all its probes until one matches.
+///
+/// @param reference  the pattern's reference point, pattern pixels.
+/// @param count      null, or what this pose cost is added to it.
+double ScoreAtVerifyPoints(const CPattVerify& verifier, const CEdgeImgComplement* edges,
+                           const Pose& pose, Point reference, ProbeCount* count = nullptr);
+
+/// As `CPattVerify::ScoreAlongContours`.
+double ScoreAlongContours(const CPattVerify& rules, void* contours, const CEdgeImgComplement* edges,
+                          const Pose& pose, Point reference, int step, ProbeCount* count = nullptr);
+
+}  // namespace orvandel::plain

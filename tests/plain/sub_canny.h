@@ -1,0 +1,13 @@
+#pragma once
+
+#include "contours/edge_record.h"
+#include "platform/imgutil_i.h"
+
+namespace orvandel::plain {
+
+/// As the library's `SubCanny`: candidates row by row, then peaks, then the edge map and the
+/// record.
+/// @throws std::bad_alloc
+void SubCanny(tImage* image, int threshold, CEdgeImgComplement* edges);
+
+}  // namespace orvandel::plain

@@ -1,0 +1,93 @@
+// The library against the plain chain over the pictures of the suites that the build was told of.
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "cli/manifest.h"
+#include "cli/paths.h"
+#include "tests/plain/chain_comparison.h"
+
+namespace orvandel::test {
+namespace {
+
+constexpr char kSuites[] = ORVANDEL_SUITES;  // a folder of suites; empty when there is none
+
+/// The suites' folders in order of their names; one empty name when there are none.
+std::vector<std::string> SuiteFolders() {
+  std::vector<std::string> folders;
+  if (kSuites[0] != '\0') {
+    for (const auto& entry : std::filesystem::directory_iterator(cli::PathFromUtf8(kSuites))) {
+      if (std::filesystem::exists(entry.path() / "manifest.csv"))
+        folders.push_back(cli::Utf8FromPath(entry.path()));
+    }
+  }
+  std::sort(folders.begin(), folders.end());
+  if (folders.empty()) folders.emplace_back();
+  return folders;
+}
+
+std::string TestName(const testing::TestParamInfo<std::string>& info) {
+  return info.param.empty() ? "none" : cli::Utf8FromPath(cli::PathFromUtf8(info.param).filename());
+}
+
+ImagePtr ReadImage(const std::string& path) {
+  int width = 0, height = 0, channels = 0, bits = 0;
+  if (im_file_get_size(path.c_str(), 0, &width, &height, &channels, &bits) != 0) return nullptr;
+  ImagePtr image(im_create(1, width, height));
+  if (!image || im_file_read(image.get(), path.c_str(), 0) != 0) return nullptr;
+  return image;
+}
+
+class SuiteTwin : public testing::TestWithParam<std::string> {
+ protected:
+  void SetUp() override {
+    if (GetParam().empty()) GTEST_SKIP() << "no suites: configure with ORVANDEL_SUITES=<folder>";
+  }
+
+  const ImagePtr& Image(const std::string& path) {
+    ImagePtr& image = images_[path];
+    if (!image) image = ReadImage(path);
+    return image;
+  }
+
+ private:
+  std::map<std::string, ImagePtr> images_;
+};
+
+TEST_P(SuiteTwin, StagesAgreeOnEveryPicture) {
+  std::map<std::string, bool> done;
+  for (const cli::TestCase& test : cli::ReadSuite(GetParam()).cases) {
+    for (const std::string& path : {test.pattern, test.scene}) {
+      if (std::exchange(done[path], true)) continue;
+      SCOPED_TRACE(path);
+      const ImagePtr image = ReadImage(path);
+      ASSERT_NE(image, nullptr);
+      for (const int threshold : {0, 16, 32})
+        ExpectSameStages(image, threshold);
+    }
+  }
+  EXPECT_FALSE(done.empty());
+}
+
+TEST_P(SuiteTwin, SearchesAgreeInEveryCase) {
+  int num_searches = 0;
+  for (const cli::TestCase& test : cli::ReadSuite(GetParam()).cases) {
+    SCOPED_TRACE(test.name);
+    ASSERT_NE(Image(test.pattern), nullptr);
+    ASSERT_NE(Image(test.scene), nullptr);
+    ExpectSameSearch(Image(test.pattern), Image(test.scene));
+    ++num_searches;
+  }
+  EXPECT_GT(num_searches, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Suites, SuiteTwin, testing::ValuesIn(SuiteFolders()), TestName);
+
+}  // namespace
+}  // namespace orvandel::test
