@@ -45,11 +45,11 @@ int VertexOffset(int before, int peak, int after) {
 }
 
 /// Half a pixel to the lower side comes out as -1 and is stored as 0.
-std::uint8_t SubPixel(int shift) {
-  return static_cast<std::uint8_t>(std::max(kNoShift + shift, 0));
+int SubPixel(int shift) {
+  return std::max(kNoShift + shift, 0);
 }
 
-std::uint8_t DirectionAt(std::size_t x, const RowContext& row, const GradientTables& tables) {
+int DirectionAt(std::size_t x, const RowContext& row, const GradientTables& tables) {
   const int falling = row.smooth_above[x - 1] - row.smooth_below[x + 1];
   const int rising = row.smooth_above[x + 1] - row.smooth_below[x - 1];
   // Halved twice, each time toward zero: that is a quarter toward zero.

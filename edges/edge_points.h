@@ -11,10 +11,10 @@ namespace orvandel {
 /// An edge point of a row: its column, its direction code (a full turn in 256 steps), and its sub-pixel
 /// offsets in 1/256 pixel; 127 means no shift along that axis.
 struct EdgePoint {
-  std::uint16_t column;
-  std::uint8_t direction;
-  std::uint8_t sub_x;
-  std::uint8_t sub_y;
+  std::int32_t column;
+  std::int32_t direction;
+  std::int32_t sub_x;
+  std::int32_t sub_y;
 };
 
 /// What places the edge points of a row; each pointer to column 0 of a padded row.

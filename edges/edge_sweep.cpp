@@ -48,22 +48,26 @@ void EdgeSweep::NextRow() {
     MakeSmoothRow(next + 1);
   }
   MakeMagnitudeRow(next);
-  if (HasMagnitudes(row_)) {
-    FindPoints();
-  } else {
+  if (!HasMagnitudes(row_)) {
     std::fill(peaks_.begin(), peaks_.end(), std::uint8_t{0});
     num_points_ = 0;
+    return;
   }
-}
-
-void EdgeSweep::FindPoints() {
-  const RowContext row = {magnitude_[row_ - 1], magnitude_[row_],  magnitude_[row_ + 1],
-                          smooth_[row_ - 1],    smooth_[row_ + 1], sector_[row_]};
+  const RowContext row = CurrentRow();
   kernels_.peak_row(row.magnitude_above, row.magnitude, row.magnitude_below, row.sector, width_,
                     peaks_.data());
   std::fill(peaks_.begin() + static_cast<std::ptrdiff_t>(width_), peaks_.end(), std::uint8_t{0});
   num_points_ = CollectPeaks(peaks_.data(), width_, columns_.data());
-  LocateEdgePoints({columns_.data(), num_points_}, row, tables_, points_.data());
+}
+
+std::span<const EdgePoint> EdgeSweep::LocatePoints() {
+  LocateEdgePoints(Columns(), CurrentRow(), tables_, points_.data());
+  return {points_.data(), num_points_};
+}
+
+RowContext EdgeSweep::CurrentRow() {
+  return {magnitude_[row_ - 1], magnitude_[row_],  magnitude_[row_ + 1],
+          smooth_[row_ - 1],    smooth_[row_ + 1], sector_[row_]};
 }
 
 void EdgeSweep::ReadImageRow(int y) {

@@ -31,14 +31,17 @@ class EdgeSweep {
   /// 255 on the edge points of the row, 0 elsewhere; `width` bytes, until the next call.
   const std::uint8_t* Peaks() const { return peaks_.data(); }
 
-  /// The edge points of the row, from left to right; until the next call.
-  std::span<const EdgePoint> Points() const { return {points_.data(), num_points_}; }
+  /// Columns of the row's edge points, from left to right; until the next call.
+  std::span<const std::uint16_t> Columns() const { return {columns_.data(), num_points_}; }
+
+  /// The row's edge points in the same order; until the next call.
+  std::span<const EdgePoint> LocatePoints();
 
  private:
   void ReadImageRow(int y);
   void MakeSmoothRow(int y);
   void MakeMagnitudeRow(int y);
-  void FindPoints();
+  RowContext CurrentRow();
   bool HasMagnitudes(int y) const { return y >= 2 && y <= height_ - 3; }
 
   const tImage& image_;

@@ -12,6 +12,7 @@ namespace {
 
 typedef std::uint8_t Byte;
 typedef std::uint16_t Word;
+typedef std::int16_t Signed;
 
 /// n / 9 for n up to 2295, nine white pixels.
 inline Word Ninth(Word n) {
@@ -52,43 +53,63 @@ inline Byte LargestStep(const Byte* above, const Byte* below) {
   return largest;
 }
 
-/// 0.7 times the length of (a, b), rounded down, as the magnitude table has it. 49 (a^2 + b^2) is a whole
-/// number below 2^24, so that its root reaches 10 m exactly when the magnitude reaches m; a tenth of the
-/// root keeps that. Of the lengths whose product is whole, the table rounds three down to the number
-/// below: 0.7 is no binary fraction.
-inline Byte MagnitudeOf(std::int32_t a, std::int32_t b) {
-  const std::int32_t n = a * a + b * b;
-  const std::int32_t falls_short = (n == 90 * 90) | (n == 170 * 170) | (n == 180 * 180);
-  const float root = sqrtf(static_cast<float>(49 * n - falls_short));
+/// The gradients of a block: both components without their signs, and what the signs say.
+struct GradientBlock {
+  Word down[kBlock];
+  Word across[kBlock];
+  Byte diagonal[kBlock];     ///< the diagonal sector that the signs point to
+  Byte falls_short[kBlock];  ///< 1 for the lengths 90, 170 and 180, and some others beyond 255
+};
+
+void DifferenceBlock(const Byte* above, const Byte* below, GradientBlock& block) {
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    const Signed falling = static_cast<Signed>(above[i - 1] - below[i + 1]);
+    const Signed rising = static_cast<Signed>(above[i + 1] - below[i - 1]);
+    const Signed down = static_cast<Signed>(rising + falling);
+    const Signed across = static_cast<Signed>(rising - falling);
+    // Halved toward zero.
+    const Word a = static_cast<Word>(static_cast<Word>(down < 0 ? -down : down) >> 1);
+    const Word b = static_cast<Word>(static_cast<Word>(across < 0 ? -across : across) >> 1);
+    const Word square = static_cast<Word>(a * a + b * b);  // modulo 2^16
+    block.down[i] = a;
+    block.across[i] = b;
+    block.diagonal[i] = static_cast<Signed>(down ^ across) < 0 ? Byte{3} : Byte{1};
+    block.falls_short[i] =
+        static_cast<Byte>((square == 90 * 90) | (square == 170 * 170) | (square == 180 * 180));
+  }
+}
+
+/// 0.7 times the length of (a, b), rounded down. 49 (a^2 + b^2) is a whole number below 2^24, so that its
+/// root reaches 10 m exactly when the magnitude reaches m; a tenth of the root keeps that.
+inline Byte ExactMagnitude(Word a, Word b) {
+  const std::int32_t square = static_cast<Word>(a * a) + static_cast<Word>(b * b);
+  const float root = sqrtf(49.0f * static_cast<float>(square));
   return static_cast<Byte>(static_cast<std::int32_t>(root * 0.1f));
+}
+
+void MagnitudeBlock(const GradientBlock& block, Byte threshold, Byte* magnitude) {
+  for (std::size_t i = 0; i < kBlock; ++i)
+    magnitude[i] = ExactMagnitude(block.down[i], block.across[i]);
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    // 0.7 is no binary fraction: three of the lengths whose product with it is whole come out below it in
+    // the magnitude table. What else is marked has a magnitude beyond 128.
+    const Byte less = magnitude[i] < 128 ? block.falls_short[i] : Byte{0};
+    const Byte m = static_cast<Byte>(magnitude[i] - less);
+    magnitude[i] = m >= threshold ? m : Byte{0};
+  }
 }
 
 /// Sectors are bounded by the tangent of 22.5 degrees. 70 / 169 lies so close to it that no fraction of
 /// whole numbers up to 127 falls between the two.
-inline Byte SectorOf(std::int16_t across, std::int16_t down) {
-  const Word p = static_cast<Word>((across < 0 ? -across : across) >> 1);
-  const Word q = static_cast<Word>((down < 0 ? -down : down) >> 1);
-  const Byte diagonal = (across ^ down) < 0 ? 3 : 1;
-  const Byte steep = 169 * p <= 70 * q ? 2 : diagonal;
-  return 169 * q <= 70 * p ? 0 : steep;
-}
-
-void GradientBlock(const Byte* above, const Byte* below, Byte threshold, Byte* magnitude,
-                   Byte* sector) {
-  std::int16_t gv[kBlock];
-  std::int16_t gh[kBlock];
+void SectorBlock(const GradientBlock& block, Byte* sector) {
   for (std::size_t i = 0; i < kBlock; ++i) {
-    const std::int16_t falling = static_cast<std::int16_t>(above[i - 1] - below[i + 1]);
-    const std::int16_t rising = static_cast<std::int16_t>(above[i + 1] - below[i - 1]);
-    gv[i] = static_cast<std::int16_t>((rising + falling) / 2);
-    gh[i] = static_cast<std::int16_t>((rising - falling) / 2);
+    const Word p = static_cast<Word>(block.across[i] >> 1);
+    const Word q = static_cast<Word>(block.down[i] >> 1);
+    const bool is_flat = static_cast<Word>(169 * q) <= static_cast<Word>(70 * p);
+    const bool is_steep = static_cast<Word>(169 * p) <= static_cast<Word>(70 * q);
+    const Byte steep = is_steep ? Byte{2} : block.diagonal[i];
+    sector[i] = is_flat ? Byte{0} : steep;
   }
-  for (std::size_t i = 0; i < kBlock; ++i) {
-    const Byte m = MagnitudeOf(gv[i], gh[i]);
-    magnitude[i] = m >= threshold ? m : Byte{0};
-  }
-  for (std::size_t i = 0; i < kBlock; ++i)
-    sector[i] = SectorOf(gh[i], gv[i]);
 }
 
 inline void ClearBlock(Byte* block) {
@@ -102,7 +123,10 @@ void GradientRow(const Byte* above, const Byte* below, std::size_t width, Gradie
     if (LargestStep(above + x, below + x) < limits.least_step) {
       ClearBlock(magnitude + x);
     } else {
-      GradientBlock(above + x, below + x, limits.threshold, magnitude + x, sector + x);
+      GradientBlock block;
+      DifferenceBlock(above + x, below + x, block);
+      MagnitudeBlock(block, limits.threshold, magnitude + x);
+      SectorBlock(block, sector + x);
     }
   }
   magnitude[0] = magnitude[1] = 0;

@@ -10,6 +10,7 @@
 #include "edges/edge_sweep.h"
 #include "edges/gradient_tables.h"
 #include "platform/numbers.h"
+#include "platform/prefetch.h"
 
 namespace orvandel {
 namespace {
@@ -44,31 +45,50 @@ class PointRecorder {
     }
   }
 
+  /// Has the cells of a row's points brought near while the points are worked out: three lines of memory
+  /// each, which lie far from those of the row before.
+  void Expect(int y, std::span<const std::uint16_t> columns) const {
+    if (!same_size_) return;
+    const std::size_t first_cell = FirstCell(y);
+    for (const std::uint16_t column : columns) {
+      PrefetchForWrite(edges_->x + first_cell + column);
+      PrefetchForWrite(edges_->y + first_cell + column);
+      PrefetchForWrite(edges_->g + first_cell + column);
+    }
+  }
+
   void AddRow(int y, std::span<const EdgePoint> points) {
     if (same_size_) {
       StoreRow(y, points);
     } else if (edges_ != nullptr) {
       for (const EdgePoint& p : points)
-        edges_->Store(X(p), Y(y, p), kRadians[p.direction]);
+        edges_->Store(X(p), Y(y, p), Radians(p));
     }
   }
 
  private:
-  static double X(const EdgePoint& p) { return p.column + p.sub_x / 256.0; }
-  static double Y(int y, const EdgePoint& p) { return y + p.sub_y / 256.0; }
+  // 256ths of a pixel are exact.
+  static double X(const EdgePoint& p) { return (p.column * 256 + p.sub_x) * (1 / 256.0); }
+  static double Y(int y, const EdgePoint& p) { return (y * 256 + p.sub_y) * (1 / 256.0); }
+  static double Radians(const EdgePoint& p) {
+    return kRadians[static_cast<std::size_t>(p.direction)];
+  }
+
+  std::size_t FirstCell(int y) const {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(edges_->width);
+  }
 
   void StoreRow(int y, std::span<const EdgePoint> points) {
-    const auto width = static_cast<std::size_t>(edges_->width);
-    const std::size_t first_cell = static_cast<std::size_t>(y) * width;
+    const std::size_t first_cell = FirstCell(y);
     double* const x_row = edges_->x + first_cell;
     double* const y_row = edges_->y + first_cell;
     double* const g_row = edges_->g + first_cell;
     std::uint8_t* const valid_row = edges_->valid + first_cell;
-    std::memset(valid_row, 0, width);
+    std::memset(valid_row, 0, static_cast<std::size_t>(edges_->width));
     for (const EdgePoint& p : points) {
       x_row[p.column] = X(p);
       y_row[p.column] = Y(y, p);
-      g_row[p.column] = kRadians[p.direction];
+      g_row[p.column] = Radians(p);
       valid_row[p.column] = 1;
     }
     const auto count = static_cast<std::uint32_t>(edges_->count) + points.size();  // wraps
@@ -85,7 +105,8 @@ void DetectEdges(tImage& image, int threshold, const GradientTables& tables,
   PointRecorder recorder(image, edges);
   for (int y = 0; y < image.height; ++y) {
     sweep.NextRow();
-    recorder.AddRow(y, sweep.Points());
+    recorder.Expect(y, sweep.Columns());
+    recorder.AddRow(y, sweep.LocatePoints());
     // The sweep has done with this row of the image.
     std::memcpy(image.row[y], sweep.Peaks(), static_cast<std::size_t>(image.width));
   }
