@@ -1,6 +1,6 @@
 // The coarse search by itself: how long it takes, and how many probes it pays.
 
-#include <optional>
+#include <vector>
 
 #include "bench/library_coarse_search.h"
 #include "bench/passes.h"
@@ -62,24 +62,30 @@ class PlainCoarseSearch {
   WorkingCopy image_;
 };
 
-/// What the library counts, scene for scene; nothing when it does not.
-std::optional<std::vector<double>> LibraryProbes(const Workload& workload) {
+void CompareCoarseCounts(const Workload& workload, RatioTable& table) {
+  LibraryCoarseSearch library_search;
+  PlainCoarseSearch plain_search;
   std::vector<double> probes;
+  std::vector<double> probes_and_looks;
+  std::vector<double> plain_probes;
   for (const SearchCase& search : workload.searches) {
-    const auto run = RunLibraryCoarseSearch(*search.pattern, *search.scene);
-    if (!run) return std::nullopt;
-    probes.push_back(run->probes);
+    const CoarseRun run = library_search(*search.pattern, *search.scene);
+    probes.push_back(run.probes);
+    probes_and_looks.push_back(run.probes + run.map_looks);
+    const plain::ProbeCount count = plain_search.Count(*search.pattern, *search.scene);
+    plain_probes.push_back(static_cast<double>(count.probes));
   }
-  return probes;
+  table.AddCounts("coarse search, probes", "plain form", "probes", probes, plain_probes);
+  table.AddCounts("coarse search, probes and looks at the map", "plain form", "probes",
+                  probes_and_looks, plain_probes);
 }
 
 void CompareCoarseTimes(const Workload& workload, RatioTable& table) {
+  LibraryCoarseSearch library_search;
   PlainCoarseSearch plain_search;
   std::vector<RatioTable::Sample> samples;
   for (const SearchCase& search : workload.searches) {
-    const auto ours = [&] {
-      return RunLibraryCoarseSearch(*search.pattern, *search.scene)->seconds;
-    };
+    const auto ours = [&] { return library_search(*search.pattern, *search.scene).seconds; };
     const auto theirs = [&] { return plain_search(*search.pattern, *search.scene); };
     samples.push_back({TimeInTurn(ours, theirs)});
   }
@@ -102,15 +108,8 @@ void RegisterCoarseSearch(const Workload& workload) {
 }
 
 void CompareCoarseSearch(const Workload& workload, RatioTable& table) {
-  PlainCoarseSearch plain_search;
-  std::vector<double> plain_probes;
-  for (const SearchCase& search : workload.searches) {
-    const plain::ProbeCount count = plain_search.Count(*search.pattern, *search.scene);
-    plain_probes.push_back(static_cast<double>(count.probes));
-  }
-  const auto library_probes = LibraryProbes(workload);
-  table.AddCounts("coarse search, probes", "plain form", "probes", library_probes, plain_probes);
-  if (library_probes) CompareCoarseTimes(workload, table);
+  CompareCoarseCounts(workload, table);
+  CompareCoarseTimes(workload, table);
 }
 
 }  // namespace orvandel::bench

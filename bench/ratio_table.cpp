@@ -51,14 +51,9 @@ void RatioTable::AddTimes(const std::string& work, const std::string& against,
 }
 
 void RatioTable::AddCounts(const std::string& work, const std::string& against,
-                           const std::string& unit, const std::optional<std::vector<double>>& ours,
+                           const std::string& unit, const std::vector<double>& ours,
                            const std::vector<double>& theirs) {
-  if (ours) {
-    rows_.push_back(Row(work, against, unit, *ours, theirs));
-    return;
-  }
-  rows_.push_back("| " + work + " | " + std::to_string(theirs.size()) + " | " + unit +
-                  " | not counted | " + against + " | " + MedianAnd99th(theirs) + " | - | - |\n");
+  rows_.push_back(Row(work, against, unit, ours, theirs));
 }
 
 std::string RatioTable::Markdown() const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,9 +22,9 @@ class RatioTable {
   void AddTimes(const std::string& work, const std::string& against, const std::string& unit,
                 const std::vector<Sample>& samples);
 
-  /// Counts instead of times, one a scene. Ours are missing where the library does not tell them.
+  /// Counts instead of times, one a scene.
   void AddCounts(const std::string& work, const std::string& against, const std::string& unit,
-                 const std::optional<std::vector<double>>& ours, const std::vector<double>& theirs);
+                 const std::vector<double>& ours, const std::vector<double>& theirs);
 
   std::string Markdown() const;
 

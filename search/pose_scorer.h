@@ -42,8 +42,9 @@ class PoseScorer {
 
   Point Reference() const { return reference_; }
 
-  /// Looks at the scene so far: at the reach map, and at pixels of the edge record.
-  std::int64_t NumLooks() const { return sieve_.NumLooks() + num_probes_; }
+  /// What the scores so far have cost: looks at the reach map, and at pixels of the edge record.
+  std::int64_t NumMapLooks() const { return sieve_.NumLooks(); }
+  std::int64_t NumProbes() const { return num_probes_; }
 
  private:
   /// A verification point under the rotation in force.
