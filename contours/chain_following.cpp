@@ -27,6 +27,20 @@ unsigned Bit(std::uint8_t pixel, int direction) {
 ChainFollower::ChainFollower(tImage* edge_map)
     : rows_(edge_map->row), width_(edge_map->width), height_(edge_map->height) {}
 
+/// The eight neighbours that are set, a bit a direction: all at once, since which of them comes first is
+/// as good as random and a guess at it costs more than looking.
+inline unsigned ChainFollower::Neighbours(ChainPixel pixel) const {
+  const int column = pixel.column;
+  const int row = pixel.row;
+  const bool inside = column >= 1 && column < width_ - 1 && row >= 1 && row < height_ - 1;
+  if (!inside) return NeighboursAtBorder(pixel);
+  const std::uint8_t* above = rows_[row - 1] + column;
+  const std::uint8_t* centre = rows_[row] + column;
+  const std::uint8_t* below = rows_[row + 1] + column;
+  return Bit(centre[1], 0) | Bit(below[1], 1) | Bit(below[0], 2) | Bit(below[-1], 3) |
+         Bit(centre[-1], 4) | Bit(above[-1], 5) | Bit(above[0], 6) | Bit(above[1], 7);
+}
+
 void ChainFollower::FollowFrom(ChainPixel pixel, std::vector<ChainPixel>& taken) {
   unsigned direction = kFirstDirection;
   for (;;) {
@@ -43,23 +57,11 @@ void ChainFollower::FollowFrom(ChainPixel pixel, std::vector<ChainPixel>& taken)
   }
 }
 
-/// The eight neighbours that are set, a bit a direction: all at once, since which of them comes first is
-/// as good as random and a guess at it costs more than looking.
-unsigned ChainFollower::Neighbours(ChainPixel pixel) const {
-  const int column = pixel.column;
-  const int row = pixel.row;
-  const bool inside = column >= 1 && column < width_ - 1 && row >= 1 && row < height_ - 1;
-  if (!inside) {
-    unsigned bits = 0;
-    for (unsigned d = 0; d < 8; ++d)
-      bits |= static_cast<unsigned>(IsSet(column + kStepX[d], row + kStepY[d])) << d;
-    return bits;
-  }
-  const std::uint8_t* above = rows_[row - 1] + column;
-  const std::uint8_t* centre = rows_[row] + column;
-  const std::uint8_t* below = rows_[row + 1] + column;
-  return Bit(centre[1], 0) | Bit(below[1], 1) | Bit(below[0], 2) | Bit(below[-1], 3) |
-         Bit(centre[-1], 4) | Bit(above[-1], 5) | Bit(above[0], 6) | Bit(above[1], 7);
+unsigned ChainFollower::NeighboursAtBorder(ChainPixel pixel) const {
+  unsigned bits = 0;
+  for (unsigned d = 0; d < 8; ++d)
+    bits |= static_cast<unsigned>(IsSet(pixel.column + kStepX[d], pixel.row + kStepY[d])) << d;
+  return bits;
 }
 
 bool ChainFollower::IsSet(int column, int row) const {

@@ -25,6 +25,7 @@ class ChainFollower {
 
  private:
   unsigned Neighbours(ChainPixel pixel) const;
+  unsigned NeighboursAtBorder(ChainPixel pixel) const;
   bool IsSet(int column, int row) const;
 
   std::uint8_t* const* rows_;

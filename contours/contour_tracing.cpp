@@ -7,6 +7,7 @@
 #include <new>
 
 #include "contours/chain_following.h"
+#include "platform/prefetch.h"
 
 namespace orvandel {
 namespace {
@@ -28,15 +29,28 @@ class PixelLocator {
     double g;
   };
 
+  /// Has a pixel's cell brought near.
+  void Expect(ChainPixel p) const {
+    if (edges_ == nullptr) return;
+    const std::size_t cell = CellOf(p);
+    PrefetchForRead(edges_->x + cell);
+    PrefetchForRead(edges_->y + cell);
+    PrefetchForRead(edges_->g + cell);
+  }
+
   Place At(ChainPixel p) const {
     if (edges_ != nullptr) {
-      const std::size_t cell = static_cast<std::size_t>(edges_->width) * p.row + p.column;
+      const std::size_t cell = CellOf(p);
       if (edges_->valid[cell] != 0) return {edges_->x[cell], edges_->y[cell], edges_->g[cell]};
     }
     return {static_cast<double>(p.column), static_cast<double>(p.row), 0.0};
   }
 
  private:
+  std::size_t CellOf(ChainPixel p) const {
+    return static_cast<std::size_t>(edges_->width) * p.row + p.column;
+  }
+
   const CEdgeImgComplement* edges_;
 };
 
@@ -112,11 +126,14 @@ class Tracer {
     std::rotate(first, seam, pixels_.end());
   }
 
-  /// Reads the edge record for the kept points only, in one go: the reads of many points overlap.
+  /// Reads the edge record for the kept points only, in one go, so that many reads are under way at once.
   PointArrays LocatePoints() const {
+    constexpr std::size_t kAhead = 16;
     PointArrays points;
-    if (!points.Allocate(static_cast<std::int64_t>(pixels_.size()))) throw std::bad_alloc();
+    if (!points.AllocateUnset(static_cast<std::int64_t>(pixels_.size()))) throw std::bad_alloc();
+    std::fill_n(points.f.get(), pixels_.size(), 0u);
     for (std::size_t i = 0; i < pixels_.size(); ++i) {
+      if (i + kAhead < pixels_.size()) locator_.Expect(pixels_[i + kAhead]);
       const auto place = locator_.At(pixels_[i]);
       points.x[i] = place.x;
       points.y[i] = place.y;

@@ -12,6 +12,16 @@ bool PointArrays::Allocate(std::int64_t count) {
   return false;
 }
 
+bool PointArrays::AllocateUnset(std::int64_t count) {
+  x = orvandel::AllocateUnset<double>(count);
+  y = orvandel::AllocateUnset<double>(count);
+  g = orvandel::AllocateUnset<double>(count);
+  f = orvandel::AllocateUnset<std::uint32_t>(count);
+  if (x && y && g && f) return true;
+  *this = {};
+  return false;
+}
+
 void PointArrays::MoveInto(CCrawler& set) {
   std::free(set.x);
   std::free(set.y);

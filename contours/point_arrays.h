@@ -53,6 +53,8 @@ struct PointArrays {
 
   /// Arrays of `count` zeros each; false when memory cannot be had, with nothing kept.
   bool Allocate(std::int64_t count);
+  /// The same without a content.
+  bool AllocateUnset(std::int64_t count);
   /// Frees the set's four point arrays and hands these over.
   void MoveInto(CCrawler& set);
 };

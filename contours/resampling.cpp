@@ -65,7 +65,7 @@ class ResampledPoints {
  private:
   void AllocateOrThrow(PointArrays& arrays) const {
     // The set counts its points and its capacity in 32 bits.
-    if (capacity_ > std::numeric_limits<std::int32_t>::max() || !arrays.Allocate(capacity_)) {
+    if (capacity_ > std::numeric_limits<std::int32_t>::max() || !arrays.AllocateUnset(capacity_)) {
       throw std::bad_alloc();
     }
   }
