@@ -13,9 +13,7 @@ namespace {
 constexpr int kNoShift = 127;
 
 /// One bit for each of 8 bytes that are 0 or 255, the first byte lowest.
-std::uint64_t BitsOf(const std::uint8_t* bytes) {
-  std::uint64_t word;
-  std::memcpy(&word, bytes, sizeof(word));
+std::uint64_t BitsOf(std::uint64_t word) {
   if constexpr (std::endian::native == std::endian::little) {
     // The product moves bit 8 i of the word to bit 56 + i.
     return (word & 0x0101010101010101u) * 0x0102040810204080u >> 56;
@@ -25,9 +23,16 @@ std::uint64_t BitsOf(const std::uint8_t* bytes) {
 }
 
 std::uint64_t BitsOfBlock(const std::uint8_t* block) {
+  std::array<std::uint64_t, kBlock / 8> words;
+  std::memcpy(words.data(), block, sizeof(words));
+  std::uint64_t any = 0;
+  for (const std::uint64_t word : words)
+    any |= word;
+  if (any == 0) return 0;  // most blocks
+
   std::uint64_t bits = 0;
-  for (std::size_t i = 0; i < kBlock; i += 8)
-    bits |= BitsOf(block + i) << i;
+  for (std::size_t i = 0; i < words.size(); ++i)
+    bits |= BitsOf(words[i]) << (8 * i);
   return bits;
 }
 

@@ -1,0 +1,43 @@
+// The program's operator new, with a count. In a file of its own, so that compilers do not see through it.
+
+#include "tests/search/counted_allocations.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::atomic<long> num_allocations{0};
+
+}  // namespace
+
+// For the whole program, so that no allocation escapes.
+void* operator new(std::size_t size) {
+  ++num_allocations;
+  if (void* memory = std::malloc(size > 0 ? size : 1)) return memory;
+  throw std::bad_alloc();
+}
+void* operator new[](std::size_t size) {
+  return ::operator new(size);
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace orvandel::test {
+
+long NumAllocations() {
+  return num_allocations;
+}
+
+}  // namespace orvandel::test
