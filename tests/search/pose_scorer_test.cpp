@@ -51,8 +51,8 @@ struct Setting {
       const double dy = (verifier.pointY[i] - reference.y) * true_pose.scale;
       const double c = std::cos(true_pose.angle);
       const double s = std::sin(true_pose.angle);
-      edges.Store(true_pose.x + dx * c - dy * s + random.Real(-2, 2),
-                  true_pose.y + dx * s + dy * c + random.Real(-2, 2),
+      edges.Store(true_pose.x + dx * c - dy * s + random.Real(-0.8, 0.8),
+                  true_pose.y + dx * s + dy * c + random.Real(-0.8, 0.8),
                   std::remainder(verifier.pointDir[i] - true_pose.angle, 2 * kPi));
     }
   }
