@@ -1,7 +1,6 @@
-// Order, centre and extent of a set's contours.
+// Centre and extent of a set's contours.
 
-#include <algorithm>
-#include <cstddef>
+#include <cstdint>
 
 #include "contours/ctd.h"
 #include "contours/point_arrays.h"
@@ -43,16 +42,6 @@ double Sum(const double* values, std::int32_t count) {
 
 }  // namespace
 }  // namespace orvandel
-
-int ctd_sort(void* handle, int descending) {
-  // A stable sort: what follows must not depend on the C library's choice among equal sizes.
-  const auto records = orvandel::Records(orvandel::SetOf(handle));
-  std::stable_sort(records.begin(), records.end(),
-                   [descending](const ContourRecord& a, const ContourRecord& b) {
-                     return descending != 0 ? a.size > b.size : a.size < b.size;
-                   });
-  return 0;
-}
 
 int ctd_centroid(void* handle, double* cx, double* cy) {
   const CCrawler& set = orvandel::SetOf(handle);

@@ -7,8 +7,8 @@
 
 namespace orvandel {
 
-/// Look-up tables that spare the pixel loops every square root and arc tangent. Magnitudes are
-/// 0.7 times the gradient's length, so that the largest gradient of 8-bit data fits a byte.
+/// Direction and magnitude of every gradient that 8-bit data can have. Magnitudes are 0.7 times the
+/// gradient's length, so that the largest fits a byte.
 struct GradientTables {
   static constexpr std::size_t kDirectionBytes = 0x80000;
   static constexpr std::size_t kMagnitudeBytes = 0x10000;

@@ -14,8 +14,8 @@ extern "C" {
 /// pixel. After J. Canny, "A computational approach to edge detection", IEEE PAMI 8(6), 1986,
 /// without hysteresis.
 ///
-/// @param image      8-bit grey. Overwritten with the edge map: 255 on an edge point, 0 elsewhere.
-///                   Left as it is when lower than 5 pixels.
+/// @param image      8-bit grey, of rows that do not overlap. Overwritten with the edge map: 255 on
+///                   an edge point, 0 elsewhere. Left as it is when lower than 5 pixels.
 /// @param threshold  least gradient magnitude of an edge point, 0.7 times the gradient's length: a
 ///                   straight step from black to white has 118. 0 and below keep every pixel as a
 ///                   candidate, above 252 none.
