@@ -5,8 +5,8 @@
 
 #include "contours/ctd.h"
 #include "contours/point_arrays.h"
+#include "lines/segment_join.h"
 #include "tests/plain/segment_fit.h"
-#include "tests/plain/segment_join.h"
 #include "tests/plain/straight_points.h"
 
 namespace orvandel::plain {

@@ -2,13 +2,10 @@
 
 #include "search/deadline.h"
 #include "tests/plain/coarse_search.h"
-#include "tests/plain/contour_order.h"
 #include "tests/plain/crawl.h"
 #include "tests/plain/line_extraction.h"
 #include "tests/plain/refinement.h"
-#include "tests/plain/resampling.h"
 #include "tests/plain/scoring.h"
-#include "tests/plain/smoothing.h"
 
 namespace orvandel::plain {
 namespace {
@@ -33,9 +30,9 @@ SearchResult Failed(int status) {
 int PrepareContours(void* contours, tImage* image, const SearchOptions& options) {
   Crawl(contours, image, options.edge_threshold, options.min_contour_size,
         options.max_contour_size);
-  SmoothContours(contours);
-  ResampleContours(contours);
-  SortLargestFirst(contours);
+  ctd_average(contours);
+  ctd_resample(contours);
+  ctd_sort(contours, 1);
   return ctd_contour_count(contours);
 }
 

@@ -8,7 +8,7 @@
 #include "lines/line_extracter.h"
 #include "lines/line_segment.h"
 #include "platform/imgutil_i.h"
-#include "tests/plain/pose.h"
+#include "search/pose.h"
 #include "tests/plain/probe_count.h"
 #include "verify/patt_verify.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "contours/edge_record.h"
-#include "tests/plain/pose.h"
+#include "search/pose.h"
 #include "tests/plain/probe_count.h"
 #include "tests/plain/scoring.h"
 #include "verify/patt_verify.h"

@@ -8,8 +8,8 @@
 namespace orvandel::test {
 namespace {
 
-constexpr plain::Pose kUpright{50, 50, 0, 1};
-constexpr plain::Point kReference{50, 50};
+constexpr Pose kUpright{50, 50, 0, 1};
+constexpr Point kReference{50, 50};
 
 /// A verifier of one point with direction 0, and an edge record of 100 x 100 pixels.
 class ProbeCounting : public testing::Test {
