@@ -1,4 +1,4 @@
-#include "edges/row_kernels_impl.h"
+#include "edges/row_kernels.inc"
 
 namespace orvandel {
 

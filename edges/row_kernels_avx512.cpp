@@ -1,5 +1,5 @@
 // Compiled for AVX-512; called only where the processor has it.
-#include "edges/row_kernels_impl.h"
+#include "edges/row_kernels.inc"
 
 namespace orvandel {
 

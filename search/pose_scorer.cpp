@@ -14,8 +14,10 @@ constexpr FlankOffset kFlankInSearch = kFlankOffsets[0];
 /// Sums of a few thousand credits are rounded by less than this.
 constexpr double kRounding = 1e-6;
 
-bool SameBits(double a, double b) {
-  return std::memcmp(&a, &b, sizeof(a)) == 0;
+std::uint64_t BitsOf(double value) {
+  std::uint64_t bits;
+  std::memcpy(&bits, &value, sizeof(bits));
+  return bits;
 }
 
 }  // namespace
@@ -31,7 +33,7 @@ PoseScorer::PoseScorer(const CPattVerify& verifier, const CEdgeImgComplement* ed
       credits_(num_points_) {}
 
 double PoseScorer::operator()(const Pose& pose, const ScoreBar& bar) {
-  if (rotation_ == 0 || !SameBits(pose.angle, angle_)) TurnTo(pose.angle);
+  if (rotation_ == 0 || BitsOf(pose.angle) != BitsOf(angle_)) TurnTo(pose.angle);
   const PointMapper mapper(pose.x, pose.y, pose.angle, pose.scale);
   if (!sieve_.Sift(mapper, MostImpossible(bar))) return kMissed;
   return SumCredits(mapper, bar);
@@ -60,7 +62,7 @@ std::int64_t PoseScorer::MostImpossible(const ScoreBar& bar) {
 /// Credits are found in the sieve's order, which tells soonest that a pose is bound to miss, and summed in
 /// the order of the points; those without credit would add nothing.
 double PoseScorer::SumCredits(const PointMapper& mapper, const ScoreBar& bar) {
-  double most = static_cast<double>(sieve_.NumPossible());
+  auto most = static_cast<double>(sieve_.NumPossible());
   for (const std::uint32_t point : sieve_.Order()) {
     if (!sieve_.MayHaveCredit(point)) {
       credits_[point] = 0.0;

@@ -8,10 +8,10 @@ namespace orvandel {
 
 /// Orientation class of a direction in whole degrees, 0..360: four sectors of 45 degrees centred on
 /// the axes and diagonals, the same for a direction and its opposite. 0 along x, 2 along y.
-inline constexpr std::array<std::int8_t, 361> kDirectionClass = [] {
-  std::array<std::int8_t, 361> classes{};
+inline constexpr std::array<std::uint8_t, 361> kDirectionClass = [] {
+  std::array<std::uint8_t, 361> classes{};
   for (int degrees = 0; degrees <= 360; ++degrees) {
-    classes[static_cast<std::size_t>(degrees)] = static_cast<std::int8_t>((degrees + 22) / 45 % 4);
+    classes[static_cast<std::size_t>(degrees)] = static_cast<std::uint8_t>((degrees + 22) / 45 % 4);
   }
   return classes;
 }();

@@ -61,13 +61,13 @@ struct NormalSteps {
     const double s = std::sin(expected);
     for (int k = 1; k <= radius; ++k) {
       // Truncated after half is added: negative steps come out shorter than rounded ones.
-      rows[static_cast<std::size_t>(k)] = static_cast<std::int8_t>(k * s + 0.5);
-      columns[static_cast<std::size_t>(k)] = static_cast<std::int8_t>(k * c + 0.5);
+      rows[static_cast<std::size_t>(k)] = static_cast<std::int16_t>(k * s + 0.5);
+      columns[static_cast<std::size_t>(k)] = static_cast<std::int16_t>(k * c + 0.5);
     }
   }
 
-  std::array<std::int8_t, kLargestRadius + 1> rows{};
-  std::array<std::int8_t, kLargestRadius + 1> columns{};
+  std::array<std::int16_t, kLargestRadius + 1> rows{};
+  std::array<std::int16_t, kLargestRadius + 1> columns{};
 };
 
 /// Where a pose lays the pattern's points.
