@@ -30,11 +30,15 @@ class ReachStamps {
   ///
   /// @param phase_x,phase_y  0 or 1: where in its square the pixel lies.
   const DirectionSet* Of(int stored_bin, int phase_x, int phase_y) const {
-    const auto index = static_cast<std::size_t>((stored_bin * 2 + phase_y) * 2 + phase_x);
-    return sets_.data() + index * stamp_size_;
+    return sets_.data() + IndexOf(stored_bin, phase_x, phase_y);
   }
 
  private:
+  std::size_t IndexOf(int stored_bin, int phase_x, int phase_y) const {
+    return static_cast<std::size_t>((stored_bin * 2 + phase_y) * 2 + phase_x) * stamp_size_;
+  }
+  void AddStart(int step_row, int step_column, int expected_bin, int stored_bin);
+
   int reach_;
   std::size_t row_size_;
   std::size_t stamp_size_;
