@@ -63,13 +63,13 @@ std::int64_t PoseScorer::MostImpossible(const ScoreBar& bar) {
 /// the order of the points; those without credit would add nothing.
 double PoseScorer::SumCredits(const PointMapper& mapper, const ScoreBar& bar) {
   auto most = static_cast<double>(sieve_.NumPossible());
-  for (const std::uint32_t point : sieve_.Order()) {
-    if (!sieve_.MayHaveCredit(point)) {
-      credits_[point] = 0.0;
-      continue;
-    }
-    credits_[point] = Credit(point, mapper);
-    most -= 1.0 - credits_[point];
+  const auto order = sieve_.Order();
+  for (std::size_t place = 0; place < order.size(); ++place) {
+    double& credit = credits_[order[place]];
+    credit = 0.0;
+    if (!sieve_.MayHaveCredit(place)) continue;
+    credit = Credit(order[place], mapper);
+    most -= 1.0 - credit;
     if (bar.IsMissedBy(Percent(most) + kRounding)) return kMissed;
   }
   double sum = 0.0;

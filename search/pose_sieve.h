@@ -9,6 +9,7 @@
 
 #include "contours/edge_record.h"
 #include "search/pose.h"
+#include "search/sieve_kernels.h"
 #include "verify/direction_sets.h"
 #include "verify/patt_verify.h"
 #include "verify/probing.h"
@@ -20,8 +21,8 @@ namespace orvandel {
 /// fall outside the scene, and those without an edge of about their direction within reach.
 class PoseSieve {
  public:
-  /// @param verifier   outlives the sieve.
-  /// @param edges      only read here; may be null.
+  /// @param verifier   only read here.
+  /// @param edges      outlives the sieve and keeps its content; may be null.
   /// @param reference  the pattern's reference point, pattern pixels.
   /// @throws std::bad_alloc
   PoseSieve(const CPattVerify& verifier, const CEdgeImgComplement* edges, Point reference);
@@ -29,54 +30,50 @@ class PoseSieve {
   /// Puts the rotation of the next poses in force.
   void TurnTo(double angle);
 
-  /// Looks at the points of a pose until more than `max_impossible` of them cannot have credit.
+  /// Looks at the points of a pose, in their order of sifting, until more than `max_impossible` of them
+  /// cannot have credit.
   ///
   /// @return  false when there are more; else `MayHaveCredit` tells of every point.
   bool Sift(const PointMapper& mapper, std::int64_t max_impossible);
 
-  /// The points in the order in which they are sifted.
+  /// The points in the order in which they are sifted: far-apart ones follow each other.
   std::span<const std::uint32_t> Order() const { return order_; }
 
-  bool MayHaveCredit(std::size_t point) const { return possible_[point] != 0; }
+  /// Of the point at a place in that order.
+  bool MayHaveCredit(std::size_t place) const { return possible_[place] != 0; }
   std::size_t NumPossible() const { return num_possible_; }
 
   std::int64_t NumLooks() const { return num_looks_; }
 
  private:
-  static constexpr std::size_t kBatchSize = 16;
+  using Codes = std::array<TurnCode, kSieveBatch>;
+  using WantedSets = std::array<DirectionSet, kSieveBatch>;
 
-  /// Points that are sifted together; places beyond the last point hold no number.
-  struct Batch {
-    std::array<double, kBatchSize> dx;
-    std::array<double, kBatchSize> dy;
-    std::array<TurnCode, kBatchSize> code;
-    std::array<std::uint32_t, kBatchSize>
-        point;  ///< index; the number of points where there is none
-  };
-  using WantedSets = std::array<DirectionSet, kBatchSize>;
-  using SquareIndices = std::array<std::int32_t, kBatchSize>;
-
+  void MakeMap();
   void FillBatches(const CPattVerify& verifier, Point reference);
+  bool IsMapReady();
+  SieveFrame FrameOf(const PointMapper& mapper) const;
+  std::size_t SiftBatch(std::size_t batch, const SieveFrame& frame);
   const WantedSets& WantedBy(std::size_t batch);
-  void FindSquares(const Batch& batch, const PointMapper& mapper, SquareIndices& squares) const;
-  std::size_t SiftBatch(std::size_t batch, const PointMapper& mapper);
 
   std::size_t num_points_;
-  bool all_have_codes_ = true;
+  ProbeRules rules_;
+  const CEdgeImgComplement* edges_;
   std::optional<ReachMap> reach_;
-  double first_column_ = 0.0;  ///< admissible positions: from the first to before the end
-  double first_row_ = 0.0;
-  double end_column_ = 0.0;
-  double end_row_ = 0.0;
+  SiftKernel sift_;
+  int num_poses_ = 0;
 
   std::vector<std::uint32_t> order_;
-  std::vector<Batch> batches_;
+  std::vector<SieveBatch> batches_;
+  std::vector<Codes> codes_;  ///< of the points' directions, by batch
+  bool all_have_codes_ = true;
+
+  TurnCode turn_ = 0;
+  bool turn_has_code_ = false;
   std::vector<WantedSets> wanted_;  ///< by batch, under the rotation in force
   std::size_t num_wanted_ = 0;      ///< leading batches for which it is up to date
-  bool can_sift_ = false;
-  TurnCode turn_ = 0;
 
-  std::vector<std::uint8_t> possible_;  ///< by point, and one for the places without
+  std::vector<std::uint8_t> possible_;  ///< by place, to a whole batch
   std::size_t num_possible_ = 0;
   std::int64_t num_looks_ = 0;
 };

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <new>
 
 namespace orvandel {
 namespace {
@@ -38,29 +39,34 @@ void JoinRow(DirectionSet* sets, const DirectionSet* stamp) {
 
 }  // namespace
 
-ReachMap::ReachMap(const CEdgeImgComplement& edges, const ProbeRules& rules)
-    : stride_(static_cast<std::size_t>((edges.width + 1) / 2 + 2 * kBorder)),
-      sets_(stride_ * static_cast<std::size_t>((edges.height + 1) / 2 + 2 * kBorder) + 1) {
+ReachMap::ReachMap(int width, int height, const ProbeRules& rules)
+    : stamps_(StampsFor(rules)),
+      stride_(static_cast<std::size_t>((width + 1) / 2 + 2 * kBorder)),
+      num_squares_(stride_ * static_cast<std::size_t>((height + 1) / 2 + 2 * kBorder)),
+      sets_(AllocateZeros<DirectionSet>(static_cast<std::int64_t>(num_squares_) + 1)) {
   static_assert(kBorder >= 16 - ReachStamps::kMostReach, "the widest stamp's row stays inside");
-  const auto stamps = StampsFor(rules);
-  if (stamps->RowSize() == 8) {
-    StampAll<8>(edges, *stamps);
+  if (!sets_) throw std::bad_alloc();
+}
+
+void ReachMap::Fill(const CEdgeImgComplement& edges) {
+  if (stamps_->RowSize() == 8) {
+    StampAll<8>(edges);
   } else {
-    StampAll<16>(edges, *stamps);
+    StampAll<16>(edges);
   }
 }
 
 template <std::size_t kRowSize>
-void ReachMap::StampAll(const CEdgeImgComplement& edges, const ReachStamps& stamps) {
-  const int reach = stamps.Reach();
+void ReachMap::StampAll(const CEdgeImgComplement& edges) {
+  const int reach = stamps_->Reach();
   for (int y = 0; y < edges.height; ++y) {
     const std::size_t first_cell =
         static_cast<std::size_t>(y) * static_cast<std::size_t>(edges.width);
     ForEachPresent(edges.valid + first_cell, edges.width, [&](int x) {
       const double direction = edges.g[first_cell + static_cast<std::size_t>(x)];
-      const DirectionSet* stamp = stamps.Of(StoredBinOf(direction), x % 2, y % 2);
+      const DirectionSet* stamp = stamps_->Of(StoredBinOf(direction), x % 2, y % 2);
       DirectionSet* sets =
-          sets_.data() + IndexOf(x, y) - static_cast<std::size_t>(reach) * (stride_ + 1);
+          sets_.get() + IndexOf(x, y) - static_cast<std::size_t>(reach) * (stride_ + 1);
       for (int row = 0; row <= 2 * reach; ++row, sets += stride_, stamp += kRowSize)
         JoinRow<kRowSize>(sets, stamp);
     });

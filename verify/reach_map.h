@@ -1,9 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <vector>
+#include <memory>
 
 #include "contours/edge_record.h"
+#include "contours/point_arrays.h"
 #include "verify/direction_sets.h"
 #include "verify/reach_stamps.h"
 
@@ -14,9 +15,16 @@ namespace orvandel {
 /// and one look tells.
 class ReachMap {
  public:
-  /// @param edges  its presence and directions as they stand now; must not be without arrays.
+  /// An empty map: no probe meets anything.
+  ///
+  /// @param width,height  of the scene, pixels.
   /// @throws std::bad_alloc
-  ReachMap(const CEdgeImgComplement& edges, const ProbeRules& rules);
+  ReachMap(int width, int height, const ProbeRules& rules);
+
+  /// Enters the edges of a record of the map's size, once. Allocates nothing.
+  ///
+  /// @param edges  its presence and directions as they stand now.
+  void Fill(const CEdgeImgComplement& edges);
 
   /// Index of the square that holds a pixel of the scene.
   std::size_t IndexOf(int column, int row) const {
@@ -24,21 +32,23 @@ class ReachMap {
            static_cast<std::size_t>(column / 2 + kBorder);
   }
 
-  const DirectionSet* Sets() const { return sets_.data(); }
+  const DirectionSet* Sets() const { return sets_.get(); }
   std::size_t Stride() const { return stride_; }
 
   /// Index of an empty entry, for points that lie outside.
-  std::size_t EmptyIndex() const { return sets_.size() - 1; }
+  std::size_t EmptyIndex() const { return num_squares_; }
 
   /// Squares round the scene, so that stamps need no look at its border.
   static constexpr int kBorder = 16;
 
  private:
   template <std::size_t kRowSize>
-  void StampAll(const CEdgeImgComplement& edges, const ReachStamps& stamps);
+  void StampAll(const CEdgeImgComplement& edges);
 
+  std::shared_ptr<const ReachStamps> stamps_;
   std::size_t stride_;
-  std::vector<DirectionSet> sets_;
+  std::size_t num_squares_;
+  HeapArray<DirectionSet> sets_;
 };
 
 }  // namespace orvandel

@@ -13,10 +13,14 @@
 
 #include "tests/support/contour_sets.h"
 #include "tests/support/same_bits.h"
+#include "tests/support/simd_levels.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {
 namespace {
+
+using PoseScorerTest = AtEverySimdLevel;
+ORVANDEL_AT_EVERY_SIMD_LEVEL(PoseScorerTest);
 
 constexpr double kPi = std::numbers::pi;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -79,7 +83,7 @@ struct Setting {
   Pose true_pose;
 };
 
-TEST(PoseScorer, WithoutABarEveryScoreIsExact) {
+TEST_P(PoseScorerTest, WithoutABarEveryScoreIsExact) {
   double best = 0;
   for (std::uint32_t seed = 1; seed <= 80; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -95,7 +99,7 @@ TEST(PoseScorer, WithoutABarEveryScoreIsExact) {
   EXPECT_GT(best, 60.0);
 }
 
-TEST(PoseScorer, AScoreThatClearsTheBarIsExactAndOthersAreKnownToMissIt) {
+TEST_P(PoseScorerTest, AScoreThatClearsTheBarIsExactAndOthersAreKnownToMissIt) {
   int num_missed = 0;
   int num_cleared = 0;
   for (std::uint32_t seed = 101; seed <= 180; ++seed) {
@@ -126,7 +130,7 @@ TEST(PoseScorer, AScoreThatClearsTheBarIsExactAndOthersAreKnownToMissIt) {
   EXPECT_GT(num_cleared, 300);
 }
 
-TEST(PoseScorer, FollowsTheRulesOfItsVerifier) {
+TEST_P(PoseScorerTest, FollowsTheRulesOfItsVerifier) {
   for (std::uint32_t seed = 201; seed <= 240; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     Setting s(seed);
@@ -141,7 +145,7 @@ TEST(PoseScorer, FollowsTheRulesOfItsVerifier) {
   }
 }
 
-TEST(PoseScorer, WildPosesAndDirectionsAreScoredAsPublished) {
+TEST_P(PoseScorerTest, WildPosesAndDirectionsAreScoredAsPublished) {
   const double wild[] = {std::nan(""), kInfinity, -kInfinity, 1e300, -1e300, 3e9,
                          1e6,          -1e6,      2e5,        -0.0,  1e-300, 40.0};
   Setting s(301);
@@ -158,7 +162,7 @@ TEST(PoseScorer, WildPosesAndDirectionsAreScoredAsPublished) {
   }
 }
 
-TEST(PoseScorer, WithoutPointsOrSceneThereIsNothingToScore) {
+TEST_P(PoseScorerTest, WithoutPointsOrSceneThereIsNothingToScore) {
   Setting s(302);
   CPattVerify untrained;
   PoseScorer no_points(untrained, &s.edges, {0, 0});
@@ -167,7 +171,7 @@ TEST(PoseScorer, WithoutPointsOrSceneThereIsNothingToScore) {
   EXPECT_EQ(no_scene(s.true_pose, kNoBar), 0.0);
 }
 
-TEST(PoseScorer, WrongPosesCostFarLessThanAProbeEach) {
+TEST_P(PoseScorerTest, WrongPosesCostFarLessThanAProbeEach) {
   Setting s(303);
   PoseScorer score_of(s.verifier, &s.edges, s.reference);
   const std::int64_t before = score_of.NumProbes();

@@ -17,6 +17,12 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
+ReachMap MapOf(const SceneEdges& scene, const ProbeRules& rules = ProbeRules{CPattVerify()}) {
+  ReachMap map((*scene).width, (*scene).height, rules);
+  map.Fill(*scene);
+  return map;
+}
+
 /// Whether the map leaves it open that a point with that expected direction has credit at a pixel.
 bool IsOpen(const ReachMap& map, int column, int row, double expected) {
   const DirectionSet bins = ExpectedBins(TurnCodeOf(expected), 0);
@@ -40,7 +46,7 @@ TEST(ReachMap, WhereThereIsCreditItIsOpen) {
       scene.Put(random.Integer(0, (*scene).width - 1), random.Integer(0, (*scene).height - 1),
                 random.OneIn(10) ? 9.0 : random.Real(-kPi, kPi));
     }
-    const ReachMap map(*scene, rules);
+    const ReachMap map = MapOf(scene, rules);
     const EdgeProbe probe(rules, scene.get());
     for (int i = 0; i < 4000; ++i) {
       const PixelIndex centre = {random.Integer(0, (*scene).height - 1),
@@ -65,7 +71,7 @@ TEST(ReachMap, WhereThereIsCreditItIsOpen) {
 TEST(ReachMap, NothingIsOpenFarFromEveryEdge) {
   SceneEdges scene(80, 60);
   scene.Put(10, 10, 0.0);
-  const ReachMap map(*scene, ProbeRules{CPattVerify()});
+  const ReachMap map = MapOf(scene);
   // Six pixels for the probes and their neighbours, and one for the squares of 2 x 2.
   for (int row = 0; row < 60; ++row) {
     for (int column = 0; column < 80; ++column) {
@@ -80,7 +86,7 @@ TEST(ReachMap, AnEdgeIsMetAlongItsNormalOnly) {
   // Direction 0: the normal runs along the row, and a probe strays one row at most.
   SceneEdges scene(40, 40);
   scene.Put(20, 20, 0.0);
-  const ReachMap map(*scene, ProbeRules{CPattVerify()});
+  const ReachMap map = MapOf(scene);
   for (int column = 15; column <= 25; ++column)
     EXPECT_TRUE(IsOpen(map, column, 20, 0.01));
   for (const int row : {12, 14, 26, 28})
@@ -90,7 +96,7 @@ TEST(ReachMap, AnEdgeIsMetAlongItsNormalOnly) {
 TEST(ReachMap, AnEdgeOfAnotherDirectionIsNotMet) {
   SceneEdges scene(40, 40);
   scene.Put(20, 20, 0.0);
-  const ReachMap map(*scene, ProbeRules{CPattVerify()});
+  const ReachMap map = MapOf(scene);
   EXPECT_FALSE(IsOpen(map, 20, 20, 1.0));
   EXPECT_FALSE(IsOpen(map, 20, 20, kPi));
 }
@@ -99,7 +105,7 @@ TEST(ReachMap, TheEntryForPointsOutsideIsEmpty) {
   SceneEdges scene(33, 21);
   for (int column = 0; column < 33; ++column)
     scene.Put(column, 20, 0.5);
-  const ReachMap map(*scene, ProbeRules{CPattVerify()});
+  const ReachMap map = MapOf(scene);
   EXPECT_EQ(map.Sets()[map.EmptyIndex()], 0u);
 }
 
