@@ -30,8 +30,9 @@ std::string Spread(const std::vector<double>& ratios) {
 std::string Row(const std::string& work, const std::string& against, const std::string& unit,
                 const std::vector<double>& ours, const std::vector<double>& theirs) {
   std::vector<double> ratios;
-  for (std::size_t i = 0; i < ours.size(); ++i)
-    ratios.push_back(theirs[i] / ours[i]);
+  for (std::size_t i = 0; i < ours.size(); ++i) {
+    if (ours[i] > 0) ratios.push_back(theirs[i] / ours[i]);  // a scene may leave nothing to do
+  }
   return "| " + work + " | " + std::to_string(theirs.size()) + " | " + unit + " | " +
          MedianAnd99th(ours) + " | " + against + " | " + MedianAnd99th(theirs) + " | " +
          Spread(ratios) + " |\n";
