@@ -26,9 +26,6 @@ std::vector<std::uint32_t> SpreadOrder(std::size_t count) {
   return order;
 }
 
-/// The map costs about as much as this many poses that are probed at every point, so the first ones are.
-constexpr int kPosesBeforeMap = 16;
-
 }  // namespace
 
 PoseSieve::PoseSieve(const CPattVerify& verifier, const CEdgeImgComplement* edges, Point reference)
@@ -98,11 +95,11 @@ bool PoseSieve::Sift(const PointMapper& mapper, std::int64_t max_impossible) {
   return true;
 }
 
+/// The map is filled when the first pose comes: many scenes propose none.
 bool PoseSieve::IsMapReady() {
   if (!reach_) return false;
-  if (num_poses_ > kPosesBeforeMap) return true;
-  if (num_poses_++ < kPosesBeforeMap) return false;
-  reach_->Fill(*edges_);
+  if (!is_map_filled_) reach_->Fill(*edges_);
+  is_map_filled_ = true;
   return true;
 }
 

@@ -61,7 +61,7 @@ class PoseSieve {
   const CEdgeImgComplement* edges_;
   std::optional<ReachMap> reach_;
   SiftKernel sift_;
-  int num_poses_ = 0;
+  bool is_map_filled_ = false;
 
   std::vector<std::uint32_t> order_;
   std::vector<SieveBatch> batches_;
