@@ -21,10 +21,23 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return ::operator new(size);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  ++num_allocations;
+  return std::malloc(size > 0 ? size : 1);
+}
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
+  return ::operator new(size, tag);
+}
 void operator delete(void* memory) noexcept {
   std::free(memory);
 }
 void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
   std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
