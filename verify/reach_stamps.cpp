@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <compare>
 #include <set>
 
 namespace orvandel {
@@ -13,7 +12,9 @@ struct Step {
   int row;
   int column;
 
-  friend auto operator<=>(const Step&, const Step&) = default;
+  friend bool operator<(const Step& a, const Step& b) {
+    return a.row != b.row ? a.row < b.row : a.column < b.column;
+  }
 };
 
 /// Whole steps at a distance whose components lie anywhere in a range.
