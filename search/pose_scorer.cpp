@@ -1,6 +1,7 @@
 #include "search/pose_scorer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "verify/direction_class.h"
@@ -34,13 +35,15 @@ PoseScorer::PoseScorer(const CPattVerify& verifier, const CEdgeImgComplement* ed
 
 double PoseScorer::operator()(const Pose& pose, const ScoreBar& bar) {
   if (rotation_ == 0 || BitsOf(pose.angle) != BitsOf(angle_)) TurnTo(pose.angle);
-  const PointMapper mapper(pose.x, pose.y, pose.angle, pose.scale);
+  const PointMapper mapper(pose.x, pose.y, cosine_, sine_, pose.scale);
   if (!sieve_.Sift(mapper, MostImpossible(bar))) return kMissed;
   return SumCredits(mapper, bar);
 }
 
 void PoseScorer::TurnTo(double angle) {
   angle_ = angle;
+  cosine_ = std::cos(angle);
+  sine_ = std::sin(angle);
   ++rotation_;
   sieve_.TurnTo(angle);
 }

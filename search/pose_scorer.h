@@ -68,6 +68,8 @@ class PoseScorer {
   PoseSieve sieve_;
 
   double angle_ = 0.0;
+  double cosine_ = 1.0;
+  double sine_ = 0.0;
   std::uint32_t rotation_ = 0;
   std::vector<TurnedPoint> turned_;
   std::vector<double> credits_;  ///< by point, of the pose being scored

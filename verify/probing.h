@@ -73,9 +73,10 @@ struct NormalSteps {
 /// Where a pose lays the pattern's points.
 class PointMapper {
  public:
-  /// @param tx,ty  scene position of the point that `dx` and `dy` are measured from.
-  PointMapper(double tx, double ty, double angle, double scale)
-      : tx_(tx), ty_(ty), cosine_(std::cos(angle) * scale), sine_(std::sin(angle) * scale) {}
+  /// @param tx,ty        scene position of the point that `dx` and `dy` are measured from.
+  /// @param cosine,sine  of the pose's angle.
+  PointMapper(double tx, double ty, double cosine, double sine, double scale)
+      : tx_(tx), ty_(ty), cosine_(cosine * scale), sine_(sine * scale) {}
 
   PixelIndex Map(double dx, double dy) const {
     return {TruncateToInt32(ty_ + dx * sine_ + dy * cosine_),

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -51,7 +52,9 @@ class PoseFit {
  public:
   PoseFit(const CPattVerify& verifier, const CEdgeImgComplement* edges, double tx, double ty,
           double angle, double scale)
-      : probe_(ProbeRules(verifier), edges), mapper_(tx, ty, angle, scale), angle_(angle) {}
+      : probe_(ProbeRules(verifier), edges),
+        mapper_(tx, ty, std::cos(angle), std::sin(angle), scale),
+        angle_(angle) {}
 
   /// @param dx,dy         pattern point from the reference point.
   /// @param credit_beside credit where the centre pixel does not match: of centre and direction.
