@@ -1,12 +1,11 @@
 // Contours drawn into grey images.
 
-#include <cmath>
-
 #include "contours/ctd.h"
 #include "contours/point_arrays.h"
 #include "platform/image_ptr.h"
 #include "platform/mvtools_i.h"
 #include "platform/numbers.h"
+#include "platform/trigonometry.h"
 
 namespace orvandel {
 namespace {
@@ -27,9 +26,10 @@ struct Displacement {
 
 /// A short line along a point's direction. What is clipped is its place before the displacement.
 void DrawMark(const CCrawler& set, std::int32_t k, Displacement by, int value, tImage* image) {
+  const auto [sine, cosine] = SinCosOf(set.g[k]);
   for (int s = 1; s <= kMarkLength; ++s) {
-    const double x = set.x[k] + s * std::cos(set.g[k]);
-    const double y = set.y[k] - s * std::sin(set.g[k]);
+    const double x = set.x[k] + s * cosine;
+    const double y = set.y[k] - s * sine;
     const bool inside = 0 < x && x < image->width && 0 < y && y < image->height;
     if (inside) Plot(image, x + by.dx, y + by.dy, value);
   }

@@ -8,6 +8,7 @@
 #include "contours/ctd.h"
 #include "contours/point_arrays.h"
 #include "platform/numbers.h"
+#include "platform/trigonometry.h"
 
 namespace orvandel {
 namespace {
@@ -127,13 +128,12 @@ class Resampler {
   Position EmitTowards(Position from, std::int32_t j) {
     const Position target = At(j);
     const double distance = Distance(from, target);
-    const double angle = std::atan2(-(target.y - from.y), target.x - from.x);
+    const double angle = ArcTan2(-(target.y - from.y), target.x - from.x);
     const double direction = MeanDirection(set_.g[j], set_.g[j + 1]);
     const std::uint32_t flag = set_.f[j - 1] != 0 || set_.f[j] != 0 ? 1 : 0;
     const bool one_point = !(distance / step_ - 1 <= kMostPointsOfPiece);
 
-    const double cosine = std::cos(angle);
-    const double sine = std::sin(angle);
+    const auto [sine, cosine] = SinCosOf(angle);
     for (int k = 1;; ++k) {
       const double t = k * step_;
       const Position point = {from.x + cosine * t, from.y - sine * t};

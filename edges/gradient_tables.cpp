@@ -7,6 +7,7 @@
 
 #include "edges/sub_canny.h"
 #include "platform/numbers.h"
+#include "platform/trigonometry.h"
 
 namespace orvandel {
 namespace {
@@ -17,7 +18,7 @@ std::atomic<const GradientTables*> built{nullptr};  // what readers see
 std::array<std::int32_t, 361> sectors{};            // guarded by build_mutex
 
 std::uint8_t DirectionCode(int gx, int gy) {
-  const double code = std::atan2(gy, gx) * 128 / kPi;
+  const double code = ArcTan2(gy, gx) * 128 / kPi;
   return static_cast<std::uint8_t>(static_cast<int>(std::floor(gy >= 0 ? code : code + 256)));
 }
 

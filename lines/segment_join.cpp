@@ -5,6 +5,7 @@
 
 #include "platform/mvtools_i.h"
 #include "platform/numbers.h"
+#include "platform/trigonometry.h"
 
 namespace orvandel {
 namespace {
@@ -27,7 +28,7 @@ double AngleBetween(double a, double b) {
 
 bool ContinueEachOther(const CLineSegment& first, const CLineSegment& last,
                        const JoinLimits& limits) {
-  const double gap = std::hypot(first.start_x - last.end_x, first.start_y - last.end_y);
+  const double gap = Hypot(first.start_x - last.end_x, first.start_y - last.end_y);
   return limits.max_angle > AngleBetween(first.line_angle, last.line_angle) && limits.max_gap > gap;
 }
 

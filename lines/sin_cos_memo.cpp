@@ -1,7 +1,8 @@
 #include "lines/sin_cos_memo.h"
 
-#include <cmath>
 #include <cstring>
+
+#include "platform/trigonometry.h"
 
 namespace orvandel {
 
@@ -10,7 +11,7 @@ SinCos SinCosMemo::Of(double angle) {
   std::memcpy(&bits, &angle, sizeof(bits));
   // The multiplier is 2^64 over the golden ratio, which spreads near keys apart.
   Entry& entry = entries_[bits * 0x9E3779B97F4A7C15u >> (64 - kLogSize)];
-  if (entry.angle_bits != bits) entry = {bits, {std::sin(angle), std::cos(angle)}};
+  if (entry.angle_bits != bits) entry = {bits, SinCosOf(angle)};
   return entry.value;
 }
 

@@ -4,14 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "platform/trigonometry.h"
+
 namespace orvandel {
 
-struct SinCos {
-  double sine = 0.0;
-  double cosine = 1.0;
-};
-
-/// Sines and cosines of angles that keep coming back, with the bits of the C library's. Edge directions
+/// Sines and cosines of angles that keep coming back. Edge directions
 /// are such angles: a detector gives 256 of them, and the means of two add the halves between.
 class SinCosMemo {
  public:

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "lines/line_extracter.h"
+#include "platform/trigonometry.h"
 
 namespace orvandel {
 namespace {
@@ -20,11 +21,11 @@ struct Chord {
 /// straight is defined by these very roundings.
 double DeviationFromChord(const double* x, const double* y, int i, Chord chord) {
   const auto [a, b] = chord;
-  const double chord_angle = std::atan2(-(y[b] - y[a]), x[b] - x[a]);
-  const double point_angle = std::atan2(-(y[b] - y[i]), x[b] - x[i]);
+  const double chord_angle = ArcTan2(-(y[b] - y[a]), x[b] - x[a]);
+  const double point_angle = ArcTan2(-(y[b] - y[i]), x[b] - x[i]);
   const double dx = x[b] - x[i];
   const double dy = y[b] - y[i];
-  return std::sin(chord_angle - point_angle) * std::sqrt(dx * dx + dy * dy);
+  return Sin(chord_angle - point_angle) * std::sqrt(dx * dx + dy * dy);
 }
 
 enum Verdict : std::uint8_t { kBent, kStraight, kTooClose };

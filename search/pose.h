@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/trigonometry.h"
+
 namespace orvandel {
 
 struct Point {
@@ -17,12 +19,11 @@ struct Pose {
   double scale = 0.0;
 };
 
-/// A rotation with its cosine and sine.
+/// An angle in radians with its sine and cosine.
 struct Rotation {
   explicit Rotation(double radians);
   double angle;
-  double cosine;
-  double sine;
+  SinCos turn;
 };
 
 /// The pose of the given rotation and scale that lays a pattern point on a scene point.

@@ -1,9 +1,9 @@
 #include "search/pose_scorer.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
+#include "platform/trigonometry.h"
 #include "verify/direction_class.h"
 
 namespace orvandel {
@@ -35,15 +35,14 @@ PoseScorer::PoseScorer(const CPattVerify& verifier, const CEdgeImgComplement* ed
 
 double PoseScorer::operator()(const Pose& pose, const ScoreBar& bar) {
   if (rotation_ == 0 || BitsOf(pose.angle) != BitsOf(angle_)) TurnTo(pose.angle);
-  const PointMapper mapper(pose.x, pose.y, cosine_, sine_, pose.scale);
+  const PointMapper mapper(pose.x, pose.y, turn_, pose.scale);
   if (!sieve_.Sift(mapper, MostImpossible(bar))) return kMissed;
   return SumCredits(mapper, bar);
 }
 
 void PoseScorer::TurnTo(double angle) {
   angle_ = angle;
-  cosine_ = std::cos(angle);
-  sine_ = std::sin(angle);
+  turn_ = SinCosOf(angle);
   ++rotation_;
   sieve_.TurnTo(angle);
 }

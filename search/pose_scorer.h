@@ -68,8 +68,7 @@ class PoseScorer {
   PoseSieve sieve_;
 
   double angle_ = 0.0;
-  double cosine_ = 1.0;
-  double sine_ = 0.0;
+  SinCos turn_;
   std::uint32_t rotation_ = 0;
   std::vector<TurnedPoint> turned_;
   std::vector<double> credits_;  ///< by point, of the pose being scored

@@ -8,6 +8,7 @@
 
 #include "contours/edge_record.h"
 #include "platform/numbers.h"
+#include "platform/trigonometry.h"
 #include "verify/direction_class.h"
 #include "verify/patt_verify.h"
 
@@ -57,8 +58,7 @@ inline double ExpectedDirection(double direction, double angle) {
 struct NormalSteps {
   NormalSteps() = default;
   NormalSteps(double expected, int radius) {
-    const double c = std::cos(expected);
-    const double s = std::sin(expected);
+    const auto [s, c] = SinCosOf(expected);
     for (int k = 1; k <= radius; ++k) {
       // Truncated after half is added: negative steps come out shorter than rounded ones.
       rows[static_cast<std::size_t>(k)] = static_cast<std::int16_t>(k * s + 0.5);
@@ -73,10 +73,10 @@ struct NormalSteps {
 /// Where a pose lays the pattern's points.
 class PointMapper {
  public:
-  /// @param tx,ty        scene position of the point that `dx` and `dy` are measured from.
-  /// @param cosine,sine  of the pose's angle.
-  PointMapper(double tx, double ty, double cosine, double sine, double scale)
-      : tx_(tx), ty_(ty), cosine_(cosine * scale), sine_(sine * scale) {}
+  /// @param tx,ty  scene position of the point that `dx` and `dy` are measured from.
+  /// @param turn   sine and cosine of the pose's angle.
+  PointMapper(double tx, double ty, SinCos turn, double scale)
+      : tx_(tx), ty_(ty), cosine_(turn.cosine * scale), sine_(turn.sine * scale) {}
 
   PixelIndex Map(double dx, double dy) const {
     return {TruncateToInt32(ty_ + dx * sine_ + dy * cosine_),

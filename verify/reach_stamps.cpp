@@ -1,8 +1,9 @@
 #include "verify/reach_stamps.h"
 
 #include <algorithm>
-#include <cmath>
 #include <set>
+
+#include "platform/trigonometry.h"
 
 namespace orvandel {
 namespace {
@@ -34,8 +35,8 @@ StepRange StepsBetween(double a, double b, int distance) {
 void AddSteps(DirectionRange range, int radius, std::set<Step>& steps) {
   const FlankOffset flank = kFlankOffsets[0];  // the search's
   for (int k = 1; k <= radius; ++k) {
-    const StepRange rows = StepsBetween(std::sin(range.first), std::sin(range.last), k);
-    const StepRange columns = StepsBetween(std::cos(range.first), std::cos(range.last), k);
+    const StepRange rows = StepsBetween(Sin(range.first), Sin(range.last), k);
+    const StepRange columns = StepsBetween(Cos(range.first), Cos(range.last), k);
     for (int dr = rows.first; dr <= rows.last; ++dr) {
       for (int dc = columns.first; dc <= columns.last; ++dc) {
         steps.insert({dr, -dc});

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
 #include "contours/point_arrays.h"
+#include "platform/trigonometry.h"
 #include "verify/direction_class.h"
 #include "verify/patt_verify.h"
 #include "verify/probing.h"
@@ -53,7 +53,7 @@ class PoseFit {
   PoseFit(const CPattVerify& verifier, const CEdgeImgComplement* edges, double tx, double ty,
           double angle, double scale)
       : probe_(ProbeRules(verifier), edges),
-        mapper_(tx, ty, std::cos(angle), std::sin(angle), scale),
+        mapper_(tx, ty, SinCosOf(angle), scale),
         angle_(angle) {}
 
   /// @param dx,dy         pattern point from the reference point.

@@ -1,13 +1,18 @@
-#include <cmath>
 #include <cstdint>
 #include <cstring>
 
 #include "platform/mvtools_i.h"
 #include "platform/numbers.h"
+#include "platform/trigonometry.h"
 
 namespace {
 
+using orvandel::ArcTan2;
+using orvandel::Cos;
+using orvandel::Hypot;
 using orvandel::kPi;
+using orvandel::SinCos;
+using orvandel::SinCosOf;
 
 constexpr double kHalfPi = 0.5 * kPi;
 
@@ -36,9 +41,10 @@ Line FitLine(const double* x, const double* y, int n) {
     syy += dy * dy;
     sxy += dx * dy;
   }
-  double angle = 0.5 * std::atan2(2.0 * sxy, sxx - syy);
+  double angle = 0.5 * ArcTan2(2.0 * sxy, sxx - syy);
   if (angle == -kHalfPi) angle = kHalfPi;
-  return {angle, mean_y * std::cos(angle) - mean_x * std::sin(angle)};
+  const auto [sine, cosine] = SinCosOf(angle);
+  return {angle, mean_y * cosine - mean_x * sine};
 }
 
 /// The same line with its direction in (-pi/2, pi/2]; `angle` is in [-pi, pi]. Half a turn negates
@@ -50,25 +56,25 @@ Line Upright(Line line) {
 }
 
 Line Bisect(Line first, Line second) {
-  if (std::cos(first.angle - second.angle) < 0.0) second = {second.angle + kPi, -second.offset};
-  const double c = std::cos(first.angle) + std::cos(second.angle);
-  const double s = std::sin(first.angle) + std::sin(second.angle);
-  return Upright({std::atan2(s, c), (first.offset + second.offset) / std::hypot(c, s)});
+  if (Cos(first.angle - second.angle) < 0.0) second = {second.angle + kPi, -second.offset};
+  const SinCos a = SinCosOf(first.angle);
+  const SinCos b = SinCosOf(second.angle);
+  const double c = a.cosine + b.cosine;
+  const double s = a.sine + b.sine;
+  return Upright({ArcTan2(s, c), (first.offset + second.offset) / Hypot(c, s)});
 }
 
-/// Cosine and sine of the angle that was asked for last: the points of a run are measured against one line.
-struct LastAngle {
-  std::uint64_t bits = 0;
-  double cosine = 1.0;
-  double sine = 0.0;
-};
-
-const LastAngle& Resolve(double angle) {
+/// Sine and cosine of an angle, kept for the next call: the points of a run are measured against one line.
+SinCos KeptSinCosOf(double angle) {
+  struct LastAngle {
+    std::uint64_t bits = 0;
+    SinCos value;
+  };
   thread_local LastAngle last;
   std::uint64_t bits;
   std::memcpy(&bits, &angle, sizeof(bits));
-  if (bits != last.bits) last = {bits, std::cos(angle), std::sin(angle)};
-  return last;
+  if (bits != last.bits) last = {bits, SinCosOf(angle)};
+  return last.value;
 }
 
 void Store(Line line, double* angle, double* offset) {
@@ -86,8 +92,8 @@ void mvt_linear_regression(const double* x, const double* y, int n, int /*mode*/
 
 void mvt_point2line_dist(double x, double y, double angle, double offset, double* dist) {
   if (dist == nullptr) return;
-  const LastAngle& line = Resolve(angle);
-  *dist = y * line.cosine - x * line.sine - offset;
+  const auto [sine, cosine] = KeptSinCosOf(angle);
+  *dist = y * cosine - x * sine - offset;
 }
 
 void mvt_line_bisect(double angle1, double offset1, double angle2, double offset2, double* angle,

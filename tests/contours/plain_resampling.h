@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/numbers.h"
+#include "platform/trigonometry.h"
 #include "tests/contours/plain_crawl.h"
 #include "tests/support/contour_sets.h"
 
@@ -33,13 +34,13 @@ inline std::vector<TestPoint> PlainPiece(const TestPoint& from, const TestPoint&
                                          double step) {
   constexpr double kMostPoints = 1 << 24;
   const double length = PlainDistance(target, from);
-  const double angle = std::atan2(-(target.y - from.y), target.x - from.x);
+  const double angle = ArcTan2(-(target.y - from.y), target.x - from.x);
   const bool only_one = !std::isfinite(length) || length - kMostPoints * step > step;
   std::vector<TestPoint> piece;
   double t = 0;
   do {
     t = static_cast<double>(piece.size() + 1) * step;
-    piece.push_back({from.x + std::cos(angle) * t, from.y - std::sin(angle) * t, 0, 0});
+    piece.push_back({from.x + Cos(angle) * t, from.y - Sin(angle) * t, 0, 0});
   } while (!only_one && length - t > step);
   return piece;
 }

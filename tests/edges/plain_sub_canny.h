@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/numbers.h"
+#include "platform/trigonometry.h"
 #include "tests/support/grids.h"
 
 // The edge detector once more, written to be read: whole images of ints, formulas in place of
@@ -14,7 +15,7 @@ namespace orvandel::test {
 
 /// Direction of the gradient (gx, gy), y upwards: a full turn in 256 codes, 0 along +x.
 inline int PlainDirectionCode(int gx, int gy) {
-  const double turn = std::atan2(double(gy), double(gx)) * 128.0 / kPi;
+  const double turn = ArcTan2(double(gy), double(gx)) * 128.0 / kPi;
   return static_cast<int>(std::floor(gy >= 0 ? turn : turn + 256.0));
 }
 

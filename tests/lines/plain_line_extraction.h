@@ -8,6 +8,7 @@
 #include "contours/ctd.h"
 #include "lines/line_extracter.h"
 #include "platform/mvtools_i.h"
+#include "platform/trigonometry.h"
 #include "tests/lines/plain_segment_sort.h"
 
 namespace orvandel::test {
@@ -37,11 +38,11 @@ inline PlainContour PlainContourOf(void* set, int index) {
 
 /// Signed distance of point i from the line through points a and b.
 inline double PlainChordDistance(const double* x, const double* y, int a, int i, int b) {
-  const double chord_angle = std::atan2(-(y[b] - y[a]), x[b] - x[a]);
-  const double point_angle = std::atan2(-(y[b] - y[i]), x[b] - x[i]);
+  const double chord_angle = ArcTan2(-(y[b] - y[a]), x[b] - x[a]);
+  const double point_angle = ArcTan2(-(y[b] - y[i]), x[b] - x[i]);
   const double dx = x[b] - x[i];
   const double dy = y[b] - y[i];
-  return std::sin(chord_angle - point_angle) * std::sqrt(dx * dx + dy * dy);
+  return Sin(chord_angle - point_angle) * std::sqrt(dx * dx + dy * dy);
 }
 
 inline int PlainMarkStraightPoints(const CLineExtracter& options, const double* x, const double* y,
@@ -102,17 +103,17 @@ inline double PlainGradientDirection(const PlainContour& contour, PlainRun run) 
   double sum_sin = 0;
   double sum_cos = 0;
   for (int j = run.first; j < run.end; ++j) {
-    sum_sin += std::sin(contour.g[j]);
-    sum_cos += std::cos(contour.g[j]);
+    sum_sin += Sin(contour.g[j]);
+    sum_cos += Cos(contour.g[j]);
   }
-  return std::atan2(sum_sin, sum_cos);
+  return ArcTan2(sum_sin, sum_cos);
 }
 
 inline double PlainDirection(double line_angle, double gradient_direction) {
   constexpr double kPlainPi = std::numbers::pi;
   const double normal = kPlainPi / 2 - line_angle;
-  const double chord = std::hypot(std::cos(normal) - std::cos(gradient_direction),
-                                  std::sin(normal) - std::sin(gradient_direction));
+  const double chord =
+      Hypot(Cos(normal) - Cos(gradient_direction), Sin(normal) - Sin(gradient_direction));
   double direction = chord >= 0.765 ? normal + kPlainPi / 2 : normal - kPlainPi / 2;
   while (direction >= kPlainPi)
     direction -= 2 * kPlainPi;
@@ -141,7 +142,7 @@ inline bool PlainAppendRun(const CLineExtracter& options, const PlainContour& co
   s.mid_y = (s.start_y + s.end_y) * 0.5;
   s.num_points = p;
   s.contour_index = contour.index;
-  s.length = std::hypot(s.start_x - s.end_x, s.start_y - s.end_y);
+  s.length = Hypot(s.start_x - s.end_x, s.start_y - s.end_y);
   s.gradient_direction = PlainGradientDirection(contour, run);
   s.direction = PlainDirection(s.line_angle, s.gradient_direction);
   segments.push_back(s);
@@ -176,7 +177,7 @@ inline void PlainJoinSeam(const CLineExtracter& options, int contour_index,
 
   const CLineSegment a = segments[first];
   const CLineSegment b = segments[last];
-  const double gap = std::hypot(a.start_x - b.end_x, a.start_y - b.end_y);
+  const double gap = Hypot(a.start_x - b.end_x, a.start_y - b.end_y);
   double angle = std::abs(a.line_angle - b.line_angle);
   while (angle > std::numbers::pi)
     angle = 2 * std::numbers::pi - angle;

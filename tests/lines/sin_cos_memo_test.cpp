@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/trigonometry.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/uniform_random.h"
 
@@ -14,8 +15,8 @@ namespace {
 
 void ExpectSame(SinCosMemo& memo, double angle) {
   const SinCos value = memo.Of(angle);
-  EXPECT_TRUE(SameBits(value.sine, std::sin(angle))) << angle;
-  EXPECT_TRUE(SameBits(value.cosine, std::cos(angle))) << angle;
+  EXPECT_TRUE(SameBits(value.sine, Sin(angle))) << angle;
+  EXPECT_TRUE(SameBits(value.cosine, Cos(angle))) << angle;
 }
 
 TEST(SinCosMemo, TellsZerosApart) {

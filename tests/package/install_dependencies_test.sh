@@ -46,6 +46,7 @@ reset() {  # reset UID, with the packages and their states on stdin
 }
 
 reset 0 <<<'libgtest-dev installed
+libmpfr-dev installed
 pkgconf installed
 binutils installed'
 expect_status 0 run test
@@ -54,6 +55,7 @@ expect_equal "nothing is asked of apt-get" "" "$(calls)"
 
 # pkgconf was removed, binutils was never there.
 reset 0 <<<'libgtest-dev installed
+libmpfr-dev installed
 pkgconf config-files'
 expect_status 0 run test
 expect_equal "a line a step" "-- Updating the package lists;-- Installing pkgconf binutils;" "$(tr '\n' ';' <<<"$output")"
@@ -66,7 +68,8 @@ expect_status 1 run test
 expect_line "noise of apt-get"
 expect_line "install-dependencies: apt-get update failed"
 
-reset 1000 <<<'libgtest-dev installed'
+reset 1000 <<<'libgtest-dev installed
+libmpfr-dev installed'
 touch "$scratch/sudo-works"
 expect_status 0 run test
 expect_equal "through sudo" \
@@ -76,7 +79,8 @@ noninteractive: apt-get -y -q update
 sudo env
 noninteractive: apt-get -y -q install --no-install-recommends pkgconf binutils" "$(calls)"
 
-reset 1000 <<<'libgtest-dev installed'
+reset 1000 <<<'libgtest-dev installed
+libmpfr-dev installed'
 expect_status 1 run test
 expect_line "install-dependencies: these packages are missing, and installing them takes root (or sudo without a password): apt-get install pkgconf binutils"
 expect_equal "without root nothing is tried" "" "$(calls)"

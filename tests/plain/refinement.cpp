@@ -46,7 +46,7 @@ class Refinement {
 
   /// Along the pose's angle, not along the segment.
   Point Shifted(Point anchor, double distance) const {
-    return {anchor.x + distance * rotation_.cosine, anchor.y + distance * rotation_.sine};
+    return {anchor.x + distance * rotation_.turn.cosine, anchor.y + distance * rotation_.turn.sine};
   }
 
   /// The second trial must beat the first as well.

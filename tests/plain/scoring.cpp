@@ -8,6 +8,7 @@
 #include "contours/edge_record.h"
 #include "contours/point_arrays.h"
 #include "platform/numbers.h"
+#include "platform/trigonometry.h"
 #include "verify/direction_class.h"
 
 namespace orvandel::plain {
@@ -47,8 +48,8 @@ class PoseFit {
         flank_(flank),
         pose_(pose),
         reference_(reference),
-        cosine_(std::cos(pose.angle) * pose.scale),
-        sine_(std::sin(pose.angle) * pose.scale) {
+        cosine_(Cos(pose.angle) * pose.scale),
+        sine_(Sin(pose.angle) * pose.scale) {
     if (edges == nullptr) return;
     present_ = edges->valid;
     directions_ = edges->g;
@@ -96,8 +97,8 @@ class PoseFit {
   }
 
   double CreditAlongNormal(PixelIndex centre, double expected) {
-    const double c = std::cos(expected);
-    const double s = std::sin(expected);
+    const double c = Cos(expected);
+    const double s = Sin(expected);
     const FlankOffset flank = kFlankOffsets[FlankClass(expected)];
     for (int k = 1; k <= radius_; ++k) {
       // Truncated after half is added: negative steps come out shorter than rounded ones.

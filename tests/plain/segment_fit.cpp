@@ -4,6 +4,7 @@
 
 #include "platform/mvtools_i.h"
 #include "platform/numbers.h"
+#include "platform/trigonometry.h"
 
 namespace orvandel::plain {
 namespace {
@@ -30,17 +31,17 @@ double CircularMean(const double* angles, std::int32_t count) {
   double sines = 0.0;
   double cosines = 0.0;
   for (std::int32_t j = 0; j < count; ++j) {
-    sines += std::sin(angles[j]);
-    cosines += std::cos(angles[j]);
+    sines += Sin(angles[j]);
+    cosines += Cos(angles[j]);
   }
-  return std::atan2(sines, cosines);
+  return ArcTan2(sines, cosines);
 }
 
 /// Direction along a line, in [-pi, pi), with the gradient on a fixed side of it.
 double SegmentDirection(double line_angle, double gradient_direction) {
   const double normal = kPi / 2 - line_angle;
-  const double chord = std::hypot(std::cos(normal) - std::cos(gradient_direction),
-                                  std::sin(normal) - std::sin(gradient_direction));
+  const double chord =
+      Hypot(Cos(normal) - Cos(gradient_direction), Sin(normal) - Sin(gradient_direction));
   double direction = chord >= kOpposedChord ? normal + kPi / 2 : normal - kPi / 2;
   while (direction >= kPi)
     direction -= kTwoPi;
@@ -75,7 +76,7 @@ std::optional<CLineSegment> FitSegment(const ContourPoints& contour, StraightRun
   segment.num_points = num_points;
   segment.fit_error = fit_error;
   segment.contour_index = contour.contour_index;
-  segment.length = std::hypot(segment.start_x - segment.end_x, segment.start_y - segment.end_y);
+  segment.length = Hypot(segment.start_x - segment.end_x, segment.start_y - segment.end_y);
   segment.gradient_direction = CircularMean(contour.g + run.first, num_points);
   segment.direction = SegmentDirection(line.angle, segment.gradient_direction);
   return segment;

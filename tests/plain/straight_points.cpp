@@ -2,16 +2,18 @@
 
 #include <cmath>
 
+#include "platform/trigonometry.h"
+
 namespace orvandel::plain {
 namespace {
 
 /// Distance of point i from the straight line through points a and b, with a sign.
 double DeviationFromChord(const double* x, const double* y, int i, int a, int b) {
-  const double chord_angle = std::atan2(-(y[b] - y[a]), x[b] - x[a]);
-  const double point_angle = std::atan2(-(y[b] - y[i]), x[b] - x[i]);
+  const double chord_angle = ArcTan2(-(y[b] - y[a]), x[b] - x[a]);
+  const double point_angle = ArcTan2(-(y[b] - y[i]), x[b] - x[i]);
   const double dx = x[b] - x[i];
   const double dy = y[b] - y[i];
-  return std::sin(chord_angle - point_angle) * std::sqrt(dx * dx + dy * dy);
+  return Sin(chord_angle - point_angle) * std::sqrt(dx * dx + dy * dy);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cmath>
 #include <cstddef>
 #include <functional>
 #include <vector>
@@ -8,6 +7,7 @@
 #include "contours/ctd.h"
 #include "lines/line_extracter.h"
 #include "platform/imgutil_i.h"
+#include "platform/trigonometry.h"
 #include "tests/search/search_results.h"
 #include "tests/support/contour_sets.h"
 #include "verify/patt_verify.h"
@@ -110,8 +110,8 @@ class PlainSearch {
                       std::size_t j) {
     const double dx = pattern_.ref_x - PatternSegment(i).mid_x;
     const double dy = pattern_.ref_y - PatternSegment(i).mid_y;
-    const double c = std::cos(angle);
-    const double n = std::sin(angle);
+    const double c = Cos(angle);
+    const double n = Sin(angle);
     Hypothesis h;
     h.x = scale * (c * dx - n * dy) + anchor_x;
     h.y = scale * (n * dx + c * dy) + anchor_y;
@@ -176,8 +176,8 @@ class PlainSearch {
 
   void RefineShift(double& anchor_x, double& anchor_y, double step) {
     const Hypothesis now = best_;
-    const double c = std::cos(now.angle);
-    const double n = std::sin(now.angle);
+    const double c = Cos(now.angle);
+    const double n = Sin(now.angle);
     const double back[] = {anchor_x - step * c, anchor_y - step * n};
     const double forth[] = {anchor_x + step * c, anchor_y + step * n};
     for (const auto& anchor : {back, forth}) {

@@ -8,6 +8,7 @@
 
 #include "contours/ctd.h"
 #include "contours/edge_record.h"
+#include "platform/trigonometry.h"
 #include "verify/patt_verify.h"
 
 namespace orvandel::test {
@@ -59,8 +60,8 @@ class PlainScorer {
       : verifier_(verifier),
         edges_(edges),
         pose_(pose),
-        cs_(std::cos(pose.angle) * pose.scale),
-        sn_(std::sin(pose.angle) * pose.scale) {}
+        cs_(Cos(pose.angle) * pose.scale),
+        sn_(Sin(pose.angle) * pose.scale) {}
 
   /// Adds a pattern point. `always_class_0` tells how its flank probes are chosen.
   void Add(const PlainPoint& point, bool always_class_0) {
@@ -97,8 +98,8 @@ class PlainScorer {
 
   double CreditAlongNormal(int row, int column, double expected, PlainOffset flank) const {
     static constexpr double kWeights[10] = {0.99, 0.98, 0.94, 0.9, 0.86, 0.8, 0.75, 0.7, 0.64, 0.6};
-    const double c = std::cos(expected);
-    const double s = std::sin(expected);
+    const double c = Cos(expected);
+    const double s = Sin(expected);
     for (int k = 1; k <= verifier_.searchRadius; ++k) {
       const int dr = PlainTruncate(k * s + 0.5);
       const int dc = PlainTruncate(k * c + 0.5);
