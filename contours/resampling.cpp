@@ -2,19 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <new>
-#include <vector>
+#include <span>
 
+#include "contours/contour_walk.h"
 #include "contours/ctd.h"
 #include "contours/point_arrays.h"
 #include "platform/numbers.h"
-#include "platform/trigonometry.h"
 
 namespace orvandel {
 namespace {
-
-/// A piece that would need more points than this is a stray coordinate, not a contour.
-constexpr double kMostPointsOfPiece = 16777216.0;
 
 /// Directions further out than this are not directions; turning them back would take for ever.
 constexpr double kLargestDirection = 1e6;
@@ -33,129 +31,67 @@ double MeanDirection(double a, double b) {
   return mean;
 }
 
-struct Position {
-  double x;
-  double y;
-};
+/// Capacity of arrays that doubled whenever five places were left.
+std::int64_t GrownCapacity(std::int64_t num_before, std::int64_t num_after) {
+  std::int64_t capacity = 2 * num_before + 10;
+  while (num_after + 5 >= capacity)
+    capacity *= 2;
+  return capacity;
+}
 
-/// The new point arrays, growing as points arrive.
+/// The new point arrays.
 class ResampledPoints {
  public:
-  explicit ResampledPoints(std::int32_t num_points) : capacity_(2 * std::int64_t{num_points} + 10) {
-    AllocateOrThrow(arrays_);
-  }
-
-  void Emit(Position position, double direction, std::uint32_t flag) {
-    const auto next = static_cast<std::size_t>(count_);
-    arrays_.x[next] = position.x;
-    arrays_.y[next] = position.y;
-    arrays_.g[next] = direction;
-    arrays_.f[next] = flag;
-    ++count_;
-    if (count_ + 5 >= capacity_) Grow();
-  }
-
-  std::int32_t Count() const { return static_cast<std::int32_t>(count_); }
-
-  void MoveInto(CCrawler& set) {
-    arrays_.MoveInto(set);
-    set.point_count = Count();
-    set.point_capacity = static_cast<std::int32_t>(capacity_);
-  }
-
- private:
-  void AllocateOrThrow(PointArrays& arrays) const {
-    // The set counts its points and its capacity in 32 bits.
-    if (capacity_ > std::numeric_limits<std::int32_t>::max() || !arrays.AllocateUnset(capacity_)) {
+  /// Throws std::bad_alloc where the arrays cannot be had, or a set could not count their places.
+  ResampledPoints(const CCrawler& set, std::int64_t capacity) : set_(set), capacity_(capacity) {
+    if (capacity > std::numeric_limits<std::int32_t>::max() || !arrays_.AllocateUnset(capacity)) {
       throw std::bad_alloc();
     }
   }
 
-  void Grow() {
-    capacity_ *= 2;
-    PointArrays larger;
-    AllocateOrThrow(larger);
-    std::copy_n(arrays_.x.get(), count_, larger.x.get());
-    std::copy_n(arrays_.y.get(), count_, larger.y.get());
-    std::copy_n(arrays_.g.get(), count_, larger.g.get());
-    std::copy_n(arrays_.f.get(), count_, larger.f.get());
-    arrays_ = std::move(larger);
+  ContourRecord Append(std::span<const WalkedPoint> points, const ContourRecord& contour) {
+    const std::int32_t start = count_;
+    for (const WalkedPoint& point : points)
+      Append(point);
+    return {start, count_ - start, contour.closed};
   }
 
+  void MoveInto(CCrawler& set) {
+    arrays_.MoveInto(set);
+    set.point_count = count_;
+    set.point_capacity = static_cast<std::int32_t>(capacity_);
+  }
+
+ private:
+  void Append(const WalkedPoint& point) {
+    const std::int32_t j = point.source;
+    arrays_.x[next()] = point.x;
+    arrays_.y[next()] = point.y;
+    if (j < 0) {
+      arrays_.g[next()] = set_.g[~j];
+      arrays_.f[next()] = set_.f[~j];
+    } else {
+      arrays_.g[next()] = MeanDirection(set_.g[j], set_.g[j + 1]);
+      arrays_.f[next()] = set_.f[j - 1] != 0 || set_.f[j] != 0 ? 1 : 0;
+    }
+    ++count_;
+  }
+
+  std::size_t next() const { return static_cast<std::size_t>(count_); }
+
+  const CCrawler& set_;
   std::int64_t capacity_;
-  std::int64_t count_ = 0;
+  std::int32_t count_ = 0;
   PointArrays arrays_;
 };
 
-class Resampler {
- public:
-  explicit Resampler(const CCrawler& set)
-      : set_(set), step_(set.step > 0 ? set.step : 1.0), out_(set.point_count) {}
-
-  ContourRecord Resample(const ContourRecord& contour) {
-    const std::int32_t start = out_.Count();
-    if (contour.size < 1) return {start, 0, contour.closed};
-
-    const std::int32_t first = contour.start;
-    const std::int32_t last = first + contour.size - 1;
-    EmitUnchanged(first);
-    Position current = At(first);
-    for (std::int32_t j = first + 1; j < last; ++j) {
-      while (Distance(current, At(j)) < set_.min_dist && j < last - 1)
-        ++j;
-      current = EmitTowards(current, j);
-    }
-    EmitUnchanged(last);
-    return {start, out_.Count() - start, contour.closed};
-  }
-
-  void MoveInto(CCrawler& set) { out_.MoveInto(set); }
-
- private:
-  Position At(std::int32_t j) const { return {set_.x[j], set_.y[j]}; }
-
-  static double Distance(Position a, Position b) {
-    const double dx = b.x - a.x;
-    const double dy = b.y - a.y;
-    return std::sqrt(dx * dx + dy * dy);
-  }
-
-  void EmitUnchanged(std::int32_t j) { out_.Emit(At(j), set_.g[j], set_.f[j]); }
-
-  /// Emits points `step` apart on the straight way from `from` to input point j, short of it but at
-  /// least one.
-  /// @return  the last of them.
-  Position EmitTowards(Position from, std::int32_t j) {
-    const Position target = At(j);
-    const double distance = Distance(from, target);
-    const double angle = ArcTan2(-(target.y - from.y), target.x - from.x);
-    const double direction = MeanDirection(set_.g[j], set_.g[j + 1]);
-    const std::uint32_t flag = set_.f[j - 1] != 0 || set_.f[j] != 0 ? 1 : 0;
-    const bool one_point = !(distance / step_ - 1 <= kMostPointsOfPiece);
-
-    const auto [sine, cosine] = SinCosOf(angle);
-    for (int k = 1;; ++k) {
-      const double t = k * step_;
-      const Position point = {from.x + cosine * t, from.y - sine * t};
-      out_.Emit(point, direction, flag);
-      if (one_point || distance - t <= step_) return point;
-    }
-  }
-
-  const CCrawler& set_;
-  double step_;
-  ResampledPoints out_;
-};
-
 void ResampleSet(CCrawler& set) {
-  Resampler resampler(set);
-  std::vector<ContourRecord> records;
-  records.reserve(Records(set).size());
-  for (const ContourRecord& contour : Records(set))
-    records.push_back(resampler.Resample(contour));
-
-  std::copy(records.begin(), records.end(), set.contours);
-  resampler.MoveInto(set);
+  const std::span<ContourRecord> contours = Records(set);
+  const ContourWalks walks(set, contours);
+  ResampledPoints points(set, GrownCapacity(set.point_count, walks.NumPoints()));
+  for (std::size_t i = 0; i < contours.size(); ++i)
+    contours[i] = points.Append(walks.Points(i), contours[i]);
+  points.MoveInto(set);
 }
 
 }  // namespace

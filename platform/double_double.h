@@ -2,6 +2,9 @@
 
 namespace orvandel {
 
+// The functions are static because files that are compiled for other instructions use them: with external
+// linkage the linker might keep the copy that a plain processor cannot run.
+
 /// An unevaluated sum of two doubles, some 106 bits in all; |low| is at most half an ulp of high.
 struct DoubleDouble {
   double high = 0.0;
@@ -10,13 +13,13 @@ struct DoubleDouble {
 
 /// The sum and its rounding error, exactly. Needs |a| >= |b|, or a = 0.
 /// (T. J. Dekker, "A floating-point technique for extending the available precision", 1971.)
-constexpr DoubleDouble FastTwoSum(double a, double b) {
+static constexpr DoubleDouble FastTwoSum(double a, double b) {
   const double sum = a + b;
   return {sum, b - (sum - a)};
 }
 
 /// The sum and its rounding error, exactly. (D. E. Knuth, "The Art of Computer Programming", 4.2.2.)
-constexpr DoubleDouble TwoSum(double a, double b) {
+static constexpr DoubleDouble TwoSum(double a, double b) {
   const double sum = a + b;
   const double b_part = sum - a;
   return {sum, (a - (sum - b_part)) + (b - b_part)};
@@ -24,7 +27,7 @@ constexpr DoubleDouble TwoSum(double a, double b) {
 
 /// Two halves of at most 26 bits whose sum is the value, so that products of halves are exact.
 /// Needs |value| < 2^996. (Veltkamp's split, in Dekker's paper.)
-constexpr DoubleDouble Split(double value) {
+static constexpr DoubleDouble Split(double value) {
   const double scaled = value * 134217729.0;  // 2^27 + 1
   const double high = scaled - (scaled - value);
   return {high, value - high};
@@ -32,7 +35,7 @@ constexpr DoubleDouble Split(double value) {
 
 /// The product and its rounding error, exactly while nothing overflows or falls below the normal
 /// range. (Dekker's product.)
-constexpr DoubleDouble TwoProduct(double a, double b) {
+static constexpr DoubleDouble TwoProduct(double a, double b) {
   const DoubleDouble x = Split(a);
   const DoubleDouble y = Split(b);
   const double product = a * b;
@@ -41,27 +44,27 @@ constexpr DoubleDouble TwoProduct(double a, double b) {
   return {product, error};
 }
 
-constexpr DoubleDouble operator+(DoubleDouble a, DoubleDouble b) {
+static constexpr DoubleDouble operator+(DoubleDouble a, DoubleDouble b) {
   const DoubleDouble high = TwoSum(a.high, b.high);
   const DoubleDouble low = TwoSum(a.low, b.low);
   const DoubleDouble sum = FastTwoSum(high.high, high.low + low.high);
   return FastTwoSum(sum.high, sum.low + low.low);
 }
 
-constexpr DoubleDouble operator-(DoubleDouble a) {
+static constexpr DoubleDouble operator-(DoubleDouble a) {
   return {-a.high, -a.low};
 }
 
-constexpr DoubleDouble operator-(DoubleDouble a, DoubleDouble b) {
+static constexpr DoubleDouble operator-(DoubleDouble a, DoubleDouble b) {
   return a + -b;
 }
 
-constexpr DoubleDouble operator*(DoubleDouble a, DoubleDouble b) {
+static constexpr DoubleDouble operator*(DoubleDouble a, DoubleDouble b) {
   const DoubleDouble product = TwoProduct(a.high, b.high);
   return FastTwoSum(product.high, product.low + (a.high * b.low + a.low * b.high));
 }
 
-constexpr DoubleDouble operator/(DoubleDouble a, DoubleDouble b) {
+static constexpr DoubleDouble operator/(DoubleDouble a, DoubleDouble b) {
   const double first = a.high / b.high;
   const DoubleDouble rest = a - b * DoubleDouble{first, 0.0};
   const double second = rest.high / b.high;

@@ -1,6 +1,8 @@
 #include "platform/trigonometry.h"
 
-#include "platform/trigonometry_core.h"
+#include <cmath>
+
+#include "platform/trigonometry_core.inc"
 
 namespace orvandel {
 

@@ -9,6 +9,7 @@
 #include "tests/support/contour_sets.h"
 #include "tests/support/image_patterns.h"
 #include "tests/support/same_bits.h"
+#include "tests/support/simd_levels.h"
 
 // Resampling against its readable second formulation, bit for bit.
 namespace orvandel::test {
@@ -72,7 +73,10 @@ TestContour RandomWalk(int num_points, double stride, UniformRandom& random) {
   return contour;
 }
 
-TEST(ResamplingTwin, RandomWalks) {
+class ResamplingTwin : public AtEverySimdLevel {};
+ORVANDEL_AT_EVERY_SIMD_LEVEL(ResamplingTwin);
+
+TEST_P(ResamplingTwin, RandomWalks) {
   constexpr unsigned kSeed = 71;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -81,7 +85,7 @@ TEST(ResamplingTwin, RandomWalks) {
   constexpr double kMinDists[] = {0.6, 0.0, 1.5, -1.0};
   for (int i = 0; i < 600; ++i) {
     std::vector<TestContour> contours;
-    const int num_contours = Below(random, 6);
+    const int num_contours = Below(random, 20);
     for (int c = 0; c < num_contours; ++c)
       contours.push_back(RandomWalk(Below(random, 40), random.Real(0.2, 12), random));
     const ContourSet set = MakeSet(contours);
@@ -93,7 +97,7 @@ TEST(ResamplingTwin, RandomWalks) {
   }
 }
 
-TEST(ResamplingTwin, AgainAndAgain) {
+TEST_P(ResamplingTwin, AgainAndAgain) {
   constexpr unsigned kSeed = 72;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -104,7 +108,7 @@ TEST(ResamplingTwin, AgainAndAgain) {
   }
 }
 
-TEST(ResamplingTwin, PositionsAndDirectionsOutOfRange) {
+TEST_P(ResamplingTwin, PositionsAndDirectionsOutOfRange) {
   constexpr unsigned kSeed = 73;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
