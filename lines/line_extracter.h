@@ -7,6 +7,13 @@
 #include "lines/line_segment.h"
 #include "platform/export.h"
 
+// An element type's vector is laid out before anything is packed.
+static_assert(sizeof(std::vector<CLineSegment>) > 0);
+
+#if defined(ORVANDEL_PACKED_LAYOUT)
+#pragma pack(push, 4)
+#endif
+
 /// Turns the contours of a set into straight line segments: marks the points that lie on straight
 /// stretches, fits a line through each run of them, and joins the two pieces that meet at the seam
 /// of a closed contour.
@@ -48,3 +55,7 @@ class ORVANDEL_API CLineExtracter {
   std::int32_t spare_number;           ///< carried for the layout
   std::string spare_text;              ///< carried for the layout
 };
+
+#if defined(ORVANDEL_PACKED_LAYOUT)
+#pragma pack(pop)
+#endif

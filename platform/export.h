@@ -14,3 +14,8 @@
 #else
 #define ORVANDEL_API __attribute__((visibility("default")))
 #endif
+
+// On Windows the search object and what it holds by value are packed to 4 bytes, as hosts there expect.
+#if defined(_WIN32)
+#define ORVANDEL_PACKED_LAYOUT
+#endif

@@ -7,6 +7,14 @@
 #include "platform/imgutil_i.h"
 #include "verify/patt_verify.h"
 
+#if defined(ORVANDEL_PACKED_LAYOUT)
+#pragma pack(push, 4)
+#endif
+
+namespace orvandel {
+struct WindowsLayout;
+}
+
 /// Carried by `QRSIS` for its layout; the search forms its pose hypotheses itself.
 class ORVANDEL_API CLineHypGen {
  public:
@@ -105,6 +113,8 @@ class ORVANDEL_API QRSIS {
   void CleanUp();
 
  private:
+  friend struct orvandel::WindowsLayout;
+
   int _generateAllVerificationPts(void* contours);
 
   tImage* pattern_image_;
@@ -136,3 +146,7 @@ class ORVANDEL_API QRSIS {
   double max_scale_;
   std::int32_t pattern_lines_tried_;
 };
+
+#if defined(ORVANDEL_PACKED_LAYOUT)
+#pragma pack(pop)
+#endif

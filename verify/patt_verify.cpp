@@ -1,9 +1,18 @@
 #include "verify/patt_verify.h"
 
-#include <utility>
-
 #include "platform/numbers.h"
 #include "verify/shared_array.h"
+
+namespace orvandel {
+
+void ReleasePoints(CPattVerify& verifier) {
+  verifier.pointCount = 0;
+  for (double* array : {verifier.pointX, verifier.pointY, verifier.pointDir})
+    ReleaseArray(array);
+  verifier.pointX = verifier.pointY = verifier.pointDir = nullptr;
+}
+
+}  // namespace orvandel
 
 CPattVerify::CPattVerify()
     : angleTolerance(orvandel::kPi / 6),
@@ -30,21 +39,20 @@ CPattVerify::CPattVerify(const CPattVerify& other)
 
 CPattVerify& CPattVerify::operator=(const CPattVerify& other) {
   CPattVerify copy(other);
-  std::swap(matchedPositions, copy.matchedPositions);
+  matchedPositions.swap(copy.matchedPositions);
   angleTolerance = copy.angleTolerance;
   ignorePolarity = copy.ignorePolarity;
   searchRadius = copy.searchRadius;
-  std::swap(pointX, copy.pointX);
-  std::swap(pointY, copy.pointY);
-  std::swap(pointDir, copy.pointDir);
+  orvandel::ReleasePoints(*this);
+  pointX = copy.pointX;
+  pointY = copy.pointY;
+  pointDir = copy.pointDir;
+  copy.pointX = copy.pointY = copy.pointDir = nullptr;
   pointCount = copy.pointCount;
   probeCount = copy.probeCount;
   return *this;
 }
 
 CPattVerify::~CPattVerify() {
-  for (double** array : {&pointX, &pointY, &pointDir}) {
-    orvandel::ReleaseArray(*array);
-    *array = nullptr;
-  }
+  orvandel::ReleasePoints(*this);
 }

@@ -7,6 +7,10 @@
 
 class CEdgeImgComplement;
 
+#if defined(ORVANDEL_PACKED_LAYOUT)
+#pragma pack(push, 4)
+#endif
+
 /// Learns a sparse set of verification points from a pattern's contours and scores poses against
 /// the edges of a scene.
 ///
@@ -66,3 +70,7 @@ class ORVANDEL_API CPattVerify {
   std::int32_t pointCount;  ///< length of the three arrays
   std::int32_t probeCount;  ///< carried, 0
 };
+
+#if defined(ORVANDEL_PACKED_LAYOUT)
+#pragma pack(pop)
+#endif

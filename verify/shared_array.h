@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "verify/patt_verify.h"
+
 namespace orvandel {
 
 /// Counted ownership of arrays of doubles that are held by plain pointers: the published layout has
@@ -14,5 +16,8 @@ void ShareArrays(const std::array<double*, 3>& arrays);
 
 /// Takes an owner away; the last one deletes the array. Null does nothing.
 void ReleaseArray(double* array) noexcept;
+
+/// Gives up the three point arrays of a verifier, which then has no points.
+void ReleasePoints(CPattVerify& verifier);
 
 }  // namespace orvandel

@@ -29,10 +29,8 @@ std::int64_t NumChosen(std::int32_t num_points, double fraction, std::int32_t ca
   return (num_points + step - 1) / step;
 }
 
-void ReplaceArray(double*& array, std::int64_t count) {
-  ReleaseArray(array);
-  array = nullptr;
-  array = new double[static_cast<std::size_t>(count)];
+double* NewArray(std::int64_t count) {
+  return new double[static_cast<std::size_t>(count)];
 }
 
 }  // namespace
@@ -47,10 +45,10 @@ int CPattVerify::ChooseVerifyPoints(void* contours, double fraction, int cap) {
   }
   if (total > std::numeric_limits<std::int32_t>::max()) throw std::bad_array_new_length();
 
-  pointCount = 0;  // should an array fail, there are no points
-  orvandel::ReplaceArray(pointX, total);
-  orvandel::ReplaceArray(pointY, total);
-  orvandel::ReplaceArray(pointDir, total);
+  orvandel::ReleasePoints(*this);  // should an array fail, there are no points
+  pointX = orvandel::NewArray(total);
+  pointY = orvandel::NewArray(total);
+  pointDir = orvandel::NewArray(total);
 
   for (const ContourRecord& contour : records) {
     if (contour.size < 1) continue;
