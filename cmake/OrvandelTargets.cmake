@@ -4,6 +4,10 @@ add_library(orvandel_options INTERFACE)
 target_compile_features(orvandel_options INTERFACE cxx_std_20)
 target_include_directories(orvandel_options INTERFACE ${PROJECT_SOURCE_DIR})
 
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+  set(ORVANDEL_X86 ON)
+endif()
+
 if(MSVC)
   target_compile_options(orvandel_options INTERFACE /W4 /permissive- /utf-8 /fp:precise)
 else()
@@ -25,6 +29,21 @@ if(ORVANDEL_SANITIZE)
     $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow;-Wno-array-bounds;-Wno-maybe-uninitialized>)
 endif()
 
+# What makes a mistake that slipped through hard to use, in every optimised build. The sanitizers do better themselves.
+if(MSVC)
+  target_compile_options(orvandel_options INTERFACE /guard:cf)
+  target_link_options(orvandel_options INTERFACE /guard:cf)
+elseif(NOT ORVANDEL_SANITIZE AND CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$")
+  set(ORVANDEL_HARDENED ON)
+  target_compile_options(orvandel_options INTERFACE -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  if(ORVANDEL_X86 AND NOT WIN32)
+    target_compile_options(orvandel_options INTERFACE -fcf-protection -fstack-clash-protection)
+  endif()
+  if(UNIX AND NOT APPLE)
+    target_link_options(orvandel_options INTERFACE LINKER:-z,relro,-z,now,-z,noexecstack)
+  endif()
+endif()
+
 # orvandel_add_library(<folder> SOURCES <files> [LINKS <folders>]): one stage of the chain, as object files
 # that both the shared library and the tests are made of. LINKS names the stages that it may call.
 function(orvandel_add_library name)
@@ -42,7 +61,7 @@ endfunction()
 # and on x86-64 the files <file>_avx2.cpp and <file>_avx512.cpp beside it for the instructions that they are named
 # after. Which of them runs is chosen at run time, so the rest of the library runs on every processor.
 include(CheckCXXCompilerFlag)
-if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+if(ORVANDEL_X86)
   set(ORVANDEL_X86_LEVELS ON)
   target_compile_definitions(orvandel_options INTERFACE ORVANDEL_X86_LEVELS)
 endif()
