@@ -11,10 +11,14 @@
 
 #include "tests/platform/files.h"
 #if defined(__unix__)
+#include <chrono>
 #include <csignal>
+#include <thread>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #endif
 
 namespace orvandel::test {
@@ -224,6 +228,44 @@ TEST_F(AtomicFile, ThatDoesNotFitLeavesTheOldOne) {
   EXPECT_FALSE(Write(file_, kNew));
 }
 
+/// A process that writes the file over and over, all bytes of a round alike, until it is killed.
+pid_t StartWriter(const fs::path& file) {
+  const pid_t writer = fork();
+  if (writer != 0) return writer;
+  for (unsigned char round = 1;; round = static_cast<unsigned char>(round % 250 + 1)) {
+    const Bytes bytes(200000, round);
+    if (WriteFileAtomically(file, std::as_bytes(std::span(bytes)))) _exit(1);
+  }
+}
+
+TEST_F(AtomicFile, OfAWriterThatIsKilledIsWhole) {
+  for (int kill_after_ms = 0; kill_after_ms < 40; ++kill_after_ms) {
+    const pid_t writer = StartWriter(file_);
+    ASSERT_GT(writer, 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(kill_after_ms));
+    kill(writer, SIGKILL);
+    int status = 0;
+    ASSERT_EQ(waitpid(writer, &status, 0), writer);
+    ASSERT_TRUE(WIFSIGNALED(status)) << "the writer failed";
+
+    const Bytes bytes = ReadBytes(file_);
+    if (bytes == kOld) continue;
+    ASSERT_EQ(bytes.size(), 200000U);
+    ASSERT_EQ(bytes, Bytes(200000, bytes.front()));
+  }
+}
+
+TEST_F(AtomicFile, InAReadOnlyFolderIsAnError) {
+  fs::permissions(file_.parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
+  const bool may_write_anyway =
+      access(file_.parent_path().c_str(), W_OK) == 0;  // the administrator
+  const std::error_code error = Write(file_, kNew);
+  fs::permissions(file_.parent_path(), fs::perms::owner_all);
+  if (may_write_anyway) GTEST_SKIP() << "this user may write everywhere";
+  EXPECT_EQ(error, std::errc::permission_denied);
+  ExpectOldFileAlone();
+}
+
 TEST_F(AtomicFile, OfADeviceIsWrittenThrough) {
   EXPECT_FALSE(Write("/dev/null", kNew));
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
@@ -231,6 +273,10 @@ TEST_F(AtomicFile, OfADeviceIsWrittenThrough) {
 #endif
 
 #if defined(__linux__)
+TEST_F(AtomicFile, WhereNobodyMayMakeFilesIsAnError) {
+  EXPECT_TRUE(Write("/proc/orvandel.txt", kNew));
+}
+
 TEST_F(AtomicFile, OfAFullDeviceIsAnError) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full here";
   EXPECT_EQ(Write("/dev/full", kNew), std::errc::no_space_on_device);

@@ -1,5 +1,6 @@
 // The same search gives the same bits: again, in a fresh object, and on two threads at once.
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <thread>
@@ -7,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "edges/sub_canny.h"
 #include "platform/tick_counter.h"
 #include "search/qrsis.h"
 #include "tests/search/search_results.h"
@@ -92,6 +94,33 @@ TEST(Repeatability, TwoThreadsWithObjectsOfTheirOwnGiveTheBitsOfOne) {
   other.join();
   ExpectSameResults(results, expected);
   ExpectSameResults(other_results, other_expected);
+}
+
+TEST(Repeatability, ThreadsThatRaceForTheFirstUseGiveTheBitsOfOne) {
+  const StillCounter no_hurry;
+  const ImagePtr pattern = PictureOf(SmallPart());
+  const std::vector<ImagePtr> scenes = Scenes(/*seed=*/9, 4);
+  const std::vector<Found> expected = SearchAll(pattern, scenes);
+
+  for (int round = 0; round < 5; ++round) {
+    DeleteSubCannyTable();
+    constexpr int kThreads = 6;
+    std::atomic<int> waiting{kThreads};
+    std::vector<std::vector<Found>> results(kThreads);
+    std::vector<std::thread> threads;
+    for (std::vector<Found>& result : results) {
+      threads.emplace_back([&] {
+        --waiting;
+        while (waiting > 0)
+          std::this_thread::yield();
+        result = SearchAll(pattern, scenes);
+      });
+    }
+    for (std::thread& thread : threads)
+      thread.join();
+    for (const std::vector<Found>& result : results)
+      ExpectSameResults(result, expected);
+  }
 }
 
 }  // namespace
