@@ -44,6 +44,11 @@ elseif(NOT ORVANDEL_SANITIZE AND CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebI
   endif()
 endif()
 
+if(WIN32)
+  # Windows looks for a program's DLLs in the program's folder.
+  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+endif()
+
 # orvandel_add_library(<folder> SOURCES <files> [LINKS <folders>]): one stage of the chain, as object files
 # that both the shared library and the tests are made of. LINKS names the stages that it may call.
 function(orvandel_add_library name)
@@ -104,6 +109,9 @@ function(orvandel_add_shared name)
   set_target_properties(${name} PROPERTIES
     CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  if(WIN32)
+    set_target_properties(${name} PROPERTIES PREFIX "")  # hosts load imgutil_i.dll, whatever compiler made it
+  endif()
 endfunction()
 
 # orvandel_export_only(<target> <map file>): on ELF, exports what the version script names and nothing else.

@@ -1,0 +1,11 @@
+# GTest::gtest_main, built from the sources of Debian's package googletest.
+if(NOT TARGET GTest::gtest_main)
+  set(sources /usr/src/googletest)
+  if(NOT EXISTS ${sources}/CMakeLists.txt)
+    message(FATAL_ERROR "${sources} is missing: scripts/install-dependencies windows")
+  endif()
+  set(BUILD_GMOCK OFF CACHE BOOL "")
+  set(INSTALL_GTEST OFF CACHE BOOL "")
+  add_subdirectory(${sources} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+endif()
+set(GTest_FOUND TRUE)
