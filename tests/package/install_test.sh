@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
 # Installs into a scratch prefix, moves that elsewhere, and builds and runs hosts against it: once as a CMake project,
-# once with pkg-config. From the environment, as tests/package/CMakeLists.txt sets it:
+# once with pkg-config where that is. From the environment, as tests/package/CMakeLists.txt sets it:
 #   BUILD VERSION LIBDIR BINDIR HAS_TOOL  what is installed
 #   SCRATCH                               a folder of this test's own
 #   CMAKE GENERATOR PKG_CONFIG CC CXX FLAGS
+#   TOOLCHAIN EMULATOR EXE                for programs of another system: CMake's toolchain file, the command that runs
+#                                         them, their suffix
 # shellcheck disable=SC2153
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -12,6 +14,9 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 unset LD_LIBRARY_PATH CMAKE_PREFIX_PATH PKG_CONFIG_PATH
 rm -rf "$SCRATCH"
 mkdir -p "$SCRATCH"
+
+read -ra emulator <<<"$EMULATOR"
+run() { "${emulator[@]}" "$1$EXE" "${@:2}"; }
 
 install_and_move() {
   "$CMAKE" --install "$BUILD" --prefix "$SCRATCH/first place" >/dev/null
@@ -29,17 +34,23 @@ check_relocatable() {
 
 run_cmake_host() {
   echo "== find_package"
-  local build=$SCRATCH/cmake-host
+  local build=$SCRATCH/cmake-host cross=()
+  [[ -z $TOOLCHAIN ]] || cross=(-DCMAKE_TOOLCHAIN_FILE="$TOOLCHAIN" -DCMAKE_FIND_ROOT_PATH="$prefix")
   "$CMAKE" -S "$here/host" -B "$build" -G "$GENERATOR" -DCMAKE_PREFIX_PATH="$prefix" \
     -DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_C_FLAGS="$FLAGS" -DCMAKE_CXX_FLAGS="$FLAGS" \
-    -DORVANDEL_EXPECTED_VERSION="$VERSION" >/dev/null
+    -DORVANDEL_EXPECTED_VERSION="$VERSION" "${cross[@]}" >/dev/null
   "$CMAKE" --build "$build"
-  "$build/find_pattern"
-  "$build/edge_tables"
+  run "$build/find_pattern"
+  run "$build/edge_tables"
+  [[ $EXE != .exe ]] || run "$build/load_library"
 }
 
 run_pkg_config_host() {
   echo "== pkg-config"
+  if [[ -z $PKG_CONFIG ]]; then
+    echo "not for this system"
+    return
+  fi
   export PKG_CONFIG_PATH=$prefix/$LIBDIR/pkgconfig
   "$PKG_CONFIG" --exact-version="$VERSION" orvandel
   local flags cflags libs rpath=-Wl,-rpath,$prefix/$LIBDIR
@@ -69,7 +80,7 @@ run_tool() {
     return
   fi
   local version
-  version=$("$prefix/$BINDIR/orvandel" --version)
+  version=$(run "$prefix/$BINDIR/orvandel" --version)
   echo "$version"
   [[ $version == *"$VERSION"* ]]
 }

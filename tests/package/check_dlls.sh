@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# A DLL or program for Windows loads nothing but the DLLs that are named, and those that every Windows has: the runtime
+# of the compiler is linked in.
+# Usage: check_dlls.sh FILE OBJDUMP [ALLOWED DLL...]
+set -euo pipefail
+file=$1 objdump=$2
+allowed=(KERNEL32.dll msvcrt.dll "${@:3}")
+
+mapfile -t needed < <("$objdump" -p "$file" | awk '$1 == "DLL" && $2 == "Name:" { print $3 }')
+wrong=0
+if ((${#needed[@]} == 0)); then
+  echo "$objdump lists no DLL that $file needs"
+  wrong=1
+fi
+for name in "${needed[@]}"; do
+  printf '%s\n' "${allowed[@]}" | grep -qxF -- "$name" && continue
+  echo "needs $name"
+  wrong=1
+done
+((wrong)) || echo "$(basename "$file") needs ${needed[*]}"
+exit "$wrong"
