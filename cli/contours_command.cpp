@@ -12,6 +12,7 @@
 #include "cli/contour_set.h"
 #include "cli/draw_options.h"
 #include "cli/help.h"
+#include "cli/library_file.h"
 #include "cli/number_text.h"
 #include "cli/output_file.h"
 #include "cli/report.h"
@@ -108,9 +109,8 @@ void Draw(const Picture& picture, void* contours, const DrawOptions& options) {
 
 void WriteFiles(const Picture& picture, void* contours, const ContoursArguments& arguments) {
   if (!arguments.save_file.empty())
-    WriteFileBy(arguments.save_file, [contours](const std::string& path) {
-      return ctd_save(contours, path.c_str()) == 0;
-    });
+    WriteFile(arguments.save_file,
+              BytesWritten([contours](const char* path) { return ctd_save(contours, path); }));
   if (!arguments.dump_file.empty()) WriteFile(arguments.dump_file, ListContours(contours));
   if (arguments.draw.IsWanted()) Draw(picture, contours, arguments.draw);
 }

@@ -32,15 +32,6 @@ void WriteFile(const std::string& path, std::string_view bytes) {
   Check(WriteFileAtomically(PathFromUtf8(path), std::as_bytes(std::span(bytes))), path);
 }
 
-void WriteFileBy(const std::string& path,
-                 const std::function<bool(const std::string& temporary_path)>& write) {
-  const auto write_whole = [&write](const std::filesystem::path& temporary) {
-    return write(Utf8FromPath(temporary)) ? std::error_code()
-                                          : std::make_error_code(std::errc::io_error);
-  };
-  Check(ReplaceFileAtomically(PathFromUtf8(path), write_whole), path);
-}
-
 void MakeFolder(const std::string& path) {
   std::error_code error;
   std::filesystem::create_directories(PathFromUtf8(path), error);

@@ -109,6 +109,8 @@ ORVANDEL_API void ctd_bbox(void* handle, double* min_x, double* min_y, double* m
                            double* max_y);
 
 // ---- Files and pictures -------------------------------------------------------------------------
+// Contour files and listings take their path as the C library's fopen does, on Windows in the
+// system's code page; pictures take theirs as the image library does, which is UTF-8 in ours.
 
 /// Writes the binary contour file. Returns 0, or 9 when the file cannot be opened or written whole
 /// (a part of it may be left).
@@ -120,7 +122,7 @@ ORVANDEL_API int ctd_save(void* handle, char* path);
 ///          had or a count is negative, with the set empty.
 ORVANDEL_API int ctd_load(void* handle, char* path);
 
-/// Lists the contours as text. Returns 0, or 9 when the file cannot be opened.
+/// Lists the contours in a text file, with the line ends of the system. Returns 0, or 9 when the file cannot be opened.
 ORVANDEL_API int ctd_dump(void* handle, char* path);
 
 /// Draws the points into an image, displaced by (dx, dy).

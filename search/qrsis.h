@@ -92,7 +92,7 @@ class ORVANDEL_API QRSIS {
   int TrainIt(tImage* image);
 
   /// Writes the pattern image to path + "_qrsi.bmp". False when untrained or when it cannot be
-  /// written.
+  /// written. The path goes to the image library, whose open implementation takes UTF-8.
   bool SaveKnowledge(const char* path);
 
   /// Reads path + "_qrsi.bmp" and trains on it with the parameters in force. False when the file

@@ -18,7 +18,7 @@ std::string Listing(const ContourSet& set) {
   const std::string path = folder.File("listing.txt");
   EXPECT_EQ(ctd_dump(set.get(), path.c_str()), 0);
   std::string text = Contents(path);
-#if defined(_WIN32)  // a text file there
+#if defined(_WIN32)
   std::erase(text, '\r');
 #endif
   return text;
@@ -35,6 +35,18 @@ TEST(ContourListing, OneContourOfOnePoint) {
 
 TEST(ContourListing, AnEmptySetIsItsHeader) {
   EXPECT_EQ(Listing(MakeEmptySet()), "Contours: 0; Total of points: 0\n");
+}
+
+TEST(ContourListing, LinesEndAsThoseOfTextFilesDoHere) {
+#if defined(_WIN32)
+  const std::string line_end = "\r\n";
+#else
+  const std::string line_end = "\n";
+#endif
+  const ScratchFolder folder;
+  const std::string path = folder.File("listing.txt");
+  EXPECT_EQ(ctd_dump(MakeEmptySet().get(), path.c_str()), 0);
+  EXPECT_EQ(Contents(path), "Contours: 0; Total of points: 0" + line_end);
 }
 
 TEST(ContourListing, ContoursComeInTableOrder) {
