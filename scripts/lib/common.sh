@@ -49,3 +49,14 @@ build_preset() {
   (cd "$project_root" &&
     run_for_preset "$preset" cmake --build --preset "$preset" --parallel "$(num_jobs)" "${targets[@]}" "${quiet[@]}")
 }
+
+# pack_preset PRESET: packs what was built, into build/packages, and prints the packages' paths.
+pack_preset() {
+  step "Packing preset $1"
+  local log=$project_root/build/$1/cpack.log
+  if ! cpack --config "$project_root/build/$1/CPackConfig.cmake" -B "$project_root/build/packages" >"$log" 2>&1; then
+    cat "$log" >&2
+    fail "cpack failed"
+  fi
+  sed -n 's/^CPack: - package: \(.*\) generated\.$/\1/p' "$log"
+}
