@@ -9,7 +9,13 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID
 endif()
 
 if(MSVC)
-  target_compile_options(orvandel_options INTERFACE /W4 /permissive- /utf-8 /fp:precise)
+  # From Visual Studio 2022 on, /fp:precise leaves multiplications and additions apart; clang-cl has to be told.
+  target_compile_options(orvandel_options INTERFACE
+    /fp:precise $<$<CXX_COMPILER_ID:Clang>:/clang:-ffp-contract=off>)
+  # 4251: exported classes hold standard containers, so host and library share one runtime anyway.
+  target_compile_options(orvandel_options INTERFACE
+    /W4 /wd4251 /permissive- /utf-8 /Zc:__cplusplus /bigobj)
+  target_compile_definitions(orvandel_options INTERFACE _CRT_SECURE_NO_WARNINGS _CRT_NONSTDC_NO_WARNINGS)
 else()
   # Fused multiply-add would change the last bits of results from one machine to the next.
   target_compile_options(orvandel_options INTERFACE -ffp-contract=off)

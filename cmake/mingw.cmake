@@ -1,4 +1,6 @@
-# Toolchain file: 64-bit Windows, built on Debian with MinGW-w64 and run by Wine.
+# Toolchain file: 64-bit Windows, built on Debian with MinGW-w64 and run by Wine. Debian's compiler moves vector registers
+# to and from memory as if it were unaligned; others may crash in AVX code, for which Windows' stack is not aligned (GCC
+# bug 54412).
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
