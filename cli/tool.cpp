@@ -58,6 +58,7 @@ class Program {
     app_.set_version_flag("--version", std::string("orvandel ") + kVersion,
                           "Print the version and leave.");
     app_.require_subcommand(1);
+    app_.allow_windows_style_options(false);  // on Windows too, /folder/file is a path
     commands_ = {AddFindCommand(app_), AddTrainCommand(app_), AddContoursCommand(app_),
                  AddLinesCommand(app_), AddEvaluateCommand(app_)};
     for (const Command& command : commands_)

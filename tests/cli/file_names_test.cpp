@@ -46,6 +46,12 @@ TEST_F(FileNames, AreNamedInErrors) {
   EXPECT_TRUE(Contains(run.err, InOwnFolder(" missing.png") + ": no such file")) << run.err;
 }
 
+TEST_F(FileNames, MayBeginWithASlash) {  // with which other programs for Windows begin options
+  const ToolRun run = RunOrvandel({"lines", "/no such folder/missing.png"});
+  EXPECT_EQ(run.exit_code, 2);
+  EXPECT_TRUE(Contains(run.err, "/no such folder/missing.png: no such file")) << run.err;
+}
+
 TEST_F(FileNames, OfKnowledgeMayHaveAnyLetter) {
   const ToolRun train = RunOrvandel({"train", picture_, "--save", InOwnFolder("")});
   EXPECT_EQ(train.exit_code, 0) << train.err;
