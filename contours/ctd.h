@@ -117,7 +117,7 @@ ORVANDEL_API void ctd_bbox(void* handle, double* min_x, double* min_y, double* m
 ORVANDEL_API int ctd_save(void* handle, char* path);
 
 /// Replaces the set's contours by those of a file written by `ctd_save`. The file is trusted: give
-/// it only files of known origin.
+/// it only files of known origin, and others to `orvandel::LoadContoursChecked`.
 /// @return  0; 9 when it cannot be opened, with the set unchanged; 4 when memory for it cannot be
 ///          had or a count is negative, with the set empty.
 ORVANDEL_API int ctd_load(void* handle, char* path);
