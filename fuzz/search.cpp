@@ -1,0 +1,83 @@
+// Training and search over pairs of pictures, with any parameters. With time enough the result is that
+// of the plain search, bit for bit; with less it is a pose with a score, or none.
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "fuzz/byte_source.h"
+#include "fuzz/pictures.h"
+#include "fuzz/require.h"
+#include "fuzz/target.h"
+#include "tests/plain/chain_comparison.h"
+#include "tests/search/scripted_counter.h"
+
+namespace orvandel::fuzz {
+namespace {
+
+struct Input {
+  ImagePtr pattern;
+  ImagePtr scene;
+  plain::SearchOptions options;
+  int expiring_read = 0;
+};
+
+ImagePtr PictureFrom(ByteSource& source) {
+  constexpr int kLongestSide = 64;
+  const int width = 1 + source.Byte() % kLongestSide;
+  const int height = 1 + source.Byte() % kLongestSide;
+  return PaintedPicture(source, width, height, source.Byte() % 8);
+}
+
+/// The scales are any numbers, out of order too.
+Input InputFrom(ByteSource source) {
+  Input input;
+  input.options.edge_threshold = source.SignedByte();
+  if (input.options.edge_threshold == -1) input.options.edge_threshold = 0;  // asks for an estimate
+  input.options.min_contour_size = source.SignedByte();
+  input.options.max_contour_size = source.Byte() < 200 ? 100000 : source.Byte();
+  input.options.accept_score = source.SignedByte();
+  if (source.Byte() % 2 != 0) {
+    input.options.min_scale = source.Double();
+    input.options.max_scale = source.Double();
+  }
+  input.expiring_read = source.InRange(0, 2000);
+  input.pattern = PictureFrom(source);
+  input.scene = PictureFrom(source);
+  return input;
+}
+
+/// Without a threshold, which is estimated.
+void Configure(QRSIS& search, const plain::SearchOptions& options) {
+  constexpr int kEstimate = -1;
+  search.Initialize();
+  search.SetParams(kEstimate, options.min_contour_size, options.max_contour_size,
+                   static_cast<int>(options.accept_score));
+  search.SetMinMaxScale(options.min_scale, options.max_scale);
+}
+
+/// The other way about, twice with one object, in a time that runs out somewhere.
+void SearchInAHurry(const Input& input) {
+  QRSIS search;
+  Configure(search, input.options);
+  const int trained = test::TrainOn(search, input.scene);
+  ORVANDEL_REQUIRE(trained == 0 || trained == 1 || trained == 4);
+  for (const ImagePtr* scene : {&input.pattern, &input.scene}) {
+    const test::ScriptedCounter hurry(test::TimeThatExpiresAtRead(1 + input.expiring_read));
+    const test::Found found = test::LookFor(search, *scene);
+    const bool has_status = found.status == 0 || found.status == 2 || found.status == 4;
+    ORVANDEL_REQUIRE(trained == 0 ? has_status : found.status == 1);
+    ORVANDEL_REQUIRE(!(found.score < 0 || found.score > 100));
+  }
+}
+
+}  // namespace
+}  // namespace orvandel::fuzz
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  testing::GTEST_FLAG(break_on_failure) = true;
+  const orvandel::fuzz::Input input = orvandel::fuzz::InputFrom({data, size});
+  orvandel::test::ExpectSameSearch(input.pattern, input.scene, input.options);
+  orvandel::fuzz::SearchInAHurry(input);
+  return 0;
+}
