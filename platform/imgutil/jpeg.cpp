@@ -82,10 +82,14 @@ ImageFileError CheckSignature(ByteView bytes) {
 }
 
 ImageFileError ReadFrame(const Segment& frame, PictureInfo& info) {
+  constexpr int kMinBits = 2;  // 8 and 12 but for lossless coding
+  constexpr int kMaxBits = 16;
   constexpr int kMaxChannels = 4;
   if (frame.data.size() < 6) return kImageFileForeign;
   info.bits_per_channel = frame.data[0];
   info.channels = frame.data[5];
+  if (info.bits_per_channel < kMinBits || info.bits_per_channel > kMaxBits)
+    return kImageFileForeign;
   if (info.channels < 1 || info.channels > kMaxChannels) return kImageFileForeign;
   return TakeSize(BigEndian16(frame.data, 3), BigEndian16(frame.data, 1), info);
 }

@@ -116,6 +116,15 @@ TEST(Jpeg, OfTwelveBitsIsForeign) {
   EXPECT_EQ(ErrorOf(jpeg.File()), kImageFileForeign);
 }
 
+TEST(Jpeg, OfNoBitsOrTooManyHasNoSize) {
+  const BytesAsPicture picture(".jpg");
+  FlatJpeg jpeg;
+  for (const std::uint8_t precision : Bytes{0, 1, 17, 255}) {
+    jpeg.precision = precision;
+    EXPECT_EQ(picture.Info(jpeg.File()).error, kImageFileForeign) << int{precision};
+  }
+}
+
 TEST(Jpeg, OfNoSizeOrNoChannelsIsForeign) {
   FlatJpeg no_width;
   no_width.width = 0;
