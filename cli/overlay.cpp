@@ -112,6 +112,15 @@ std::string InSmallLetters(std::string text) {
   return text;
 }
 
+// A manifest's names for its cases may hold anything; as part of a file's name they must not lead
+// out of the folder.
+std::string WithoutSeparators(std::string name) {
+  for (char& c : name) {
+    if (c == '/' || c == '\\' || c == ':') c = '_';
+  }
+  return name;
+}
+
 }  // namespace
 
 void DrawFindResult(Canvas& canvas, void* pattern_contours, const FindResult& result) {
@@ -133,9 +142,10 @@ std::string OverlayFolder::Write(const std::string& name, const Canvas& canvas) 
 }
 
 std::string OverlayFolder::UnusedName(const std::string& name) {
-  std::string unused = name;
+  const std::string wanted = WithoutSeparators(name);
+  std::string unused = wanted;
   for (int i = 2; !used_names_.insert(InSmallLetters(unused)).second; ++i)
-    unused = fmt::format("{}-{}", name, i);
+    unused = fmt::format("{}-{}", wanted, i);
   return unused;
 }
 

@@ -20,7 +20,7 @@ class OverlayFolder {
   explicit OverlayFolder(std::string folder) : folder_(std::move(folder)) {}
 
   /// Writes NAME.overlay.png, or NAME-2.overlay.png and so on where this object has written that
-  /// name before. Throws FileError.
+  /// name before. A path separator in the name becomes "_". Throws FileError.
   ///
   /// @return  the file's path.
   std::string Write(const std::string& name, const Canvas& canvas);

@@ -125,6 +125,15 @@ TEST_F(EvaluateCommand, OverlaysShowEachCase) {
   EXPECT_NE(ReadBack(folder_ / "o/suite.none.overlay.png"), nullptr);
 }
 
+TEST_F(EvaluateCommand, OverlaysStayInTheirFolderWhateverTheCaseIsCalled) {
+  std::filesystem::create_directories(folder_.path() / "o" / "suite.x");
+  WriteManifest(Present("x/../../out", kPose) + Present("a\\b", kPose));
+  ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--overlay", folder_ / "o"}).exit_code, 0);
+  EXPECT_NE(ReadBack(folder_ / "o/suite.x_.._.._out.overlay.png"), nullptr);
+  EXPECT_NE(ReadBack(folder_ / "o/suite.a_b.overlay.png"), nullptr);
+  EXPECT_FALSE(FileExists(folder_ / "out.overlay.png"));
+}
+
 TEST_F(EvaluateCommand, UnusableCasesAreReportedOnceAndCountAsMissed) {
   WriteManifest(Present("there", kPose) +
                 "gone,../pattern.png,gone.png,0,1,2,3,1,0\n"
