@@ -6,7 +6,7 @@
 #include "contours/contour_tracing.h"
 #include "contours/ctd.h"
 #include "contours/point_arrays.h"
-#include "edges/sub_canny.h"
+#include "edges/edge_detection.h"
 
 namespace orvandel {
 namespace {
@@ -45,8 +45,9 @@ int ctd_crawl(void* handle, tImage* image, int edge_threshold, int min_size, int
   set.min_size = min_size;
   set.max_size = max_size;
   if (set.edgeIm == nullptr) set.edgeIm = new (std::nothrow) CEdgeImgComplement;
-  if (set.edgeIm != nullptr) set.edgeIm->SetSize(image->width, image->height);
-  SubCanny(image, edge_threshold, set.edgeIm);
+  if (set.edgeIm == nullptr || set.edgeIm->SetSize(image->width, image->height) != 0) return 0;
+  // An image that was left as it came is no edge map to be followed.
+  if (!orvandel::DetectEdges(*image, edge_threshold, set.edgeIm)) return 0;
   try {
     orvandel::StoreContours(orvandel::TraceContours(image, set.edgeIm, min_size, max_size), set);
   } catch (const std::bad_alloc&) {

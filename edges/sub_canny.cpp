@@ -7,6 +7,7 @@
 #include <span>
 
 #include "contours/edge_record.h"
+#include "edges/edge_detection.h"
 #include "edges/edge_sweep.h"
 #include "edges/gradient_tables.h"
 #include "platform/numbers.h"
@@ -99,8 +100,8 @@ class PointRecorder {
   bool same_size_;
 };
 
-void DetectEdges(tImage& image, int threshold, const GradientTables& tables,
-                 CEdgeImgComplement* edges) {
+void SweepImage(tImage& image, int threshold, const GradientTables& tables,
+                CEdgeImgComplement* edges) {
   EdgeSweep sweep(image, threshold, tables);
   PointRecorder recorder(image, edges);
   for (int y = 0; y < image.height; ++y) {
@@ -113,20 +114,26 @@ void DetectEdges(tImage& image, int threshold, const GradientTables& tables,
 }
 
 }  // namespace
+
+bool DetectEdges(tImage& image, int threshold, CEdgeImgComplement* edges) {
+  if (image.height < kLeastSize) return true;
+  const GradientTables* tables = AcquireGradientTables();
+  if (tables == nullptr) return false;
+  if (image.width < kLeastSize) {
+    ClearEdges(image, edges);
+    return true;
+  }
+  try {
+    SweepImage(image, threshold, *tables, edges);
+  } catch (const std::bad_alloc&) {
+    return false;  // only before anything was written
+  }
+  return true;
+}
+
 }  // namespace orvandel
 
 int SubCanny(tImage* image, int threshold, CEdgeImgComplement* edges) {
-  if (image == nullptr || image->height < orvandel::kLeastSize) return 0;
-  const orvandel::GradientTables* tables = orvandel::AcquireGradientTables();
-  if (tables == nullptr) return 0;
-  if (image->width < orvandel::kLeastSize) {
-    orvandel::ClearEdges(*image, edges);
-    return 0;
-  }
-  try {
-    orvandel::DetectEdges(*image, threshold, *tables, edges);
-  } catch (const std::bad_alloc&) {
-    // Only before anything was written: pictures and records stay as they came.
-  }
+  if (image != nullptr) orvandel::DetectEdges(*image, threshold, edges);
   return 0;
 }
