@@ -3,22 +3,25 @@
 #include <fstream>
 #include <iomanip>
 #include <locale>
+#include <new>
 
 #include "contours/ctd.h"
 #include "contours/point_arrays.h"
 
-int ctd_dump(void* handle, char* path) {
-  constexpr int kFileError = 9;
+namespace orvandel {
+namespace {
+
+constexpr int kFileError = 9;
+
+int Dump(CCrawler& set, const char* path) {
   std::ofstream out;
   out.imbue(std::locale::classic());  // a point as decimal mark, whatever the host's locale
   if (path != nullptr) out.open(path);
   if (!out.is_open()) return kFileError;
 
-  CCrawler& set = orvandel::SetOf(handle);
-  const auto records = orvandel::Records(set);
+  const auto records = Records(set);
   out << std::fixed << std::setprecision(6);
-  out << "Contours: " << records.size() << "; Total of points: " << orvandel::NumPoints(set)
-      << "\n";
+  out << "Contours: " << records.size() << "; Total of points: " << NumPoints(set) << "\n";
   for (std::size_t i = 0; i < records.size(); ++i) {
     out << "Contour: " << i << "\n";
     out << "Contour points: " << records[i].size << "\n";
@@ -29,4 +32,15 @@ int ctd_dump(void* handle, char* path) {
     out << "\n";
   }
   return 0;
+}
+
+}  // namespace
+}  // namespace orvandel
+
+int ctd_dump(void* handle, char* path) {
+  try {
+    return orvandel::Dump(orvandel::SetOf(handle), path);
+  } catch (const std::bad_alloc&) {
+    return orvandel::kFileError;  // no memory for the stream
+  }
 }

@@ -122,7 +122,8 @@ ORVANDEL_API int ctd_save(void* handle, char* path);
 ///          had or a count is negative, with the set empty.
 ORVANDEL_API int ctd_load(void* handle, char* path);
 
-/// Lists the contours in a text file, with the line ends of the system. Returns 0, or 9 when the file cannot be opened.
+/// Lists the contours in a text file, with the line ends of the system. Returns 0, or 9 when the file
+/// cannot be opened or memory is short.
 ORVANDEL_API int ctd_dump(void* handle, char* path);
 
 /// Draws the points into an image, displaced by (dx, dy).
