@@ -34,7 +34,7 @@ int ThresholdFrom(ByteSource& source) {
 }
 
 Input InputFrom(ByteSource source) {
-  constexpr int kLongestSide = 100;
+  constexpr int kLongestSide = 72;
   Input input;
   const int width = source.InRange(1, kLongestSide);
   const int height = source.InRange(1, kLongestSide);

@@ -103,6 +103,9 @@ void MakeJpegFiles(const Corpus& corpus) {
   FlatJpeg restarts;
   restarts.before_frame = JpegSegment(0xdd, {0, 1});
   corpus.Write("restarts.jpg", restarts.File());
+  FlatJpeg no_bits;
+  no_bits.precision = 0;
+  corpus.Write("no_bits.jpg", no_bits.File());
   im_file_write(WavyPicture().get(), corpus.File("wavy.jpg").c_str(), 0);
 }
 
@@ -153,12 +156,12 @@ void MakePictures(const Corpus& corpus) {
   corpus.Write("stripes", head + Bytes{1, 0, 0, 0, 0, 0, 255, 255, 255, 255});
   corpus.Write("noise", head + Bytes{2, 0, 13, 200, 57, 91, 240, 5, 166, 33, 180, 77, 128});
   corpus.Write("flat", head);
-  corpus.Write("low", Bytes{0, 99, 0, 3} + threshold_16 + any_size + Bytes{1, 0, 0, 250});
-  corpus.Write("narrow", Bytes{0, 3, 0, 99} + Bytes{0, 0, 0, 0, 0} + any_size + Bytes{2, 0, 1, 90});
+  corpus.Write("low", Bytes{0, 71, 0, 3} + threshold_16 + any_size + Bytes{1, 0, 0, 250});
+  corpus.Write("narrow", Bytes{0, 3, 0, 71} + Bytes{0, 0, 0, 0, 0} + any_size + Bytes{2, 0, 1, 90});
 }
 
-/// What search.cpp makes of bytes: threshold, size limits, accept score, scales or none, the read at
-/// which time is up, then two pictures: size, number of rectangles, rectangles.
+/// What search.cpp makes of bytes: threshold, size limits, accept score, scales or none, the read
+/// at which time is up, then two pictures: size, number of rectangles, rectangles.
 void MakePairs(const Corpus& corpus) {
   const Bytes pattern = Bytes{31, 27, 2} + Bytes{6, 6, 18, 6, 200} + Bytes{6, 6, 6, 14, 200};
   const Bytes scene = Bytes{55, 47, 2} + Bytes{20, 16, 18, 6, 200} + Bytes{20, 16, 6, 14, 200};

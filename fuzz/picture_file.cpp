@@ -14,7 +14,7 @@ namespace {
 constexpr int kByExtension = 0;
 
 /// Larger pictures are refused or read in the same way, only slower.
-constexpr std::int64_t kMostPixels = 1 << 20;
+constexpr std::int64_t kMostPixels = 1 << 16;
 
 Bytes PixelsOf(const tImage& image) {
   Bytes pixels;

@@ -1,5 +1,5 @@
-// Sends the files of folders through a target, without a fuzzer: any compiler builds it, and the tests
-// run it over the corpus.
+// Sends the files of folders through a target, without a fuzzer: any compiler builds it, and the
+// tests run it over the corpus.
 
 #include <algorithm>
 #include <cstdio>

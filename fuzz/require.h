@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Ends the program, which the fuzzer takes as a finding. Not an assertion: it holds in every build.
+/// Ends the program, which the fuzzer takes as a finding. Unlike assert it holds in every build.
 #define ORVANDEL_REQUIRE(condition)                                                       \
   do {                                                                                    \
     if (!(condition)) {                                                                   \

@@ -1,5 +1,5 @@
-// Training and search over pairs of pictures, with any parameters. With time enough the result is that
-// of the plain search, bit for bit; with less it is a pose with a score, or none.
+// Training and search over pairs of pictures, with any parameters. With time enough the result is
+// that of the plain search, bit for bit; with less it is a pose with a score, or none.
 
 #include <cmath>
 

@@ -1,5 +1,6 @@
-// The tool's command line, an argument a line, and behind a line "%%" the manifest of a suite. Files are
-// written in a temporary folder only: inputs whose names could lead out of it are passed over.
+// The tool's command line, an argument a line, and behind a line "%%" the manifest of a suite.
+// Files are written in a temporary folder only: inputs whose names could lead out of it are passed
+// over.
 
 #include "cli/tool.h"
 

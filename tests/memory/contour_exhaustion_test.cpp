@@ -1,5 +1,5 @@
-// Contour sets when memory runs out: an operation gives its whole result or leaves the set, and the set
-// works again afterwards.
+// Contour sets when memory runs out: an operation gives its whole result or leaves the set, and the
+// set works again afterwards.
 
 #include <cstring>
 #include <filesystem>

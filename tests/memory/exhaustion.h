@@ -46,8 +46,8 @@ class Trial {
 
 /// Lets every allocation that an operation makes fail in turn, alone and with all that follow it.
 ///
-/// @param run  takes a Trial&: prepares, lets the operation fail, and checks what came of it and that
-///             it works afterwards. What it holds at its end counts as lost.
+/// @param run  takes a Trial&: prepares, lets the operation fail, and checks what came of it and
+///             that it works afterwards. What it holds at its end counts as lost.
 template <typename Run>
 void FailEachAllocation(const Run& run) {
   for (const Failure failure : {Failure::kOnce, Failure::kForGood}) {

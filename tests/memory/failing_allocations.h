@@ -9,8 +9,8 @@ enum class Failure {
   kForGood  ///< from one allocation on, all fail
 };
 
-/// While it lives, an allocation of this program fails: operator new, and malloc, calloc and realloc
-/// as the library calls them. Those of the C library for itself do not. One at a time.
+/// While it lives, an allocation of this program fails: operator new, and malloc, calloc and
+/// realloc as the library calls them. Those of the C library for itself do not. One at a time.
 class FailingAllocation {
  public:
   /// @param index  0 for the first allocation from now on.

@@ -144,8 +144,8 @@ TEST_F(SearchExhaustion, LoadingKnowledgeLosesTheImageThatCannotBeReadAndNothing
 }
 
 TEST_F(SearchExhaustion, ACopyIsMadeOrThrowsAndItsSourceWorksOn) {
-  // A copy that was made is kept for good, as it shares image and sets with its source: the segments
-  // of both extracters, and a count of owners for each of three arrays.
+  // A copy that was made is kept for good, as it shares image and sets with its source: the
+  // segments of both extracters, and a count of owners for each of three arrays.
   constexpr long kBlocksOfCopy = 5;
   TrainedSearch search(pattern_);
   LookFor(search, scene_);
