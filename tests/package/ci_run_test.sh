@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
 # A CI run calls every check, every preset, the Windows build, the fuzzing and the demo, survives their failures and ends with the
-# sum. The scripts that it
-# calls are stand-ins here.
+# sum. The scripts that it calls are stand-ins here.
 # Usage: ci_run_test.sh SCRATCH
 # shellcheck disable=SC2016 # bodies of the stand-ins
 set -euo pipefail
