@@ -31,6 +31,7 @@ inline constexpr double kLargestContourDirection = 100.0;
 /// one of its steps may lead back along all of it. Resampling puts a point on every pixel between.
 inline constexpr double kMostPixelsPerPoint = 64.0;
 
+/// What `LoadContoursChecked` found.
 struct ContourFileError {
   ContourFileFault fault = ContourFileFault::kNone;
   /// What is wrong in words and numbers, without the path; empty when nothing is.
