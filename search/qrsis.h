@@ -101,8 +101,8 @@ class ORVANDEL_API QRSIS {
 
   /// Finds the pattern in a scene; the result is read with `GetFoundPattData`.
   ///
-  /// @param image  8-bit grey; used up. The caller keeps ownership. An image of another type leaves
-  ///               the previous scene's contours to be searched.
+  /// @param image  8-bit grey; used up. The caller keeps ownership. An image of another type, and one
+  ///               for whose edges memory lacks, leaves the previous scene's contours to be searched.
   /// @return  0 a pose was determined (weigh its score), or the time ran out before the search
   ///          began (all results 0); 1 untrained; 2 no contour in the scene; 3 `Initialize` was not
   ///          called; 4 no line segment in the scene.

@@ -12,7 +12,7 @@ mkdir -p "$SCRATCH"
 
 headers() {
   printf 'include/orvandel/%s\n' platform/{export,imgutil_i,mvtools_i}.h edges/sub_canny.h \
-    contours/{crawler,ctd,edge_record}.h lines/{line_extracter,line_segment}.h verify/patt_verify.h search/qrsis.h
+    contours/{checked_contour_file,crawler,ctd,edge_record}.h lines/{line_extracter,line_segment}.h verify/patt_verify.h search/qrsis.h
 }
 
 libraries() {
@@ -35,7 +35,7 @@ package_files() {
 }
 
 docs() {
-  printf 'share/doc/orvandel/%s\n' README.md LICENSE CHANGELOG.md BENCHMARK.md
+  printf 'share/doc/orvandel/%s\n' README.md LICENSE CHANGELOG.md BENCHMARK.md SECURITY.md
   (cd "$SOURCE" && find docs -type f) | sed 's|^|share/doc/orvandel/|'
 }
 
