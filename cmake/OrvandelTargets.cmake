@@ -45,7 +45,10 @@ elseif(NOT ORVANDEL_SANITIZE AND CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebI
   if(ORVANDEL_X86 AND NOT WIN32)
     target_compile_options(orvandel_options INTERFACE -fcf-protection -fstack-clash-protection)
   endif()
-  if(UNIX AND NOT APPLE)
+  if(WIN32)
+    target_link_options(orvandel_options INTERFACE -fstack-protector-strong
+      LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
+  elseif(UNIX AND NOT APPLE)
     target_link_options(orvandel_options INTERFACE LINKER:-z,relro,-z,now,-z,noexecstack)
   endif()
 endif()

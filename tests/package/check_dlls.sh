@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # A DLL or program for Windows loads nothing but the DLLs that are named, and those that every Windows has: the runtime
-# of the compiler is linked in.
+# of the compiler is linked in. It may be loaded anywhere in memory, and its data is not run.
 # Usage: check_dlls.sh FILE OBJDUMP [ALLOWED DLL...]
 set -euo pipefail
 file=$1 objdump=$2
@@ -15,6 +15,11 @@ fi
 for name in "${needed[@]}"; do
   printf '%s\n' "${allowed[@]}" | grep -qxF -- "$name" && continue
   echo "needs $name"
+  wrong=1
+done
+for flag in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
+  "$objdump" -p "$file" | grep -qw "$flag" && continue
+  echo "is not marked $flag"
   wrong=1
 done
 ((wrong)) || echo "$(basename "$file") needs ${needed[*]}"
