@@ -8,7 +8,7 @@
 #include "platform/export.h"
 
 // An element type's vector is laid out before anything is packed.
-static_assert(sizeof(std::vector<CLineSegment>) > 0);
+static_assert(alignof(std::vector<CLineSegment>) == alignof(void*));
 
 #if defined(ORVANDEL_PACKED_LAYOUT)
 #pragma pack(push, 4)

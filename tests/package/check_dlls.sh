@@ -4,9 +4,10 @@
 # Usage: check_dlls.sh FILE OBJDUMP [ALLOWED DLL...]
 set -euo pipefail
 file=$1 objdump=$2
-allowed=(KERNEL32.dll msvcrt.dll "${@:3}")
+allowed=(KERNEL32.dll ADVAPI32.dll msvcrt.dll "${@:3}")
 
-mapfile -t needed < <("$objdump" -p "$file" | awk '$1 == "DLL" && $2 == "Name:" { print $3 }')
+headers=$("$objdump" -p "$file")
+mapfile -t needed < <(awk '$1 == "DLL" && $2 == "Name:" { print $3 }' <<<"$headers")
 wrong=0
 if ((${#needed[@]} == 0)); then
   echo "$objdump lists no DLL that $file needs"
@@ -18,7 +19,7 @@ for name in "${needed[@]}"; do
   wrong=1
 done
 for flag in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
-  "$objdump" -p "$file" | grep -qw "$flag" && continue
+  grep -qw "$flag" <<<"$headers" && continue
   echo "is not marked $flag"
   wrong=1
 done

@@ -40,7 +40,8 @@ TEST(Trigonometry, WhatIsNoAngleGivesNoNumber) {
 }
 
 TEST(Trigonometry, HugeAnglesAreTheCLibrarys) {
-  for (const double angle : {100001.0, -1e9, 1e300}) {
+  // Read at run time: compilers work out functions of constants with more digits than the C library.
+  for (const volatile double angle : {100001.0, -1e9, 1e300}) {
     EXPECT_TRUE(SameBits(Sin(angle), std::sin(angle)));
     EXPECT_TRUE(SameBits(Cos(angle), std::cos(angle)));
   }
