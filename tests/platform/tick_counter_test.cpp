@@ -40,7 +40,8 @@ TEST(TickCounter, AgreesWithTheClockAboutItsRate) {
   const std::uint64_t outer_end = counter.Read();
 
   const double seconds = std::chrono::duration<double>(clock_end - clock_begin).count();
-#if !defined(_WIN32)  // a machine that is busy while the rate is measured gives too high a rate there
+#if !defined( \
+    _WIN32)  // a machine that is busy while the rate is measured gives too high a rate there
   EXPECT_GE(static_cast<double>(outer_end - outer_begin) / rate, seconds * 0.99);
 #else
   EXPECT_GT(outer_end, outer_begin);
