@@ -11,6 +11,7 @@
 #include "search/qrsis.h"
 #include "tests/plain/crawl.h"
 #include "tests/plain/line_extraction.h"
+#include "tests/plain/resampling.h"
 #include "tests/plain/sub_canny.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/support/contour_sets.h"
@@ -89,11 +90,16 @@ void ExpectSameCrawl(const ContourSet& set, const ContourSet& plain_set, const I
   ExpectSameContours(set, plain_set);
 }
 
-/// These have no second form here: their twins stand in tests/contours.
-void Condition(const ContourSet& set) {
+/// Smoothing and sorting have no second form here: their twins stand in tests/contours.
+void ExpectSameConditioning(const ContourSet& set, const ContourSet& plain_set) {
   ctd_average(set.get());
+  ctd_average(plain_set.get());
   ctd_resample(set.get());
+  plain::Resample(plain_set.get());
+  ExpectSameContours(set, plain_set);
+  ASSERT_EQ(Fields(set).point_capacity, Fields(plain_set).point_capacity);
   ctd_sort(set.get(), 1);
+  ctd_sort(plain_set.get(), 1);
 }
 
 }  // namespace
@@ -104,8 +110,7 @@ void ExpectSameStages(const ImagePtr& image, int threshold) {
   const ContourSet set = MakeEmptySet();
   const ContourSet plain_set = MakeEmptySet();
   ASSERT_NO_FATAL_FAILURE(ExpectSameCrawl(set, plain_set, image, threshold));
-  Condition(set);
-  Condition(plain_set);
+  ASSERT_NO_FATAL_FAILURE(ExpectSameConditioning(set, plain_set));
 
   CLineExtracter extracter;
   extracter.Extract(set.get());

@@ -5,6 +5,7 @@
 #include "tests/plain/crawl.h"
 #include "tests/plain/line_extraction.h"
 #include "tests/plain/refinement.h"
+#include "tests/plain/resampling.h"
 #include "tests/plain/scoring.h"
 
 namespace orvandel::plain {
@@ -31,7 +32,7 @@ int PrepareContours(void* contours, tImage* image, const SearchOptions& options)
   Crawl(contours, image, options.edge_threshold, options.min_contour_size,
         options.max_contour_size);
   ctd_average(contours);
-  ctd_resample(contours);
+  Resample(contours);
   ctd_sort(contours, 1);
   return ctd_contour_count(contours);
 }
