@@ -1,12 +1,6 @@
 #include "platform/windows_tick_counter.h"
 
-#if !defined(WIN32_LEAN_AND_MEAN)
-#define WIN32_LEAN_AND_MEAN
-#endif
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "platform/windows_api.h"
 #undef ReadTimeStampCounter  // a macro of Windows' own
 #if defined(_MSC_VER)
 #include <intrin.h>

@@ -13,6 +13,7 @@
 #if defined(__unix__)
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <thread>
 
 #include <sys/resource.h>
@@ -255,14 +256,38 @@ TEST_F(AtomicFile, OfAWriterThatIsKilledIsWhole) {
   }
 }
 
+/// The administrator may write everywhere; while this lives, the process is a user who may not.
+class OrdinaryUser {
+ public:
+  OrdinaryUser() {
+    constexpr uid_t kNobody = 65534;
+    if (user_before_ == 0) is_ordinary_ = seteuid(kNobody) == 0;
+  }
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+  ~OrdinaryUser() {
+    if (user_before_ == 0 && seteuid(user_before_) != 0) std::abort();
+  }
+
+  bool IsOrdinary() const { return is_ordinary_; }
+
+ private:
+  uid_t user_before_ = geteuid();
+  bool is_ordinary_ = true;
+};
+
 TEST_F(AtomicFile, InAReadOnlyFolderIsAnError) {
-  fs::permissions(file_.parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
-  const bool may_write_anyway =
-      access(file_.parent_path().c_str(), W_OK) == 0;  // the administrator
-  const std::error_code error = Write(file_, kNew);
-  fs::permissions(file_.parent_path(), fs::perms::owner_all);
-  if (may_write_anyway) GTEST_SKIP() << "this user may write everywhere";
-  EXPECT_EQ(error, std::errc::permission_denied);
+  const fs::path folder = file_.parent_path();
+  constexpr auto kAllMayRead = fs::perms::owner_read | fs::perms::owner_exec |
+                               fs::perms::others_read | fs::perms::others_exec;
+  fs::permissions(folder, kAllMayRead);
+  {
+    const OrdinaryUser user;
+    ASSERT_TRUE(user.IsOrdinary());
+    EXPECT_EQ(Write(folder / "new.txt", kNew), std::errc::permission_denied);
+    EXPECT_EQ(Write(file_, kNew), std::errc::permission_denied);
+  }
+  fs::permissions(folder, fs::perms::owner_all);
   ExpectOldFileAlone();
 }
 
