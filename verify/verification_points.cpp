@@ -45,9 +45,16 @@ int CPattVerify::ChooseVerifyPoints(void* contours, double fraction, int cap) {
   }
   if (total > std::numeric_limits<std::int32_t>::max()) throw std::bad_array_new_length();
 
-  orvandel::ReleasePoints(*this);  // should an array fail, there are no points
+  // One after the other: should an array fail, those before it stay replaced, and there are no points.
+  pointCount = 0;
+  orvandel::ReleaseArray(pointX);
+  pointX = nullptr;
   pointX = orvandel::NewArray(total);
+  orvandel::ReleaseArray(pointY);
+  pointY = nullptr;
   pointY = orvandel::NewArray(total);
+  orvandel::ReleaseArray(pointDir);
+  pointDir = nullptr;
   pointDir = orvandel::NewArray(total);
 
   for (const ContourRecord& contour : records) {
