@@ -20,7 +20,7 @@ run_for_preset() {
   local preset=$1
   shift
   case $preset in
-    asan-ubsan | tsan | fuzz)
+    asan-ubsan | tsan)
       if setarch "$(uname -m)" -R true 2>/dev/null; then
         setarch "$(uname -m)" -R "$@"
         return

@@ -3,7 +3,7 @@
 # once with pkg-config where that is. From the environment, as tests/package/CMakeLists.txt sets it:
 #   BUILD VERSION LIBDIR BINDIR HAS_TOOL  what is installed
 #   SCRATCH                               a folder of this test's own
-#   CMAKE GENERATOR PKG_CONFIG CC CXX FLAGS
+#   CMAKE GENERATOR PKG_CONFIG CC CXX
 #   TOOLCHAIN EMULATOR EXE                for programs of another system: CMake's toolchain file, the command that runs
 #                                         them, their suffix
 # shellcheck disable=SC2153
@@ -37,7 +37,7 @@ run_cmake_host() {
   local build=$SCRATCH/cmake-host cross=()
   [[ -z $TOOLCHAIN ]] || cross=(-DCMAKE_TOOLCHAIN_FILE="$TOOLCHAIN" -DCMAKE_FIND_ROOT_PATH="$prefix")
   "$CMAKE" -S "$here/host" -B "$build" -G "$GENERATOR" -DCMAKE_PREFIX_PATH="$prefix" \
-    -DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_C_FLAGS="$FLAGS" -DCMAKE_CXX_FLAGS="$FLAGS" \
+    -DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" \
     -DORVANDEL_EXPECTED_VERSION="$VERSION" "${cross[@]}" >/dev/null
   "$CMAKE" --build "$build"
   run "$build/find_pattern"
@@ -53,14 +53,13 @@ run_pkg_config_host() {
   fi
   export PKG_CONFIG_PATH=$prefix/$LIBDIR/pkgconfig
   "$PKG_CONFIG" --exact-version="$VERSION" orvandel
-  local flags cflags libs rpath=-Wl,-rpath,$prefix/$LIBDIR
-  read -ra flags <<<"$FLAGS"
+  local cflags libs rpath=-Wl,-rpath,$prefix/$LIBDIR
   # xargs takes the quoting away that pkg-config gives to blanks.
   mapfile -t cflags < <("$PKG_CONFIG" --cflags orvandel | xargs -n 1)
   mapfile -t libs < <("$PKG_CONFIG" --libs orvandel | xargs -n 1)
-  "$CXX" -std=c++20 "${flags[@]}" "${cflags[@]}" "$here/host/find_pattern.cpp" -o "$SCRATCH/find_pattern" \
+  "$CXX" -std=c++20 "${cflags[@]}" "$here/host/find_pattern.cpp" -o "$SCRATCH/find_pattern" \
     "${libs[@]}" "$rpath"
-  "$CC" "${flags[@]}" "$here/host/edge_tables.c" -o "$SCRATCH/edge_tables" "${libs[@]}" "$rpath"
+  "$CC" "$here/host/edge_tables.c" -o "$SCRATCH/edge_tables" "${libs[@]}" "$rpath"
   "$SCRATCH/find_pattern"
   "$SCRATCH/edge_tables"
 }
