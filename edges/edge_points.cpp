@@ -2,39 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
-#include <cstring>
 
-#include "edges/row_kernels.h"
+#include "platform/nonzero_bytes.h"
 
 namespace orvandel {
 namespace {
 
 constexpr int kNoShift = 127;
-
-/// One bit for each of 8 bytes that are 0 or 255, the first byte lowest.
-std::uint64_t BitsOf(std::uint64_t word) {
-  if constexpr (std::endian::native == std::endian::little) {
-    // The product moves bit 8 i of the word to bit 56 + i.
-    return (word & 0x0101010101010101u) * 0x0102040810204080u >> 56;
-  } else {
-    return (word & 0x0101010101010101u) * 0x8040201008040201u >> 56;
-  }
-}
-
-std::uint64_t BitsOfBlock(const std::uint8_t* block) {
-  std::array<std::uint64_t, kBlock / 8> words;
-  std::memcpy(words.data(), block, sizeof(words));
-  std::uint64_t any = 0;
-  for (const std::uint64_t word : words)
-    any |= word;
-  if (any == 0) return 0;  // most blocks
-
-  std::uint64_t bits = 0;
-  for (std::size_t i = 0; i < words.size(); ++i)
-    bits |= BitsOf(words[i]) << (8 * i);
-  return bits;
-}
 
 /// For each sector: the step (dx, dy) from the first neighbour's side to the second's.
 constexpr std::array<int, 4> kAcrossX = {1, -1, 0, 1};
@@ -67,12 +41,8 @@ int DirectionAt(std::size_t x, const RowContext& row, const GradientTables& tabl
 
 std::size_t CollectPeaks(const std::uint8_t* peaks, std::size_t width, std::uint16_t* columns) {
   std::size_t count = 0;
-  for (std::size_t begin = 0; begin < width; begin += kBlock) {
-    for (std::uint64_t bits = BitsOfBlock(peaks + begin); bits != 0; bits &= bits - 1) {
-      columns[count++] =
-          static_cast<std::uint16_t>(begin + static_cast<std::size_t>(std::countr_zero(bits)));
-    }
-  }
+  ForEachNonzero(peaks, width,
+                 [&](std::size_t x) { columns[count++] = static_cast<std::uint16_t>(x); });
   return count;
 }
 

@@ -29,7 +29,7 @@ struct RowContext {
 
 /// Columns of the bytes that are set, in rising order.
 ///
-/// @param peaks    `width` bytes of 0 and 255, and zeros up to a whole block.
+/// @param peaks    `width` bytes.
 /// @param columns  receives them; has room for `width`.
 /// @return  their number.
 std::size_t CollectPeaks(const std::uint8_t* peaks, std::size_t width, std::uint16_t* columns);

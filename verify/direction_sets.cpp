@@ -51,12 +51,6 @@ DirectionSet ExpectedBins(TurnCode direction, TurnCode rotation) {
   return kExpectedBins[static_cast<unsigned>(direction - rotation) % kNumTurnCodes];
 }
 
-int StoredBinOf(double stored) {
-  if (!(stored >= -kPi && stored <= kPi)) return kNumDirectionBins;
-  constexpr double kBinsPerRadian = 1 / kStoredWidth;
-  return std::min(static_cast<int>((stored + kPi) * kBinsPerRadian), kNumDirectionBins - 1);
-}
-
 bool MayMatch(int expected_bin, int stored_bin, const ProbeRules& rules) {
   if (stored_bin == kNumDirectionBins) return true;
   const double expected = (expected_bin + 0.5) * kExpectedWidth;

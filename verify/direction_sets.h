@@ -1,7 +1,6 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
+#include <algorithm>
 #include <cstdint>
 
 #include "verify/probing.h"
@@ -27,7 +26,12 @@ DirectionSet ExpectedBins(TurnCode direction, TurnCode rotation);
 /// Stored edge directions in 64ths of a turn from -pi on; one further bin for what is no direction or lies
 /// outside [-pi, pi], which may match anything.
 inline constexpr int kNumStoredBins = 65;
-int StoredBinOf(double stored);
+inline int StoredBinOf(double stored) {
+  constexpr int kNone = kNumStoredBins - 1;
+  if (!(stored >= -kPi && stored <= kPi)) return kNone;
+  constexpr double kBinsPerRadian = kNone / kTwoPi;
+  return std::min(static_cast<int>((stored + kPi) * kBinsPerRadian), kNone - 1);
+}
 
 /// Whether some expected direction of one bin may match some stored direction of the other.
 bool MayMatch(int expected_bin, int stored_bin, const ProbeRules& rules);

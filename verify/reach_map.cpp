@@ -1,40 +1,18 @@
 #include "verify/reach_map.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdint>
-#include <cstring>
 #include <new>
+
+#include "platform/nonzero_bytes.h"
 
 namespace orvandel {
 namespace {
 
-/// Calls `visit` with the column of each present pixel of a row.
-template <typename Visitor>
-void ForEachPresent(const std::uint8_t* present, int width, Visitor visit) {
-  constexpr int kWord = sizeof(std::uint64_t);
-  int column = 0;
-  for (; column + kWord <= width; column += kWord) {
-    std::uint64_t word;
-    std::memcpy(&word, present + column, sizeof(word));
-    if (word == 0) continue;
-    for (int i = column; i < column + kWord; ++i) {
-      if (present[i] != 0) visit(i);
-    }
-  }
-  for (; column < width; ++column) {
-    if (present[column] != 0) visit(column);
-  }
-}
-
-/// A whole row of a stamp at once, which compilers make one or two vector operations of.
+/// A whole row of a stamp, which compilers make one or two vector operations of.
 template <std::size_t kRowSize>
-void JoinRow(DirectionSet* sets, const DirectionSet* stamp) {
-  std::array<DirectionSet, kRowSize> row;
-  std::memcpy(row.data(), sets, sizeof(row));
+void JoinRow(DirectionSet* __restrict sets, const DirectionSet* __restrict stamp,
+             DirectionSet matched) {
   for (std::size_t i = 0; i < kRowSize; ++i)
-    row[i] |= stamp[i];
-  std::memcpy(sets, row.data(), sizeof(row));
+    sets[i] |= stamp[i] & matched;
 }
 
 }  // namespace
@@ -58,17 +36,20 @@ void ReachMap::Fill(const CEdgeImgComplement& edges) {
 
 template <std::size_t kRowSize>
 void ReachMap::StampAll(const CEdgeImgComplement& edges) {
-  const int reach = stamps_->Reach();
+  const std::size_t stride = stride_;
+  const auto reach = static_cast<std::size_t>(stamps_->Reach());
+  const std::size_t num_rows = 2 * reach + 1;
+  const auto width = static_cast<std::size_t>(edges.width);
   for (int y = 0; y < edges.height; ++y) {
-    const std::size_t first_cell =
-        static_cast<std::size_t>(y) * static_cast<std::size_t>(edges.width);
-    ForEachPresent(edges.valid + first_cell, edges.width, [&](int x) {
-      const double direction = edges.g[first_cell + static_cast<std::size_t>(x)];
-      const DirectionSet* stamp = stamps_->Of(StoredBinOf(direction), x % 2, y % 2);
-      DirectionSet* sets =
-          sets_.get() + IndexOf(x, y) - static_cast<std::size_t>(reach) * (stride_ + 1);
-      for (int row = 0; row <= 2 * reach; ++row, sets += stride_, stamp += kRowSize)
-        JoinRow<kRowSize>(sets, stamp);
+    const std::size_t first_cell = static_cast<std::size_t>(y) * width;
+    const double* directions = edges.g + first_cell;
+    DirectionSet* first_sets = sets_.get() + IndexOf(0, y) - reach * (stride + 1);
+    ForEachNonzero(edges.valid + first_cell, width, [&](std::size_t x) {
+      const DirectionSet* stamp = stamps_->Of(static_cast<int>(x % 2), y % 2);
+      const DirectionSet matched = stamps_->MatchedBy(StoredBinOf(directions[x]));
+      DirectionSet* sets = first_sets + x / 2;
+      for (std::size_t row = 0; row < num_rows; ++row, sets += stride, stamp += kRowSize)
+        JoinRow<kRowSize>(sets, stamp, matched);
     });
   }
 }

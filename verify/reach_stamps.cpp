@@ -72,26 +72,26 @@ ReachStamps::ReachStamps(const ProbeRules& rules)
     : reach_((rules.radius + 2) / 2),
       row_size_(2 * reach_ + 1 <= 8 ? 8 : 16),
       stamp_size_(row_size_ * static_cast<std::size_t>(2 * reach_ + 1)),
-      sets_(stamp_size_ * 4 * kNumStoredBins) {
+      starts_(stamp_size_ * 4) {
   for (int expected = 0; expected < kNumExpectedBins; ++expected) {
-    const std::set<Step> steps = StepsOfBin(expected, rules.radius);
+    const DirectionSet only = DirectionSet{1} << expected;
+    for (const Step step : StepsOfBin(expected, rules.radius))
+      AddStart(step.row, step.column, only);
     for (int stored = 0; stored < kNumStoredBins; ++stored) {
-      if (!MayMatch(expected, stored, rules)) continue;
-      for (const Step step : steps)
-        AddStart(step.row, step.column, expected, stored);
+      if (MayMatch(expected, stored, rules)) matched_[static_cast<std::size_t>(stored)] |= only;
     }
   }
 }
 
-/// Notes in the four stamps of a stored bin from which square a probe comes to the edge pixel by a step.
-void ReachStamps::AddStart(int step_row, int step_column, int expected_bin, int stored_bin) {
+/// Notes in the four stamps from which square a probe comes to the edge pixel by a step.
+void ReachStamps::AddStart(int step_row, int step_column, DirectionSet expected) {
   for (const int phase_y : {0, 1}) {
     for (const int phase_x : {0, 1}) {
       const int row = FloorHalf(phase_y - step_row) + reach_;
       const int column = FloorHalf(phase_x - step_column) + reach_;
       const std::size_t place =
           static_cast<std::size_t>(row) * row_size_ + static_cast<std::size_t>(column);
-      sets_[IndexOf(stored_bin, phase_x, phase_y) + place] |= DirectionSet{1} << expected_bin;
+      starts_[IndexOf(phase_x, phase_y) + place] |= expected;
     }
   }
 }

@@ -12,7 +12,8 @@
 namespace orvandel {
 
 /// What one edge pixel contributes to a `ReachMap`: round the square of 2 x 2 pixels that holds it, the
-/// expected directions with which a probe that starts in each square may meet it.
+/// expected directions with which a probe that starts in each square may meet it. Those are the directions
+/// that match the edge's, as far as a probe of that direction comes that way.
 class ReachStamps {
  public:
   /// Squares on either side that a probe of the largest radius may come from.
@@ -26,23 +27,29 @@ class ReachStamps {
   /// Squares in a row of a stamp, 8 or 16: `2 * Reach() + 1` and some empty ones.
   std::size_t RowSize() const { return row_size_; }
 
-  /// The stamp of an edge pixel: `2 * Reach() + 1` rows.
+  /// The stamp of an edge pixel of any direction: `2 * Reach() + 1` rows.
   ///
   /// @param phase_x,phase_y  0 or 1: where in its square the pixel lies.
-  const DirectionSet* Of(int stored_bin, int phase_x, int phase_y) const {
-    return sets_.data() + IndexOf(stored_bin, phase_x, phase_y);
+  const DirectionSet* Of(int phase_x, int phase_y) const {
+    return starts_.data() + IndexOf(phase_x, phase_y);
+  }
+
+  /// The expected directions that may match a stored one.
+  DirectionSet MatchedBy(int stored_bin) const {
+    return matched_[static_cast<std::size_t>(stored_bin)];
   }
 
  private:
-  std::size_t IndexOf(int stored_bin, int phase_x, int phase_y) const {
-    return static_cast<std::size_t>((stored_bin * 2 + phase_y) * 2 + phase_x) * stamp_size_;
+  std::size_t IndexOf(int phase_x, int phase_y) const {
+    return static_cast<std::size_t>(phase_y * 2 + phase_x) * stamp_size_;
   }
-  void AddStart(int step_row, int step_column, int expected_bin, int stored_bin);
+  void AddStart(int step_row, int step_column, DirectionSet expected);
 
   int reach_;
   std::size_t row_size_;
   std::size_t stamp_size_;
-  std::vector<DirectionSet> sets_;
+  std::vector<DirectionSet> starts_;
+  std::array<DirectionSet, kNumStoredBins> matched_{};
 };
 
 /// Stamps for rules; those of the usual rules are made once a process.
