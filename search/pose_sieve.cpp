@@ -121,19 +121,17 @@ SieveFrame PoseSieve::FrameOf(const PointMapper& mapper) const {
 
 std::size_t PoseSieve::SiftBatch(std::size_t batch, const SieveFrame& frame) {
   std::uint8_t* possible = possible_.data() + batch * kSieveBatch;
-  sift_(batches_[batch], frame, reach_->Sets(), WantedBy(batch).data(), possible);
   num_looks_ += kSieveBatch;
-  std::size_t num_possible = 0;
-  for (std::size_t k = 0; k < kSieveBatch; ++k)
-    num_possible += possible[k];
-  return num_possible;
+  return sift_(batches_[batch], frame, reach_->Sets(), WantedBy(batch).data(), possible);
 }
 
 /// Worked out when a pose first comes as far as this batch.
 const PoseSieve::WantedSets& PoseSieve::WantedBy(std::size_t batch) {
   for (; num_wanted_ <= batch; ++num_wanted_) {
+    const Codes& codes = codes_[num_wanted_];
+    WantedSets& wanted = wanted_[num_wanted_];
     for (std::size_t k = 0; k < kSieveBatch; ++k)
-      wanted_[num_wanted_][k] = ExpectedBins(codes_[num_wanted_][k], turn_);
+      wanted[k] = ExpectedBins(codes[k], turn_);
   }
   return wanted_[batch];
 }

@@ -34,9 +34,11 @@ struct SieveFrame {
 
 /// For each point of a batch, 1 where the map's set at the point's square shares a member with what is
 /// wanted, else 0. The positions are those of the scorer, to the bit, so the squares hold its very pixels.
-using SiftKernel = void (*)(const SieveBatch& batch, const SieveFrame& frame,
-                            const std::uint32_t* sets, const std::uint32_t* wanted,
-                            std::uint8_t* possible);
+///
+/// @return  the number of ones.
+using SiftKernel = std::uint32_t (*)(const SieveBatch& batch, const SieveFrame& frame,
+                                     const std::uint32_t* sets, const std::uint32_t* wanted,
+                                     std::uint8_t* possible);
 
 /// The kernel of a supported level.
 SiftKernel SiftKernelOf(SimdLevel level);

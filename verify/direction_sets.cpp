@@ -1,6 +1,5 @@
 #include "verify/direction_sets.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace orvandel {
@@ -21,20 +20,6 @@ double AngleBetween(double a, double b) {
   return std::abs(std::remainder(a - b, kTwoPi));
 }
 
-/// By the difference of two codes.
-constexpr std::array<DirectionSet, kNumTurnCodes> kExpectedBins = [] {
-  constexpr int kCodesPerBin = kNumTurnCodes / kNumExpectedBins;
-  std::array<DirectionSet, kNumTurnCodes> sets{};
-  for (int difference = 0; difference < kNumTurnCodes; ++difference) {
-    // The codes next to these are for rounding.
-    for (int code = difference - 2; code <= difference + 1; ++code) {
-      const int bin = (code + kNumTurnCodes) % kNumTurnCodes / kCodesPerBin;
-      sets[static_cast<std::size_t>(difference)] |= DirectionSet{1} << bin;
-    }
-  }
-  return sets;
-}();
-
 }  // namespace
 
 bool HasTurnCode(double radians) {
@@ -45,10 +30,6 @@ TurnCode TurnCodeOf(double radians) {
   const double turns = radians / kTwoPi;
   const double code = (turns - std::floor(turns)) * kNumTurnCodes;
   return static_cast<TurnCode>(static_cast<int>(code) % kNumTurnCodes);
-}
-
-DirectionSet ExpectedBins(TurnCode direction, TurnCode rotation) {
-  return kExpectedBins[static_cast<unsigned>(direction - rotation) % kNumTurnCodes];
 }
 
 bool MayMatch(int expected_bin, int stored_bin, const ProbeRules& rules) {

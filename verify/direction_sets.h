@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include "verify/probing.h"
@@ -19,9 +20,25 @@ inline constexpr int kNumTurnCodes = 1024;
 bool HasTurnCode(double radians);
 TurnCode TurnCodeOf(double radians);
 
-/// Where the direction that is expected of a pattern direction under a rotation may lie. Both codes are
-/// rounded down, so it lies within a code of their difference.
-DirectionSet ExpectedBins(TurnCode direction, TurnCode rotation);
+/// Where a direction may lie that is the difference of two, by the difference of their codes. Both are
+/// rounded down, so it lies within a code of that.
+inline constexpr std::array<DirectionSet, kNumTurnCodes> kExpectedBins = [] {
+  constexpr int kCodesPerBin = kNumTurnCodes / kNumExpectedBins;
+  std::array<DirectionSet, kNumTurnCodes> sets{};
+  for (int difference = 0; difference < kNumTurnCodes; ++difference) {
+    // The codes next to these are for rounding.
+    for (int code = difference - 2; code <= difference + 1; ++code) {
+      const int bin = (code + kNumTurnCodes) % kNumTurnCodes / kCodesPerBin;
+      sets[static_cast<std::size_t>(difference)] |= DirectionSet{1} << bin;
+    }
+  }
+  return sets;
+}();
+
+/// Where the direction that is expected of a pattern direction under a rotation may lie.
+inline DirectionSet ExpectedBins(TurnCode direction, TurnCode rotation) {
+  return kExpectedBins[static_cast<unsigned>(direction - rotation) % kNumTurnCodes];
+}
 
 /// Stored edge directions in 64ths of a turn from -pi on; one further bin for what is no direction or lies
 /// outside [-pi, pi], which may match anything.
