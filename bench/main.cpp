@@ -79,6 +79,7 @@ void WriteTable(const Workload& workload, const std::string& path) {
   CompareTraining(table);
   CompareSearch(workload, table);
   CompareCoarseSearch(workload, table);
+  CompareMemory(workload, table);
 
   const std::string text = table.Markdown();
   std::printf("\n%s", text.c_str());

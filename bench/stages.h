@@ -20,6 +20,7 @@ void CompareImageToSegments(const Workload& workload, RatioTable& table);
 void CompareTraining(RatioTable& table);
 void CompareSearch(const Workload& workload, RatioTable& table);
 void CompareCoarseSearch(const Workload& workload, RatioTable& table);
+void CompareMemory(const Workload& workload, RatioTable& table);
 
 /// Measures how cost grows with image size, number of contours and number of segments, on rendered
 /// scenes, and draws a plot of each into a folder.
