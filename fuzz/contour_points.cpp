@@ -5,9 +5,9 @@
 #include "contours/ctd.h"
 #include "fuzz/byte_source.h"
 #include "fuzz/contour_stages.h"
+#include "fuzz/files.h"
 #include "fuzz/require.h"
 #include "fuzz/target.h"
-#include "fuzz/temp_folder.h"
 #include "tests/support/contour_sets.h"
 
 namespace orvandel::fuzz {
@@ -54,7 +54,7 @@ test::ContourSet ContoursFrom(ByteSource& source) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace orvandel::fuzz;
-  static const TempFolder folder;
+  static const ScratchFolder folder;
   ByteSource source(data, size);
   const int order = source.Byte();
   const orvandel::test::ContourSet set = ContoursFrom(source);

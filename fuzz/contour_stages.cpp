@@ -3,8 +3,8 @@
 #include "contours/checked_contour_file.h"
 #include "contours/ctd.h"
 #include "contours/edge_record.h"
+#include "fuzz/files.h"
 #include "fuzz/require.h"
-#include "fuzz/temp_folder.h"
 #include "lines/line_extracter.h"
 #include "platform/image_ptr.h"
 #include "tests/support/contour_sets.h"
@@ -17,7 +17,7 @@ using test::ContourSet;
 using test::Fields;
 
 Bytes SavedBytes(const ContourSet& set) {
-  static const TempFolder folder;
+  static const ScratchFolder folder;
   ORVANDEL_REQUIRE(ctd_save(set.get(), folder.File("saved.ctd").c_str()) == 0);
   return ReadBytes(folder.File("saved.ctd"));
 }
@@ -36,7 +36,7 @@ void Condition(const ContourSet& set) {
 }
 
 void Draw(const ContourSet& set) {
-  static const TempFolder folder;
+  static const ScratchFolder folder;
   const ImagePtr image(im_create(1, 40, 30));
   ctd_create_img(set.get(), image.get(), 3.5, -2.0, 200, 100);
   const bool is_short = ctd_point_count(set.get()) < 200;

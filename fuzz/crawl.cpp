@@ -8,10 +8,10 @@
 #include "contours/edge_record.h"
 #include "edges/sub_canny.h"
 #include "fuzz/byte_source.h"
+#include "fuzz/files.h"
 #include "fuzz/pictures.h"
 #include "fuzz/require.h"
 #include "fuzz/target.h"
-#include "fuzz/temp_folder.h"
 #include "platform/simd_level.h"
 #include "tests/plain/chain_comparison.h"
 #include "tests/platform/host_image.h"
@@ -60,7 +60,7 @@ void CheckEdgeStrength(const ImagePtr& picture) {
 /// Contours of a picture whose rows lie apart: records cut the points without gap or overlap, and
 /// the file of them is one that the checked reader takes.
 void CheckContours(const Input& input) {
-  static const TempFolder folder;
+  static const ScratchFolder folder;
   test::HostImage image(input.picture->width, input.picture->height);
   for (int y = 0; y < input.picture->height; ++y)
     std::copy_n(input.picture->row[y], input.picture->width, image.get()->row[y]);

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <span>
 
+#include "fuzz/files.h"
 #include "fuzz/require.h"
-#include "fuzz/temp_folder.h"
 #include "platform/image_ptr.h"
 
 namespace orvandel::fuzz {
@@ -39,7 +39,7 @@ int ReadOver(std::uint8_t value, tImage& image, const std::string& path, Bytes& 
 }  // namespace
 
 void ReadAsPicture(const std::uint8_t* data, std::size_t size, const std::string& extension) {
-  static const TempFolder folder;
+  static const ScratchFolder folder;
   const std::string path = folder.File("picture" + extension);
   WriteBytes(path, {data, size});
 

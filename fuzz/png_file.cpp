@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "fuzz/files.h"
 #include "fuzz/picture_file.h"
 #include "fuzz/target.h"
-#include "fuzz/temp_folder.h"
 #include "tests/platform/png_builder.h"
 
 namespace orvandel::fuzz {

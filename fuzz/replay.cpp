@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <vector>
 
+#include "fuzz/files.h"
 #include "fuzz/target.h"
-#include "fuzz/temp_folder.h"
 
 namespace {
 

@@ -10,10 +10,10 @@
 #include <string_view>
 #include <vector>
 
+#include "fuzz/files.h"
 #include "fuzz/pictures.h"
 #include "fuzz/require.h"
 #include "fuzz/target.h"
-#include "fuzz/temp_folder.h"
 
 namespace orvandel::fuzz {
 namespace {
@@ -48,7 +48,7 @@ Bytes PictureBytes(int width, int height, int shift) {
   const std::uint8_t rectangles[] = {0, 0, 255, 255, 40, at, at, 15, 6, 200, at, at, 5, 11, 200};
   ByteSource source(rectangles, sizeof rectangles);
   const ImagePtr image = PaintedPicture(source, width, height, 3);
-  const TempFolder folder;
+  const ScratchFolder folder;
   ORVANDEL_REQUIRE(im_file_write(image.get(), folder.File("picture.bmp").c_str(), 1) == 0);
   return ReadBytes(folder.File("picture.bmp"));
 }
@@ -79,7 +79,7 @@ int RunTool(std::vector<std::string> arguments) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace orvandel::fuzz;
-  static const TempFolder folder;
+  static const ScratchFolder folder;
   const std::string text(data, data + size);
   if (LeadsElsewhere(text)) return 0;
   const Input input = InputFrom(text);

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/temp_folder.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 #include "tests/support/images.h"
@@ -21,9 +20,9 @@ ImagePtr BlackPicture(int width, int height) {
 
 // What was drawn, as the image library reads it.
 ImagePtr Drawn(const Canvas& canvas) {
-  const TempFolder folder;
-  WriteTextFile(folder / "canvas.png", canvas.EncodePng());
-  return ReadBack(folder / "canvas.png");
+  const ScratchFolder folder;
+  WriteTextFile(folder.File("canvas.png"), canvas.EncodePng());
+  return ReadBack(folder.File("canvas.png"));
 }
 
 double SumOfGrey(const tImage& image) {

@@ -6,7 +6,6 @@
 #include "cli/contour_set.h"
 #include "cli/csv.h"
 #include "contours/ctd.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
@@ -22,8 +21,8 @@ class ContoursCommand : public testing::Test {
  protected:
   ContoursCommand() { WriteBox(image_, 80, 60, kBox); }
 
-  TempFolder folder_;
-  std::string image_ = folder_ / "box.png";
+  ScratchFolder folder_;
+  std::string image_ = folder_.File("box.png");
 };
 
 TEST_F(ContoursCommand, ABoxIsOneClosedContour) {
@@ -59,23 +58,23 @@ TEST_F(ContoursCommand, AHighThresholdOrSizeSeesNothing) {
 }
 
 TEST_F(ContoursCommand, TheSavedFileIsReadBack) {
-  const ToolRun run = RunOrvandel({"contours", image_, "--save", folder_ / "box.ctd"});
+  const ToolRun run = RunOrvandel({"contours", image_, "--save", folder_.File("box.ctd")});
   ASSERT_EQ(run.exit_code, 0) << run.err;
   const ContourSet set(ctd_create());
-  ASSERT_EQ(ctd_load(set.get(), (folder_ / "box.ctd").c_str()), 0);
+  ASSERT_EQ(ctd_load(set.get(), (folder_.File("box.ctd")).c_str()), 0);
   EXPECT_EQ(ctd_contour_count(set.get()), 1);
   EXPECT_EQ(ctd_contour_closed(set.get(), 0), 1);
 }
 
 TEST_F(ContoursCommand, RawContoursAreNotSpacedEvenly) {
-  RunOrvandel({"contours", image_, "--save", folder_ / "even.ctd"});
-  RunOrvandel({"contours", image_, "--raw", "--save", folder_ / "raw.ctd"});
-  EXPECT_NE(ReadFile(folder_ / "even.ctd"), ReadFile(folder_ / "raw.ctd"));
+  RunOrvandel({"contours", image_, "--save", folder_.File("even.ctd")});
+  RunOrvandel({"contours", image_, "--raw", "--save", folder_.File("raw.ctd")});
+  EXPECT_NE(ReadFile(folder_.File("even.ctd")), ReadFile(folder_.File("raw.ctd")));
 }
 
 TEST_F(ContoursCommand, TheDumpListsEveryPoint) {
-  ASSERT_EQ(RunOrvandel({"contours", image_, "--dump", folder_ / "box.txt"}).exit_code, 0);
-  const std::string dump = ReadFile(folder_ / "box.txt");
+  ASSERT_EQ(RunOrvandel({"contours", image_, "--dump", folder_.File("box.txt")}).exit_code, 0);
+  const std::string dump = ReadFile(folder_.File("box.txt"));
   int num_contours = 0;
   int num_points = 0;
   ASSERT_EQ(
@@ -87,10 +86,10 @@ TEST_F(ContoursCommand, TheDumpListsEveryPoint) {
 }
 
 TEST_F(ContoursCommand, TheDrawingShowsTheContourOverTheDarkenedPicture) {
-  ASSERT_EQ(
-      RunOrvandel({"contours", image_, "--draw", folder_ / "seen.png", "--zoom", "3"}).exit_code,
-      0);
-  const ImagePtr drawn = ReadBack(folder_ / "seen.png");
+  ASSERT_EQ(RunOrvandel({"contours", image_, "--draw", folder_.File("seen.png"), "--zoom", "3"})
+                .exit_code,
+            0);
+  const ImagePtr drawn = ReadBack(folder_.File("seen.png"));
   ASSERT_NE(drawn, nullptr);
   EXPECT_EQ(drawn->width, 240);
   EXPECT_EQ(drawn->height, 180);
@@ -99,21 +98,21 @@ TEST_F(ContoursCommand, TheDrawingShowsTheContourOverTheDarkenedPicture) {
 }
 
 TEST_F(ContoursCommand, OnlyTheFirstContoursAreListedUnlessAllAreWanted) {
-  WriteBoxes(folder_ / "boxes.png", 5, 5);
-  const ToolRun few = RunOrvandel({"contours", folder_ / "boxes.png"});
-  const ToolRun all = RunOrvandel({"contours", folder_ / "boxes.png", "--all"});
+  WriteBoxes(folder_.File("boxes.png"), 5, 5);
+  const ToolRun few = RunOrvandel({"contours", folder_.File("boxes.png")});
+  const ToolRun all = RunOrvandel({"contours", folder_.File("boxes.png"), "--all"});
   EXPECT_TRUE(Contains(few.out, "25 contours")) << few.out;
   EXPECT_TRUE(Contains(few.out, "and 5 more")) << few.out;
   EXPECT_EQ(NumLines(all.out), NumLines(few.out) + 5 - 1);
 }
 
 TEST_F(ContoursCommand, APictureWithoutEdgesHasNone) {
-  WriteFlatPicture(folder_ / "flat.png", 40, 30);
-  const ToolRun run = RunOrvandel(
-      {"contours", folder_ / "flat.png", "--save", folder_ / "f", "--draw", folder_ / "f.png"});
+  WriteFlatPicture(folder_.File("flat.png"), 40, 30);
+  const ToolRun run = RunOrvandel({"contours", folder_.File("flat.png"), "--save",
+                                   folder_.File("f"), "--draw", folder_.File("f.png")});
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_TRUE(Contains(run.out, "0 contours of 0 points")) << run.out;
-  EXPECT_EQ(ReadFile(folder_ / "f").size(), 12u);  // an empty set is its three counts
+  EXPECT_EQ(ReadFile(folder_.File("f")).size(), 12u);  // an empty set is its three counts
 }
 
 TEST_F(ContoursCommand, TheThresholdCanBeEstimated) {

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "cli/csv.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
@@ -39,14 +38,14 @@ std::string CsvValue(const std::string& text, int row, const std::string& column
 class EvaluateCommand : public testing::Test {
  protected:
   EvaluateCommand() {
-    std::filesystem::create_directories(folder_.path() / "suite");
-    WriteBracketPattern(folder_ / "pattern.png");
-    WriteBracketScene(folder_ / "suite/present.png", kPose);
-    WriteOtherScene(folder_ / "suite/absent.png");
+    std::filesystem::create_directories(folder_.Path() / "suite");
+    WriteBracketPattern(folder_.File("pattern.png"));
+    WriteBracketScene(folder_.File("suite/present.png"), kPose);
+    WriteOtherScene(folder_.File("suite/absent.png"));
   }
 
   void WriteManifest(const std::string& rows) {
-    WriteTextFile(folder_ / "suite/manifest.csv",
+    WriteTextFile(folder_.File("suite/manifest.csv"),
                   "case,pattern,scene,instance,cx,cy,angle_deg,scale,occlusion\n" + rows);
   }
 
@@ -54,8 +53,8 @@ class EvaluateCommand : public testing::Test {
     return name + ",../pattern.png,present.png,0," + TruthOf(pose) + ",0\n";
   }
 
-  TempFolder folder_;
-  std::string suite_ = folder_ / "suite";
+  ScratchFolder folder_;
+  std::string suite_ = folder_.File("suite");
 };
 
 TEST_F(EvaluateCommand, CountsFindsAndFalseFinds) {
@@ -97,7 +96,8 @@ TEST_F(EvaluateCommand, TheBestInstanceCounts) {
 
 TEST_F(EvaluateCommand, SeveralSuitesGetATotal) {
   WriteManifest(Present("there", kPose));
-  const ToolRun csv = RunOrvandel({"evaluate", suite_, folder_ / "suite/manifest.csv", "--csv"});
+  const ToolRun csv =
+      RunOrvandel({"evaluate", suite_, folder_.File("suite/manifest.csv"), "--csv"});
   EXPECT_EQ(NumLines(csv.out), 4) << csv.out;
   EXPECT_EQ(CsvValue(csv.out, 2, "suite"), "total");
   EXPECT_EQ(CsvValue(csv.out, 2, "found"), "2");
@@ -108,8 +108,8 @@ TEST_F(EvaluateCommand, SeveralSuitesGetATotal) {
 
 TEST_F(EvaluateCommand, CasesGetALineEach) {
   WriteManifest(Present("there", kPose) + "none,../pattern.png,absent.png,-1,,,,,\n");
-  ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--cases", folder_ / "cases.csv"}).exit_code, 0);
-  const std::string cases = ReadFile(folder_ / "cases.csv");
+  ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--cases", folder_.File("cases.csv")}).exit_code, 0);
+  const std::string cases = ReadFile(folder_.File("cases.csv"));
   EXPECT_EQ(NumLines(cases), 3) << cases;
   EXPECT_EQ(CsvValue(cases, 0, "case"), "there");
   EXPECT_EQ(CsvValue(cases, 0, "status"), "found");
@@ -120,18 +120,18 @@ TEST_F(EvaluateCommand, CasesGetALineEach) {
 
 TEST_F(EvaluateCommand, OverlaysShowEachCase) {
   WriteManifest(Present("there", kPose) + "none,../pattern.png,absent.png,-1,,,,,\n");
-  ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--overlay", folder_ / "o"}).exit_code, 0);
-  EXPECT_NE(ReadBack(folder_ / "o/suite.there.overlay.png"), nullptr);
-  EXPECT_NE(ReadBack(folder_ / "o/suite.none.overlay.png"), nullptr);
+  ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--overlay", folder_.File("o")}).exit_code, 0);
+  EXPECT_NE(ReadBack(folder_.File("o/suite.there.overlay.png")), nullptr);
+  EXPECT_NE(ReadBack(folder_.File("o/suite.none.overlay.png")), nullptr);
 }
 
 TEST_F(EvaluateCommand, OverlaysStayInTheirFolderWhateverTheCaseIsCalled) {
-  std::filesystem::create_directories(folder_.path() / "o" / "suite.x");
+  std::filesystem::create_directories(folder_.Path() / "o" / "suite.x");
   WriteManifest(Present("x/../../out", kPose) + Present("a\\b", kPose));
-  ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--overlay", folder_ / "o"}).exit_code, 0);
-  EXPECT_NE(ReadBack(folder_ / "o/suite.x_.._.._out.overlay.png"), nullptr);
-  EXPECT_NE(ReadBack(folder_ / "o/suite.a_b.overlay.png"), nullptr);
-  EXPECT_FALSE(FileExists(folder_ / "out.overlay.png"));
+  ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--overlay", folder_.File("o")}).exit_code, 0);
+  EXPECT_NE(ReadBack(folder_.File("o/suite.x_.._.._out.overlay.png")), nullptr);
+  EXPECT_NE(ReadBack(folder_.File("o/suite.a_b.overlay.png")), nullptr);
+  EXPECT_FALSE(FileExists(folder_.File("out.overlay.png")));
 }
 
 TEST_F(EvaluateCommand, UnusableCasesAreReportedOnceAndCountAsMissed) {
@@ -139,7 +139,7 @@ TEST_F(EvaluateCommand, UnusableCasesAreReportedOnceAndCountAsMissed) {
                 "gone,../pattern.png,gone.png,0,1,2,3,1,0\n"
                 "bad1,../flat.png,present.png,0,1,2,3,1,0\n"
                 "bad2,../flat.png,present.png,0,1,2,3,1,0\n");
-  WriteFlatPicture(folder_ / "flat.png", 40, 40);
+  WriteFlatPicture(folder_.File("flat.png"), 40, 40);
   const ToolRun run = RunOrvandel({"evaluate", suite_, "--csv"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(NumLines(run.err), 2) << run.err;
@@ -157,7 +157,7 @@ TEST_F(EvaluateCommand, SearchOptionsApply) {
 
 TEST_F(EvaluateCommand, WhatIsNoSuiteIsAnError) {
   WriteManifest("");
-  for (const std::string& path : {folder_ / "nowhere", folder_ / "pattern.png", suite_}) {
+  for (const std::string& path : {folder_.File("nowhere"), folder_.File("pattern.png"), suite_}) {
     const ToolRun run = RunOrvandel({"evaluate", path});
     EXPECT_EQ(run.exit_code, 2) << path;
     EXPECT_EQ(run.out, "") << path;

@@ -5,7 +5,6 @@
 
 #include "cli/paths.h"
 #include "tests/cli/run_program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
@@ -28,9 +27,9 @@ class FileNames : public testing::Test {
     return own_folder_ + "/" + letters_ + suffix;
   }
 
-  TempFolder folder_;
+  ScratchFolder folder_;
   const std::string letters_ = reinterpret_cast<const char*>(kLetters);
-  const std::string own_folder_ = folder_ / letters_;
+  const std::string own_folder_ = folder_.File(letters_);
   const std::string picture_ = InOwnFolder(".png");
 };
 
@@ -74,11 +73,11 @@ TEST_F(FileNames, OfEveryOutputMayHaveAnyLetter) {
 TEST_F(FileNames, OfTheTemporaryFolderMayHaveAnyLetter) {
   const ScopedVariable posix("TMPDIR", own_folder_);
   const ScopedVariable windows("TMP", own_folder_);
-  const ToolRun run = RunOrvandel({"contours", picture_, "--save", folder_ / "contours.ctd",
-                                   "--dump", folder_ / "contours.txt"});
+  const ToolRun run = RunOrvandel({"contours", picture_, "--save", folder_.File("contours.ctd"),
+                                   "--dump", folder_.File("contours.txt")});
   EXPECT_EQ(run.exit_code, 0) << run.err;
-  EXPECT_TRUE(FileExists(folder_ / "contours.ctd"));
-  EXPECT_EQ(ReadFile(folder_ / "contours.txt").rfind("Contours: ", 0), 0U);
+  EXPECT_TRUE(FileExists(folder_.File("contours.ctd")));
+  EXPECT_EQ(ReadFile(folder_.File("contours.txt")).rfind("Contours: ", 0), 0U);
 }
 
 }  // namespace

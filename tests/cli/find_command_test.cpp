@@ -7,7 +7,6 @@
 #include "cli/csv.h"
 #include "cli/manifest.h"
 #include "platform/numbers.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
@@ -31,9 +30,9 @@ class FindCommand : public testing::Test {
     WriteBracketScene(scene_, kPose);
   }
 
-  TempFolder folder_;
-  std::string pattern_ = folder_ / "pattern.png";
-  std::string scene_ = folder_ / "scene.png";
+  ScratchFolder folder_;
+  std::string pattern_ = folder_.File("pattern.png");
+  std::string scene_ = folder_.File("scene.png");
 };
 
 TEST_F(FindCommand, TellsThePose) {
@@ -69,8 +68,9 @@ TEST_F(FindCommand, TextHasAHeadAndALinePerScene) {
 }
 
 TEST_F(FindCommand, CsvHasAFieldForEveryColumn) {
-  WriteFlatPicture(folder_ / "a, flat one.png", 64, 64);
-  const ToolRun run = RunOrvandel({"find", "--csv", pattern_, scene_, folder_ / "a, flat one.png"});
+  WriteFlatPicture(folder_.File("a, flat one.png"), 64, 64);
+  const ToolRun run =
+      RunOrvandel({"find", "--csv", pattern_, scene_, folder_.File("a, flat one.png")});
   EXPECT_EQ(run.exit_code, 1);
   std::istringstream lines(run.out);
   std::string line;
@@ -82,14 +82,14 @@ TEST_F(FindCommand, CsvHasAFieldForEveryColumn) {
   ASSERT_TRUE(std::getline(lines, line));
   const std::vector<std::string> flat = SplitCsvLine(line);
   ASSERT_EQ(flat.size(), 10u) << line;
-  EXPECT_EQ(flat[0], folder_ / "a, flat one.png");
+  EXPECT_EQ(flat[0], folder_.File("a, flat one.png"));
   EXPECT_EQ(flat[1], "no_contours");
   EXPECT_EQ(flat[3], "");
 }
 
 TEST_F(FindCommand, NotFoundInOneSceneIsExitCodeOne) {
-  WriteOtherScene(folder_ / "other.png");
-  const ToolRun run = RunOrvandel({"find", pattern_, scene_, folder_ / "other.png", "--json"});
+  WriteOtherScene(folder_.File("other.png"));
+  const ToolRun run = RunOrvandel({"find", pattern_, scene_, folder_.File("other.png"), "--json"});
   EXPECT_EQ(run.exit_code, 1);
   const Json results = Json::parse(run.out)["results"];
   EXPECT_EQ(results.at(0)["found"], true);
@@ -99,10 +99,10 @@ TEST_F(FindCommand, NotFoundInOneSceneIsExitCodeOne) {
 }
 
 TEST_F(FindCommand, SaysWhyThereIsNoPose) {
-  WriteFlatPicture(folder_ / "flat.png", 64, 64);
-  WriteDisc(folder_ / "disc.png", 8);
+  WriteFlatPicture(folder_.File("flat.png"), 64, 64);
+  WriteDisc(folder_.File("disc.png"), 8);
   const ToolRun run =
-      RunOrvandel({"find", pattern_, folder_ / "flat.png", folder_ / "disc.png", "--json"});
+      RunOrvandel({"find", pattern_, folder_.File("flat.png"), folder_.File("disc.png"), "--json"});
   EXPECT_EQ(run.exit_code, 1);
   const Json results = Json::parse(run.out)["results"];
   EXPECT_EQ(results.at(0)["status"], "no_contours");
@@ -122,9 +122,9 @@ TEST_F(FindCommand, WithoutTimeNothingIsFound) {
 TEST_F(FindCommand, TheAcceptScoreDecidesWhatIsFound) {
   render::Pose half_outside = kPose;
   half_outside.x = 0;
-  WriteBracketScene(folder_ / "half.png", half_outside);
+  WriteBracketScene(folder_.File("half.png"), half_outside);
   const auto exit_code = [&](const char* accept_score) {
-    return RunOrvandel({"find", pattern_, folder_ / "half.png", "--accept-score", accept_score})
+    return RunOrvandel({"find", pattern_, folder_.File("half.png"), "--accept-score", accept_score})
         .exit_code;
   };
   EXPECT_EQ(exit_code("20"), 0);
@@ -141,9 +141,9 @@ TEST_F(FindCommand, TheScaleRangeExcludesOtherSizes) {
 TEST_F(FindCommand, APatternCanBeCutOutOfAPicture) {
   // The bracket lies upright in the middle of this picture, so its pattern picture is that part.
   const render::Pose upright = {.x = 319.5, .y = 239.5};
-  WriteBracketScene(folder_ / "upright.png", upright);
+  WriteBracketScene(folder_.File("upright.png"), upright);
   const ToolRun run = RunOrvandel(
-      {"find", folder_ / "upright.png", scene_, "--json", "--pattern-rect", "210,150,220,180"});
+      {"find", folder_.File("upright.png"), scene_, "--json", "--pattern-rect", "210,150,220,180"});
   ASSERT_EQ(run.exit_code, 0) << run.err;
   const Json document = Json::parse(run.out);
   EXPECT_EQ(document["pattern"]["width"], kBracketWidth);
@@ -170,9 +170,9 @@ TEST_F(FindCommand, TheEdgeThresholdCanBeEstimated) {
 }
 
 TEST_F(FindCommand, OneUnusableSceneDoesNotStopTheOthers) {
-  WriteTextFile(folder_ / "broken.png", "this is no picture");
-  const ToolRun run = RunOrvandel(
-      {"find", pattern_, folder_ / "broken.png", folder_ / "missing.png", scene_, "--json"});
+  WriteTextFile(folder_.File("broken.png"), "this is no picture");
+  const ToolRun run = RunOrvandel({"find", pattern_, folder_.File("broken.png"),
+                                   folder_.File("missing.png"), scene_, "--json"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(NumLines(run.err), 2) << run.err;
   EXPECT_TRUE(Contains(run.err, "broken.png: ")) << run.err;
@@ -186,16 +186,16 @@ TEST_F(FindCommand, OneUnusableSceneDoesNotStopTheOthers) {
 
 TEST_F(FindCommand, AReportGoesIntoAFile) {
   const ToolRun run =
-      RunOrvandel({"find", pattern_, scene_, "--csv", "--output", folder_ / "found.csv"});
+      RunOrvandel({"find", pattern_, scene_, "--csv", "--output", folder_.File("found.csv")});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(NumLines(ReadFile(folder_ / "found.csv")), 2);
+  EXPECT_EQ(NumLines(ReadFile(folder_.File("found.csv"))), 2);
 }
 
 TEST_F(FindCommand, AnOverlayShowsTheScene) {
-  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--overlay", folder_ / "new/dir"});
+  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--overlay", folder_.File("new/dir")});
   ASSERT_EQ(run.exit_code, 0) << run.err;
-  const ImagePtr overlay = ReadBack(folder_ / "new/dir/scene.overlay.png");
+  const ImagePtr overlay = ReadBack(folder_.File("new/dir/scene.overlay.png"));
   const ImagePtr scene = ReadBack(scene_);
   ASSERT_NE(overlay, nullptr);
   ASSERT_EQ(overlay->width, scene->width);
@@ -211,29 +211,31 @@ TEST_F(FindCommand, AnOverlayShowsTheScene) {
 }
 
 TEST_F(FindCommand, OverlaysOfTheSameNameStandSideBySide) {
-  std::filesystem::create_directories(folder_.path() / "b");
-  WriteBracketScene(folder_ / "b/Scene.png", kPose);
-  RunOrvandel({"find", pattern_, scene_, folder_ / "b/Scene.png", "--overlay", folder_ / "o"});
-  EXPECT_TRUE(FileExists(folder_ / "o/scene.overlay.png"));
-  EXPECT_TRUE(FileExists(folder_ / "o/Scene-2.overlay.png"));
+  std::filesystem::create_directories(folder_.Path() / "b");
+  WriteBracketScene(folder_.File("b/Scene.png"), kPose);
+  RunOrvandel(
+      {"find", pattern_, scene_, folder_.File("b/Scene.png"), "--overlay", folder_.File("o")});
+  EXPECT_TRUE(FileExists(folder_.File("o/scene.overlay.png")));
+  EXPECT_TRUE(FileExists(folder_.File("o/Scene-2.overlay.png")));
 }
 
 TEST_F(FindCommand, VerboseTellsWhatWasLearntAndConverted) {
-  WriteColourPicture(folder_ / "colour.ppm", 90, 60);
-  const ToolRun run = RunOrvandel({"find", pattern_, folder_ / "colour.ppm", scene_, "--verbose"});
+  WriteColourPicture(folder_.File("colour.ppm"), 90, 60);
+  const ToolRun run =
+      RunOrvandel({"find", pattern_, folder_.File("colour.ppm"), scene_, "--verbose"});
   EXPECT_TRUE(Contains(run.err, "220 x 180 pixels")) << run.err;
   EXPECT_TRUE(Contains(run.err, "colour.ppm: colour picture")) << run.err;
   EXPECT_FALSE(Contains(run.err, "scene.png: ")) << run.err;
-  EXPECT_EQ(RunOrvandel({"find", pattern_, folder_ / "colour.ppm"}).err, "");
+  EXPECT_EQ(RunOrvandel({"find", pattern_, folder_.File("colour.ppm")}).err, "");
 }
 
 TEST_F(FindCommand, NamesOfAnyKindAreFiles) {
   for (const char* name : {"Stück 1.png", "train", "--odd.png"})
-    WriteBracketScene(folder_ / name, kPose);
+    WriteBracketScene(folder_.File(name), kPose);
   // The image library tells the kind of a file by its ending.
-  const ToolRun run = RunOrvandel({"find", pattern_, folder_ / "Stück 1.png", "--json"});
+  const ToolRun run = RunOrvandel({"find", pattern_, folder_.File("Stück 1.png"), "--json"});
   EXPECT_EQ(run.exit_code, 0) << run.err;
-  EXPECT_EQ(Json::parse(run.out)["results"].at(0)["scene"], folder_ / "Stück 1.png");
+  EXPECT_EQ(Json::parse(run.out)["results"].at(0)["scene"], folder_.File("Stück 1.png"));
 }
 
 TEST_F(FindCommand, ASceneMayBeCalledLikeACommand) {

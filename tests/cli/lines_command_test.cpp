@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "cli/csv.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
@@ -30,8 +29,8 @@ class LinesCommand : public testing::Test {
  protected:
   LinesCommand() { WriteBox(image_, 120, 100, kBox); }
 
-  TempFolder folder_;
-  std::string image_ = folder_ / "box.png";
+  ScratchFolder folder_;
+  std::string image_ = folder_.File("box.png");
 };
 
 TEST_F(LinesCommand, TheSidesOfABoxAreStraightEdges) {
@@ -70,16 +69,17 @@ TEST_F(LinesCommand, TheBestSupportedComeFirst) {
 }
 
 TEST_F(LinesCommand, TheDrawingShowsThem) {
-  ASSERT_EQ(RunOrvandel({"lines", image_, "--draw", folder_ / "lines.png"}).exit_code, 0);
-  const ImagePtr drawn = ReadBack(folder_ / "lines.png");
+  ASSERT_EQ(RunOrvandel({"lines", image_, "--draw", folder_.File("lines.png")}).exit_code, 0);
+  const ImagePtr drawn = ReadBack(folder_.File("lines.png"));
   ASSERT_NE(drawn, nullptr);
   EXPECT_EQ(drawn->width, 120);
   EXPECT_GT(drawn->row[45][20], drawn->row[45][5] + 20);  // the left side against the dark ground
 }
 
 TEST_F(LinesCommand, APictureWithoutThemIsNoError) {
-  WriteDisc(folder_ / "disc.png", 8);
-  const ToolRun run = RunOrvandel({"lines", folder_ / "disc.png", "--draw", folder_ / "d.png"});
+  WriteDisc(folder_.File("disc.png"), 8);
+  const ToolRun run =
+      RunOrvandel({"lines", folder_.File("disc.png"), "--draw", folder_.File("d.png")});
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_EQ(run.out, "0 straight edges\n");
 }

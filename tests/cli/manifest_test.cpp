@@ -5,7 +5,6 @@
 #include "cli/paths.h"
 #include "cli/tool_error.h"
 #include "platform/numbers.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
@@ -14,10 +13,10 @@ namespace {
 constexpr const char* kHeader = "case,pattern,scene,instance,cx,cy,angle_deg,scale,occlusion\n";
 
 // The message of the error that reading gives; empty without one.
-std::string ErrorOfReading(const TempFolder& folder, const std::string& text) {
-  WriteTextFile(folder / "manifest.csv", text);
+std::string ErrorOfReading(const ScratchFolder& folder, const std::string& text) {
+  WriteTextFile(folder.File("manifest.csv"), text);
   try {
-    ReadSuite(folder.path().string());
+    ReadSuite(folder.Path().string());
   } catch (const FileError& error) {
     return error.what();
   }
@@ -25,12 +24,12 @@ std::string ErrorOfReading(const TempFolder& folder, const std::string& text) {
 }
 
 TEST(Manifest, RowsOfACaseAreItsInstances) {
-  const TempFolder folder;
-  WriteTextFile(folder / "manifest.csv", std::string(kHeader) +
-                                             "two,../p.png,scenes/a.png,0,10.5,20,90,1,0\n"
-                                             "two,../p.png,scenes/a.png,1,30,40,-45,0.5,0.2\n"
-                                             "none,../p.png,scenes/b.png,-1,,,,,\n");
-  const Suite suite = ReadSuite(folder.path().string());
+  const ScratchFolder folder;
+  WriteTextFile(folder.File("manifest.csv"), std::string(kHeader) +
+                                                 "two,../p.png,scenes/a.png,0,10.5,20,90,1,0\n"
+                                                 "two,../p.png,scenes/a.png,1,30,40,-45,0.5,0.2\n"
+                                                 "none,../p.png,scenes/b.png,-1,,,,,\n");
+  const Suite suite = ReadSuite(folder.Path().string());
   ASSERT_EQ(suite.cases.size(), 2u);
   EXPECT_EQ(suite.cases[0].name, "two");
   ASSERT_EQ(suite.cases[0].instances.size(), 2u);
@@ -41,30 +40,30 @@ TEST(Manifest, RowsOfACaseAreItsInstances) {
 }
 
 TEST(Manifest, PathsAreRelativeToItsFolder) {
-  const TempFolder folder;
-  WriteTextFile(folder / "manifest.csv",
+  const ScratchFolder folder;
+  WriteTextFile(folder.File("manifest.csv"),
                 std::string(kHeader) + "a,sub/../p.png,scenes/a.png,-1,,,,,\n");
-  const Suite suite = ReadSuite(folder.path().string());
+  const Suite suite = ReadSuite(folder.Path().string());
   // As paths, for Windows separates folders by two characters.
-  EXPECT_EQ(PathFromUtf8(suite.cases[0].pattern), folder.path() / "p.png");
-  EXPECT_EQ(PathFromUtf8(suite.cases[0].scene), folder.path() / "scenes/a.png");
+  EXPECT_EQ(PathFromUtf8(suite.cases[0].pattern), folder.Path() / "p.png");
+  EXPECT_EQ(PathFromUtf8(suite.cases[0].scene), folder.Path() / "scenes/a.png");
 }
 
 TEST(Manifest, FolderAndFileNameTheSameSuite) {
-  const TempFolder folder;
-  WriteTextFile(folder / "manifest.csv", std::string(kHeader) + "a,p,s,-1,,,,,\n");
-  const std::string name = folder.path().filename().string();
-  EXPECT_EQ(ReadSuite(folder.path().string()).name, name);
-  EXPECT_EQ(ReadSuite(folder.path().string() + "/").name, name);
-  EXPECT_EQ(ReadSuite(folder / "manifest.csv").name, name);
+  const ScratchFolder folder;
+  WriteTextFile(folder.File("manifest.csv"), std::string(kHeader) + "a,p,s,-1,,,,,\n");
+  const std::string name = folder.Path().filename().string();
+  EXPECT_EQ(ReadSuite(folder.Path().string()).name, name);
+  EXPECT_EQ(ReadSuite(folder.Path().string() + "/").name, name);
+  EXPECT_EQ(ReadSuite(folder.File("manifest.csv")).name, name);
 }
 
 TEST(Manifest, ColumnsMayStandInAnyOrder) {
-  const TempFolder folder;
-  WriteTextFile(folder / "manifest.csv",
+  const ScratchFolder folder;
+  WriteTextFile(folder.File("manifest.csv"),
                 "\xEF\xBB\xBFscale,angle_deg,cy,cx,instance,scene,pattern,case\r\n"
                 "2,30,20,10,0,s.png,p.png,a\r\n\r\n");
-  const Suite suite = ReadSuite(folder.path().string());
+  const Suite suite = ReadSuite(folder.Path().string());
   ASSERT_EQ(suite.cases.size(), 1u);
   EXPECT_EQ(suite.cases[0].name, "a");
   EXPECT_EQ(suite.cases[0].instances.at(0).scale, 2);
@@ -72,7 +71,7 @@ TEST(Manifest, ColumnsMayStandInAnyOrder) {
 }
 
 TEST(Manifest, ErrorsNameTheLine) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const std::string header = kHeader;
   EXPECT_TRUE(Contains(ErrorOfReading(folder, header + "a,p,s,0,1,x,3,1,0\n"),
                        "line 2: cy 'x' is not a number"));
@@ -84,20 +83,20 @@ TEST(Manifest, ErrorsNameTheLine) {
 }
 
 TEST(Manifest, AMissingColumnIsNamed) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   EXPECT_TRUE(Contains(ErrorOfReading(folder, "case,pattern,scene\n"), "'instance' is missing"));
 }
 
 TEST(Manifest, AnEmptySuiteIsAnError) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   EXPECT_TRUE(Contains(ErrorOfReading(folder, kHeader), "no cases"));
   EXPECT_TRUE(Contains(ErrorOfReading(folder, ""), "line 1"));
 }
 
 TEST(Manifest, AFolderWithoutOneIsNoSuite) {
-  const TempFolder folder;
-  EXPECT_THROW(ReadSuite(folder.path().string()), FileError);
-  EXPECT_THROW(ReadSuite(folder / "nowhere"), FileError);
+  const ScratchFolder folder;
+  EXPECT_THROW(ReadSuite(folder.Path().string()), FileError);
+  EXPECT_THROW(ReadSuite(folder.File("nowhere")), FileError);
 }
 
 TEST(TrueInstance, ThePixelCentreMovesByHalfAPixel) {

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/temp_folder.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
@@ -22,18 +21,18 @@ class OutputFile : public testing::Test {
             {"find", picture_, picture_, "--output", file}};
   }
 
-  TempFolder folder_;
-  std::string picture_ = folder_ / "picture.png";
+  ScratchFolder folder_;
+  std::string picture_ = folder_.File("picture.png");
 };
 
 TEST_F(OutputFile, AMissingFolderIsNamed) {
-  for (const auto& command : CommandsThatWrite(folder_ / "nowhere/file")) {
+  for (const auto& command : CommandsThatWrite(folder_.File("nowhere/file"))) {
     const ToolRun run = RunOrvandel(command);
     EXPECT_EQ(run.exit_code, 2) << command[0] << command[2];
     EXPECT_EQ(NumLines(run.err), 1) << run.err;
     EXPECT_TRUE(Contains(run.err, "nowhere/file: cannot be written: there is no folder"))
         << run.err;
-    EXPECT_FALSE(FileExists(folder_ / "nowhere"));
+    EXPECT_FALSE(FileExists(folder_.File("nowhere")));
   }
 }
 
@@ -60,35 +59,36 @@ TEST_F(OutputFile, AFullStandardOutputIsAnError) {
 #endif
 
 TEST_F(OutputFile, AFolderIsNotOverwritten) {
-  std::filesystem::create_directories(folder_.path() / "folder");
-  for (const auto& command : CommandsThatWrite(folder_ / "folder")) {
+  std::filesystem::create_directories(folder_.Path() / "folder");
+  for (const auto& command : CommandsThatWrite(folder_.File("folder"))) {
     const ToolRun run = RunOrvandel(command);
     EXPECT_EQ(run.exit_code, 2) << command[0] << command[2];
-    EXPECT_TRUE(std::filesystem::is_directory(folder_.path() / "folder"));
+    EXPECT_TRUE(std::filesystem::is_directory(folder_.Path() / "folder"));
   }
 }
 
 TEST_F(OutputFile, AnOlderFileIsReplaced) {
-  for (const auto& command : CommandsThatWrite(folder_ / "file")) {
-    WriteTextFile(folder_ / "file", "older");
+  for (const auto& command : CommandsThatWrite(folder_.File("file"))) {
+    WriteTextFile(folder_.File("file"), "older");
     const ToolRun run = RunOrvandel(command);
     EXPECT_EQ(run.exit_code, 0) << run.err;
-    EXPECT_NE(ReadFile(folder_ / "file"), "older") << command[0] << command[2];
+    EXPECT_NE(ReadFile(folder_.File("file")), "older") << command[0] << command[2];
   }
 }
 
 TEST_F(OutputFile, NothingIsLeftBesideIt) {
-  for (const auto& command : CommandsThatWrite(folder_ / "file"))
+  for (const auto& command : CommandsThatWrite(folder_.File("file")))
     RunOrvandel(command);
   int num_files = 0;
-  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder_.path()))
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder_.Path()))
     ++num_files;
   EXPECT_EQ(num_files, 2);  // the picture and the file
 }
 
 TEST_F(OutputFile, AnOverlayFolderThatCannotBeMadeIsAnError) {
-  WriteTextFile(folder_ / "taken", "a file");
-  const ToolRun run = RunOrvandel({"find", picture_, picture_, "--overlay", folder_ / "taken/o"});
+  WriteTextFile(folder_.File("taken"), "a file");
+  const ToolRun run =
+      RunOrvandel({"find", picture_, picture_, "--overlay", folder_.File("taken/o")});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_TRUE(Contains(run.err, "taken/o: this folder cannot be made")) << run.err;
 }

@@ -7,7 +7,6 @@
 
 #include "cli/paths.h"
 #include "tests/cli/run_program.h"
-#include "tests/cli/temp_folder.h"
 
 namespace orvandel::cli::test {
 namespace {
@@ -18,27 +17,27 @@ std::string Contents(const std::string& path, std::ios::openmode mode) {
 }
 
 // What a program printed has the system's line ends.
-std::string TakeText(const std::string& path) {
-  std::string text = Contents(path, std::ios::in);
-  std::filesystem::remove(PathFromUtf8(path));
-  return text;
+std::string TextOf(const std::string& path) {
+  return Contents(path, std::ios::in);
 }
 
 }  // namespace
 
 ToolRun RunOrvandelInto(const std::string& standard_output,
                         const std::vector<std::string>& arguments) {
-  const std::string err_file = OwnTempPath().string();
+  const ScratchFolder folder;
+  const std::string err_file = folder.File("err");
   ToolRun run;
   run.exit_code = RunProgram(ORVANDEL_TOOL, arguments, standard_output, err_file);
-  run.err = TakeText(err_file);
+  run.err = TextOf(err_file);
   return run;
 }
 
 ToolRun RunOrvandel(const std::vector<std::string>& arguments) {
-  const std::string out_file = OwnTempPath().string();
+  const ScratchFolder folder;
+  const std::string out_file = folder.File("out");
   ToolRun run = RunOrvandelInto(out_file, arguments);
-  run.out = TakeText(out_file);
+  run.out = TextOf(out_file);
   return run;
 }
 

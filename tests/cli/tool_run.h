@@ -3,7 +3,11 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/scratch_folder.h"
+
 namespace orvandel::cli::test {
+
+using orvandel::test::ScratchFolder;
 
 struct ToolRun {
   int exit_code = -1;

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "tests/cli/temp_folder.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
@@ -15,15 +14,16 @@ using Json = nlohmann::json;
 constexpr render::Pose kPose = {.x = 330.1, .y = 220.6, .angle_deg = -35, .scale = 0.9};
 
 TEST(TrainCommand, KeepsThePatternPicture) {
-  const TempFolder folder;
-  WriteBracketPattern(folder / "pattern.png");
-  const ToolRun run = RunOrvandel({"train", folder / "pattern.png", "--save", folder / "part"});
+  const ScratchFolder folder;
+  WriteBracketPattern(folder.File("pattern.png"));
+  const ToolRun run =
+      RunOrvandel({"train", folder.File("pattern.png"), "--save", folder.File("part")});
   ASSERT_EQ(run.exit_code, 0) << run.err;
   EXPECT_TRUE(Contains(run.out, "220 x 180 pixels")) << run.out;
-  EXPECT_TRUE(Contains(run.out, folder / "part_qrsi.bmp")) << run.out;
+  EXPECT_TRUE(Contains(run.out, folder.File("part_qrsi.bmp"))) << run.out;
 
-  const ImagePtr kept = ReadBack(folder / "part_qrsi.bmp");
-  const ImagePtr pattern = ReadBack(folder / "pattern.png");
+  const ImagePtr kept = ReadBack(folder.File("part_qrsi.bmp"));
+  const ImagePtr pattern = ReadBack(folder.File("pattern.png"));
   ASSERT_NE(kept, nullptr);
   ASSERT_EQ(kept->width, pattern->width);
   ASSERT_EQ(kept->height, pattern->height);
@@ -32,14 +32,14 @@ TEST(TrainCommand, KeepsThePatternPicture) {
 }
 
 TEST(TrainCommand, AKeptPatternFindsWhatTheFreshOneFinds) {
-  const TempFolder folder;
-  WriteBracketPattern(folder / "pattern.png");
-  WriteBracketScene(folder / "scene.png", kPose);
-  RunOrvandel({"train", folder / "pattern.png", "--save", folder / "part"});
+  const ScratchFolder folder;
+  WriteBracketPattern(folder.File("pattern.png"));
+  WriteBracketScene(folder.File("scene.png"), kPose);
+  RunOrvandel({"train", folder.File("pattern.png"), "--save", folder.File("part")});
   const ToolRun fresh =
-      RunOrvandel({"find", folder / "pattern.png", folder / "scene.png", "--json"});
+      RunOrvandel({"find", folder.File("pattern.png"), folder.File("scene.png"), "--json"});
   const ToolRun kept =
-      RunOrvandel({"find", "--knowledge", folder / "part", folder / "scene.png", "--json"});
+      RunOrvandel({"find", "--knowledge", folder.File("part"), folder.File("scene.png"), "--json"});
   ASSERT_EQ(fresh.exit_code, 0) << fresh.err;
   ASSERT_EQ(kept.exit_code, 0) << kept.err;
   Json expected = Json::parse(fresh.out)["results"][0];
@@ -50,13 +50,13 @@ TEST(TrainCommand, AKeptPatternFindsWhatTheFreshOneFinds) {
 }
 
 TEST(TrainCommand, KeepsACutOut) {
-  const TempFolder folder;
-  WriteBracketScene(folder / "scene.png", {.x = 319.5, .y = 239.5});
-  const ToolRun run = RunOrvandel({"train", folder / "scene.png", "--pattern-rect",
-                                   "210,150,220,180", "--save", folder / "part"});
+  const ScratchFolder folder;
+  WriteBracketScene(folder.File("scene.png"), {.x = 319.5, .y = 239.5});
+  const ToolRun run = RunOrvandel({"train", folder.File("scene.png"), "--pattern-rect",
+                                   "210,150,220,180", "--save", folder.File("part")});
   ASSERT_EQ(run.exit_code, 0) << run.err;
-  const ImagePtr kept = ReadBack(folder / "part_qrsi.bmp");
-  const ImagePtr scene = ReadBack(folder / "scene.png");
+  const ImagePtr kept = ReadBack(folder.File("part_qrsi.bmp"));
+  const ImagePtr scene = ReadBack(folder.File("scene.png"));
   ASSERT_NE(kept, nullptr);
   EXPECT_EQ(kept->width, 220);
   EXPECT_EQ(kept->height, 180);
@@ -64,53 +64,57 @@ TEST(TrainCommand, KeepsACutOut) {
 }
 
 TEST(TrainCommand, APatternWithoutContoursIsRefused) {
-  const TempFolder folder;
-  WriteFlatPicture(folder / "flat.png", 80, 60);
-  const ToolRun run = RunOrvandel({"train", folder / "flat.png", "--save", folder / "part"});
+  const ScratchFolder folder;
+  WriteFlatPicture(folder.File("flat.png"), 80, 60);
+  const ToolRun run =
+      RunOrvandel({"train", folder.File("flat.png"), "--save", folder.File("part")});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(NumLines(run.err), 1) << run.err;
   EXPECT_TRUE(Contains(run.err, "flat.png: no contour in the pattern")) << run.err;
   EXPECT_TRUE(Contains(run.err, "--edge-threshold")) << run.err;
   EXPECT_TRUE(Contains(run.err, "--min-contour")) << run.err;
-  EXPECT_FALSE(FileExists(folder / "part_qrsi.bmp"));
+  EXPECT_FALSE(FileExists(folder.File("part_qrsi.bmp")));
 }
 
 TEST(TrainCommand, APatternWithoutStraightEdgesIsRefused) {
-  const TempFolder folder;
-  WriteDisc(folder / "disc.png", 8);
-  const ToolRun run = RunOrvandel({"train", folder / "disc.png", "--save", folder / "part"});
+  const ScratchFolder folder;
+  WriteDisc(folder.File("disc.png"), 8);
+  const ToolRun run =
+      RunOrvandel({"train", folder.File("disc.png"), "--save", folder.File("part")});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(NumLines(run.err), 1) << run.err;
   EXPECT_TRUE(Contains(run.err, "disc.png: no straight edge in the pattern")) << run.err;
-  EXPECT_FALSE(FileExists(folder / "part_qrsi.bmp"));
+  EXPECT_FALSE(FileExists(folder.File("part_qrsi.bmp")));
 }
 
 TEST(TrainCommand, AFailureLeavesAnOlderFileWhole) {
-  const TempFolder folder;
-  WriteFlatPicture(folder / "flat.png", 80, 60);
-  WriteTextFile(folder / "part_qrsi.bmp", "older");
-  EXPECT_EQ(RunOrvandel({"train", folder / "flat.png", "--save", folder / "part"}).exit_code, 2);
-  EXPECT_EQ(ReadFile(folder / "part_qrsi.bmp"), "older");
+  const ScratchFolder folder;
+  WriteFlatPicture(folder.File("flat.png"), 80, 60);
+  WriteTextFile(folder.File("part_qrsi.bmp"), "older");
+  EXPECT_EQ(
+      RunOrvandel({"train", folder.File("flat.png"), "--save", folder.File("part")}).exit_code, 2);
+  EXPECT_EQ(ReadFile(folder.File("part_qrsi.bmp")), "older");
 }
 
 TEST(TrainCommand, AMissingFolderIsNamed) {
-  const TempFolder folder;
-  WriteBracketPattern(folder / "pattern.png");
+  const ScratchFolder folder;
+  WriteBracketPattern(folder.File("pattern.png"));
   const ToolRun run =
-      RunOrvandel({"train", folder / "pattern.png", "--save", folder / "nowhere/part"});
+      RunOrvandel({"train", folder.File("pattern.png"), "--save", folder.File("nowhere/part")});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(run.out, "");
   EXPECT_TRUE(Contains(run.err, "there is no folder")) << run.err;
 }
 
 TEST(Knowledge, WhatCannotBeReadIsAnError) {
-  const TempFolder folder;
-  WriteBracketScene(folder / "scene.png", kPose);
-  WriteTextFile(folder / "text_qrsi.bmp", "no picture");
-  WriteFlatPicture(folder / "flat_qrsi.bmp", 80, 60);
-  WriteDisc(folder / "disc_qrsi.bmp", 8);
+  const ScratchFolder folder;
+  WriteBracketScene(folder.File("scene.png"), kPose);
+  WriteTextFile(folder.File("text_qrsi.bmp"), "no picture");
+  WriteFlatPicture(folder.File("flat_qrsi.bmp"), 80, 60);
+  WriteDisc(folder.File("disc_qrsi.bmp"), 8);
   const auto error_of = [&](const char* name) {
-    const ToolRun run = RunOrvandel({"find", "--knowledge", folder / name, folder / "scene.png"});
+    const ToolRun run =
+        RunOrvandel({"find", "--knowledge", folder.File(name), folder.File("scene.png")});
     EXPECT_EQ(run.exit_code, 2) << name;
     EXPECT_EQ(run.out, "") << name;
     EXPECT_EQ(NumLines(run.err), 1) << run.err;

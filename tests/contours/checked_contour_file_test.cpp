@@ -12,9 +12,10 @@
 #include <gtest/gtest.h>
 
 #include "contours/ctd.h"
-#include "tests/contours/scratch_folder.h"
+#include "tests/contours/file_bytes.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/images.h"
+#include "tests/support/scratch_folder.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {
@@ -152,8 +153,8 @@ TEST(CheckedContourFile, WhatFilesDoNotHoldIsKept) {
 TEST(CheckedContourFile, WhatIsNoRegularFileCannotBeOpened) {
   const ScratchFolder folder;
   const ContourSet set = SmallSet();
-  const std::vector<std::string> paths = {folder.File("missing.ctd"), folder.Path(), "/dev/zero",
-                                          ""};
+  const std::vector<std::string> paths = {folder.File("missing.ctd"), folder.Path().string(),
+                                          "/dev/zero", ""};
   for (const std::string& path : paths) {
     const ContourFileError error = LoadContoursChecked(set.get(), path.c_str());
     EXPECT_EQ(error.fault, Fault::kCannotOpen) << path;

@@ -9,8 +9,9 @@
 
 #include "contours/ctd.h"
 #include "contours/edge_record.h"
-#include "tests/contours/scratch_folder.h"
+#include "tests/contours/file_bytes.h"
 #include "tests/support/contour_sets.h"
+#include "tests/support/scratch_folder.h"
 
 // Files that are missing, short or damaged, and places where none can be written.
 namespace orvandel::test {
@@ -40,7 +41,7 @@ TEST(ContourFileFailures, SavingWhereNoFileCanBeGives9) {
   const ScratchFolder folder;
   const ContourSet set = SmallSet();
   EXPECT_EQ(ctd_save(set.get(), folder.File("no/such/folder.ctd").c_str()), 9);
-  EXPECT_EQ(ctd_save(set.get(), folder.Path().c_str()), 9);  // a folder
+  EXPECT_EQ(ctd_save(set.get(), folder.Path().string().c_str()), 9);  // a folder
 }
 
 #if defined(__linux__)

@@ -5,8 +5,9 @@
 
 #include "contours/ctd.h"
 #include "contours/edge_record.h"
-#include "tests/contours/scratch_folder.h"
+#include "tests/contours/file_bytes.h"
 #include "tests/support/contour_sets.h"
+#include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {
 namespace {

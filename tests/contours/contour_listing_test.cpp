@@ -7,8 +7,9 @@
 #include <gtest/gtest.h>
 
 #include "contours/ctd.h"
-#include "tests/contours/scratch_folder.h"
+#include "tests/contours/file_bytes.h"
 #include "tests/support/contour_sets.h"
+#include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {
 namespace {
@@ -113,7 +114,7 @@ TEST(ContourListing, TheLargestNumberIsWrittenOut) {
 TEST(ContourListing, WhereNoFileCanBeGives9) {
   const ScratchFolder folder;
   EXPECT_EQ(ctd_dump(MakeEmptySet().get(), folder.File("no/such/folder.txt").c_str()), 9);
-  EXPECT_EQ(ctd_dump(MakeEmptySet().get(), folder.Path().c_str()), 9);
+  EXPECT_EQ(ctd_dump(MakeEmptySet().get(), folder.Path().string().c_str()), 9);
 }
 
 /// 1 contour of 1500 points at (1234.5, 0): large enough for thousands to be grouped.

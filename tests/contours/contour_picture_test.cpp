@@ -5,9 +5,10 @@
 #include <gtest/gtest.h>
 
 #include "contours/ctd.h"
-#include "tests/contours/scratch_folder.h"
+#include "tests/contours/file_bytes.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/grids.h"
+#include "tests/support/scratch_folder.h"
 
 // Pictures of a set, written to files and read back.
 namespace orvandel::test {
@@ -75,7 +76,7 @@ TEST(ContourPicture, PointsAtNegativePositionsFallOutside) {
 void ExpectNothingWritten(const ContourSet& set) {
   const ScratchFolder folder;
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("set.bmp").c_str()), 0);
-  EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
+  EXPECT_TRUE(std::filesystem::is_empty(folder.Path().string()));
 }
 
 TEST(ContourPicture, OfAnEmptySetIsNotWritten) {
@@ -98,7 +99,7 @@ TEST(ContourPicture, ThatCannotBeWrittenReturnsZeroAllTheSame) {
   const ScratchFolder folder;
   const ContourSet set = MakeSet({{{{2.5, 3.5}, {9.5, 8.5}}, false}});
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("no/such/folder.bmp").c_str()), 0);
-  EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
+  EXPECT_TRUE(std::filesystem::is_empty(folder.Path().string()));
 }
 
 }  // namespace

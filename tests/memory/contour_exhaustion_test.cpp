@@ -10,10 +10,11 @@
 #include "contours/checked_contour_file.h"
 #include "contours/ctd.h"
 #include "edges/sub_canny.h"
-#include "tests/contours/scratch_folder.h"
+#include "tests/contours/file_bytes.h"
 #include "tests/memory/exhaustion.h"
 #include "tests/search/small_scenes.h"
 #include "tests/support/contour_sets.h"
+#include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {
 namespace {

@@ -8,12 +8,13 @@
 #include <gtest/gtest.h>
 
 #include "search/qrsis.h"
-#include "tests/contours/scratch_folder.h"
+#include "tests/contours/file_bytes.h"
 #include "tests/memory/exhaustion.h"
 #include "tests/search/kept_objects.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/search/search_results.h"
 #include "tests/search/small_scenes.h"
+#include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {
 namespace {
@@ -121,7 +122,7 @@ TEST_F(SearchExhaustion, KnowledgeIsSavedWholeOrNotAtAll) {
     EXPECT_TRUE(search.SaveKnowledge(name.c_str()));
     EXPECT_EQ(Contents(file), whole);
   });
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.Path()), {}), 1);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.Path().string()), {}), 1);
 }
 
 TEST_F(SearchExhaustion, LoadingKnowledgeLosesTheImageThatCannotBeReadAndNothingElse) {

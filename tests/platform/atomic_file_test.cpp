@@ -41,7 +41,7 @@ class AtomicFile : public testing::Test {
 
   void ExpectOldFileAlone() const {
     EXPECT_EQ(ReadBytes(file_), kOld);
-    EXPECT_EQ(folder_.NumEntries(), 1U);
+    EXPECT_EQ(folder_.Names().size(), 1U);
   }
 
   ScratchFolder folder_;
@@ -52,19 +52,19 @@ TEST_F(AtomicFile, IsMadeWhereThereWasNone) {
   const fs::path path = folder_ / "another";
   EXPECT_FALSE(Write(path, kNew));
   EXPECT_EQ(ReadBytes(path), kNew);
-  EXPECT_EQ(folder_.NumEntries(), 2U);
+  EXPECT_EQ(folder_.Names().size(), 2U);
 }
 
 TEST_F(AtomicFile, TakesAnOlderOnesPlace) {
   EXPECT_FALSE(Write(file_, kNew));
   EXPECT_EQ(ReadBytes(file_), kNew);
-  EXPECT_EQ(folder_.NumEntries(), 1U);
+  EXPECT_EQ(folder_.Names().size(), 1U);
 }
 
 TEST_F(AtomicFile, MayBeEmpty) {
   EXPECT_FALSE(Write(file_, {}));
   EXPECT_EQ(ReadBytes(file_), Bytes());
-  EXPECT_EQ(folder_.NumEntries(), 1U);
+  EXPECT_EQ(folder_.Names().size(), 1U);
 }
 
 TEST_F(AtomicFile, MayBeLong) {
@@ -120,7 +120,7 @@ TEST_F(AtomicFile, IsFilledByAnother) {
   }));
   EXPECT_NE(given, file_);
   EXPECT_EQ(ReadBytes(file_), kNew);
-  EXPECT_EQ(folder_.NumEntries(), 1U);
+  EXPECT_EQ(folder_.Names().size(), 1U);
 }
 
 TEST_F(AtomicFile, WhoseWriterFailsLeavesTheOldOne) {
@@ -157,7 +157,7 @@ TEST_F(AtomicFile, WritersMayNest) {
   EXPECT_FALSE(
       ReplaceFileAtomically(file_, [](const fs::path& path) { return Write(path, kNew); }));
   EXPECT_EQ(ReadBytes(file_), kNew);
-  EXPECT_EQ(folder_.NumEntries(), 1U);
+  EXPECT_EQ(folder_.Names().size(), 1U);
 }
 
 #if defined(__unix__)
@@ -168,7 +168,7 @@ TEST_F(AtomicFile, BehindALinkIsReplacedAndTheLinkStays) {
   EXPECT_TRUE(fs::is_symlink(folder_ / "relative"));
   EXPECT_TRUE(fs::is_symlink(folder_ / "absolute"));
   EXPECT_EQ(ReadBytes(file_), kNew);
-  EXPECT_EQ(folder_.NumEntries(), 3U);
+  EXPECT_EQ(folder_.Names().size(), 3U);
 }
 
 TEST_F(AtomicFile, BehindALinkToNothingIsMade) {

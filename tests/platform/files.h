@@ -1,44 +1,17 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <random>
 #include <string>
 #include <vector>
+
+#include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {
 
 using Bytes = std::vector<std::uint8_t>;
-
-/// A folder of a test's own, removed with everything in it.
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    std::random_device random;
-    do {
-      path_ =
-          std::filesystem::temp_directory_path() / ("orvandel-test-" + std::to_string(random()));
-    } while (!std::filesystem::create_directory(path_));
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-  ~ScratchFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-
-  std::filesystem::path operator/(const std::filesystem::path& name) const { return path_ / name; }
-  std::size_t NumEntries() const {
-    const std::filesystem::directory_iterator entries(path_);
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-  }
-
- private:
-  std::filesystem::path path_;
-};
 
 inline std::string Utf8(const std::filesystem::path& path) {
   const std::u8string text = path.u8string();

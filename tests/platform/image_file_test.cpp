@@ -190,7 +190,7 @@ TEST(ImageFile, NullArgumentsAreRefused) {
   EXPECT_EQ(im_file_read(image.get(), nullptr, kBmp), kImageFileBadArgument);
   EXPECT_EQ(im_file_get_size(nullptr, kBmp, nullptr, nullptr, nullptr, nullptr),
             kImageFileBadArgument);
-  EXPECT_EQ(folder.NumEntries(), 0U);
+  EXPECT_EQ(folder.Names().size(), 0U);
 }
 
 TEST(ImageFile, UnknownTypesAreRefused) {
@@ -202,7 +202,7 @@ TEST(ImageFile, UnknownTypesAreRefused) {
     EXPECT_EQ(ReadPicture(folder / "a.bmp", 2, 2, file_type).error, kImageFileBadArgument);
     EXPECT_EQ(InfoOf(folder / "a.bmp", file_type).error, kImageFileBadArgument);
   }
-  EXPECT_EQ(folder.NumEntries(), 1U);
+  EXPECT_EQ(folder.Names().size(), 1U);
 }
 
 TEST(ImageFile, ImagesThatAreNotGreyAreRefused) {
@@ -220,7 +220,7 @@ TEST(ImageFile, OverlongPicturesAreNotWritten) {
     EXPECT_EQ(Write(ImagePtr(im_create(1, 65536, 1)), folder / name), kImageFileTooLarge) << name;
     EXPECT_EQ(Write(ImagePtr(im_create(1, 1, 65536)), folder / name), kImageFileTooLarge) << name;
   }
-  EXPECT_EQ(folder.NumEntries(), 0U);
+  EXPECT_EQ(folder.Names().size(), 0U);
 }
 
 TEST(ImageFile, TheLongestPicturesComeBackUnchanged) {
@@ -238,7 +238,7 @@ TEST(ImageFile, InAMissingFolderIsNotWritten) {
   const ScratchFolder folder;
   EXPECT_EQ(Write(MakeTexture(2, 2), folder / "none" / "a.bmp"), kImageFileCannotWrite);
   EXPECT_EQ(Write(MakeTexture(2, 2), ""), kImageFileCannotWrite);
-  EXPECT_EQ(folder.NumEntries(), 0U);
+  EXPECT_EQ(folder.Names().size(), 0U);
 }
 
 #if defined(__linux__)

@@ -6,11 +6,12 @@
 #include <gtest/gtest.h>
 
 #include "search/qrsis.h"
+#include "tests/search/file_bytes.h"
 #include "tests/search/kept_objects.h"
-#include "tests/search/knowledge_folder.h"
 #include "tests/search/search_results.h"
 #include "tests/search/small_scenes.h"
 #include "tests/support/contour_sets.h"
+#include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {
 namespace {
@@ -61,20 +62,20 @@ void ExpectSamePattern(QRSIS& actual, QRSIS& expected) {
 }
 
 TEST(Knowledge, LoadedPatternIsTheSavedOne) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   TrainedSearch saved(PictureOf(SmallPart()));
-  EXPECT_TRUE(Save(saved, folder / "p"));
+  EXPECT_TRUE(Save(saved, folder.File("p")));
   UntrainedSearch loaded;
-  EXPECT_TRUE(Load(loaded, folder / "p"));
+  EXPECT_TRUE(Load(loaded, folder.File("p")));
   ExpectSamePattern(loaded, saved);
 }
 
 TEST(Knowledge, FileHoldsTheVeryImageOfTheTraining) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   const ImagePtr picture = PictureOf(SmallPart());
   TrainedSearch search(picture);
-  ASSERT_TRUE(Save(search, folder / "p"));
-  const std::string path = folder / "p_qrsi.bmp";
+  ASSERT_TRUE(Save(search, folder.File("p")));
+  const std::string path = folder.File("p_qrsi.bmp");
   int width = 0;
   int height = 0;
   int channels = 0;
@@ -91,104 +92,105 @@ TEST(Knowledge, FileHoldsTheVeryImageOfTheTraining) {
 }
 
 TEST(Knowledge, NameIsThePathAndTheSuffixWhateverItEndsIn) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   TrainedSearch search(PictureOf(SmallPart()));
-  ASSERT_TRUE(Save(search, folder / "part.bmp"));
-  EXPECT_EQ(folder.Files(), (std::vector<std::string>{"part.bmp_qrsi.bmp"}));
+  ASSERT_TRUE(Save(search, folder.File("part.bmp")));
+  EXPECT_EQ(folder.Names(), (std::vector<std::string>{"part.bmp_qrsi.bmp"}));
   UntrainedSearch loaded;
-  EXPECT_FALSE(Load(loaded, folder / "part.bmp_qrsi.bmp"));
-  EXPECT_FALSE(Load(loaded, folder / "part"));
-  EXPECT_TRUE(Load(loaded, folder / "part.bmp"));
+  EXPECT_FALSE(Load(loaded, folder.File("part.bmp_qrsi.bmp")));
+  EXPECT_FALSE(Load(loaded, folder.File("part")));
+  EXPECT_TRUE(Load(loaded, folder.File("part.bmp")));
 }
 
 TEST(Knowledge, UntrainedObjectSavesNothing) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   QRSIS fresh;
-  EXPECT_FALSE(Save(fresh, folder / "p"));
+  EXPECT_FALSE(Save(fresh, folder.File("p")));
   UntrainedSearch failed;
   EXPECT_EQ(TrainOn(failed, UniformPicture()), 1);
-  EXPECT_FALSE(Save(failed, folder / "p"));
-  EXPECT_TRUE(folder.Files().empty());
+  EXPECT_FALSE(Save(failed, folder.File("p")));
+  EXPECT_TRUE(folder.Names().empty());
 }
 
 TEST(Knowledge, IsNotSavedIntoAFolderThatIsNotThere) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   TrainedSearch search(PictureOf(SmallPart()));
-  EXPECT_FALSE(Save(search, folder / "missing/p"));
-  EXPECT_TRUE(folder.Files().empty());
+  EXPECT_FALSE(Save(search, folder.File("missing/p")));
+  EXPECT_TRUE(folder.Names().empty());
 }
 
 TEST(Knowledge, SavingLeavesTheObjectTrained) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   TrainedSearch search(PictureOf(SmallPart()));
   const ImagePtr scene = SceneOf(SmallPart(), {.x = 90, .y = 75, .angle_deg = 20});
   const Found before = LookFor(search, scene);
-  ASSERT_TRUE(Save(search, folder / "p"));
-  ASSERT_TRUE(Save(search, folder / "p"));  // over the first
+  ASSERT_TRUE(Save(search, folder.File("p")));
+  ASSERT_TRUE(Save(search, folder.File("p")));  // over the first
   ExpectSameResult(LookFor(search, scene), before);
 }
 
 TEST(Knowledge, MissingFileIsNotLoaded) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   TrainedSearch search(PictureOf(SmallPart()));
-  EXPECT_FALSE(Load(search, folder / "missing"));
+  EXPECT_FALSE(Load(search, folder.File("missing")));
   TrainedSearch same(PictureOf(SmallPart()));
   ExpectSamePattern(search, same);  // what it had learnt stays
 }
 
 TEST(Knowledge, TruncatedFileIsNotLoaded) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   TrainedSearch search(PictureOf(SmallPart()));
-  ASSERT_TRUE(Save(search, folder / "p"));
-  std::vector<char> bytes = BytesOf(folder / "p_qrsi.bmp");
+  ASSERT_TRUE(Save(search, folder.File("p")));
+  std::vector<char> bytes = BytesOf(folder.File("p_qrsi.bmp"));
   bytes.resize(bytes.size() - 1000);  // the size is still readable, the pixels are not
-  WriteBytes(folder / "cut_qrsi.bmp", bytes);
+  WriteBytes(folder.File("cut_qrsi.bmp"), bytes);
   {
     const LossByDesign image_made_for_the_file;
-    EXPECT_FALSE(Load(search, folder / "cut"));
+    EXPECT_FALSE(Load(search, folder.File("cut")));
   }
   TrainedSearch same(PictureOf(SmallPart()));
   ExpectSamePattern(search, same);
 }
 
 TEST(Knowledge, FileThatIsNoPictureIsNotLoaded) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   UntrainedSearch search;
-  WriteBytes(folder / "text_qrsi.bmp", {'h', 'e', 'l', 'l', 'o'});
-  WriteBytes(folder / "empty_qrsi.bmp", {});
-  EXPECT_FALSE(Load(search, folder / "text"));
-  EXPECT_FALSE(Load(search, folder / "empty"));
+  WriteBytes(folder.File("text_qrsi.bmp"), {'h', 'e', 'l', 'l', 'o'});
+  WriteBytes(folder.File("empty_qrsi.bmp"), {});
+  EXPECT_FALSE(Load(search, folder.File("text")));
+  EXPECT_FALSE(Load(search, folder.File("empty")));
   ExpectZeroResult({LookFor(search, UniformPicture()).status, 0, 0, 0, 0, 0}, 1);
 }
 
 TEST(Knowledge, PictureWithoutAPatternIsLoadedYetTrainsNothing) {
-  const KnowledgeFolder folder;
-  ASSERT_EQ(im_file_write(UniformPicture(40, 30).get(), (folder / "flat_qrsi.bmp").c_str(), 1), 0);
+  const ScratchFolder folder;
+  ASSERT_EQ(im_file_write(UniformPicture(40, 30).get(), (folder.File("flat_qrsi.bmp")).c_str(), 1),
+            0);
   TrainedSearch search(PictureOf(SmallPart()));
-  EXPECT_TRUE(Load(search, folder / "flat"));
+  EXPECT_TRUE(Load(search, folder.File("flat")));
   EXPECT_EQ(search.GetPatternDx(), 40);
   EXPECT_EQ(search.GetPatternDy(), 30);
   EXPECT_EQ(LookFor(search, PictureOf(SmallPart())).status, 1);
-  EXPECT_FALSE(Save(search, folder / "again"));
+  EXPECT_FALSE(Save(search, folder.File("again")));
 }
 
 TEST(Knowledge, IsLoadedWithoutInitializeYetTrainsNothing) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   TrainedSearch search(PictureOf(SmallPart()));
-  ASSERT_TRUE(Save(search, folder / "p"));
+  ASSERT_TRUE(Save(search, folder.File("p")));
   QRSIS uninitialised;
-  EXPECT_TRUE(Load(uninitialised, folder / "p"));
+  EXPECT_TRUE(Load(uninitialised, folder.File("p")));
   EXPECT_EQ(uninitialised.GetPatternDx(), 100);
   EXPECT_EQ(LookFor(uninitialised, PictureOf(SmallPart())).status, 1);
 }
 
 TEST(Knowledge, IsTrainedWithTheParametersInForce) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   TrainedSearch search(PictureOf(SmallPart()));
-  ASSERT_TRUE(Save(search, folder / "p"));
+  ASSERT_TRUE(Save(search, folder.File("p")));
   UntrainedSearch loaded;
   loaded.SetParams(40, 15, 3000, 80);
-  ASSERT_TRUE(Load(loaded, folder / "p"));
+  ASSERT_TRUE(Load(loaded, folder.File("p")));
   const CCrawler& set = *static_cast<CCrawler*>(loaded.GetCrawlerPatternData());
   EXPECT_EQ(set.edge_threshold, 40);
   EXPECT_EQ(set.min_size, 15);
@@ -196,24 +198,24 @@ TEST(Knowledge, IsTrainedWithTheParametersInForce) {
 }
 
 TEST(Knowledge, ThresholdIsEstimatedAgain) {
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   const ImagePtr picture = PictureOf(SmallPart());
   TrainedSearch search(picture);
-  ASSERT_TRUE(Save(search, folder / "p"));
+  ASSERT_TRUE(Save(search, folder.File("p")));
   UntrainedSearch loaded;
   loaded.SetParams(-1, 10, 100000, 80);
-  ASSERT_TRUE(Load(loaded, folder / "p"));
+  ASSERT_TRUE(Load(loaded, folder.File("p")));
   EXPECT_EQ(static_cast<CCrawler*>(loaded.GetCrawlerPatternData())->edge_threshold,
             ctd_compute_edge_strength(nullptr, picture.get()));
 }
 
 TEST(Knowledge, ImageThatTheCrawlRefusedIsNotSaved) {
   // The image library writes 8-bit grey only.
-  const KnowledgeFolder folder;
+  const ScratchFolder folder;
   TrainedSearch search(PictureOf(SmallPart()));
   ASSERT_EQ(search.TrainIt(ImagePtr(im_create(2, 20, 20)).get()), 0);
-  EXPECT_FALSE(Save(search, folder / "p"));
-  EXPECT_TRUE(folder.Files().empty());
+  EXPECT_FALSE(Save(search, folder.File("p")));
+  EXPECT_TRUE(folder.Names().empty());
 }
 
 }  // namespace

@@ -5,40 +5,19 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <random>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "fuzz/require.h"
+#include "tests/support/scratch_folder.h"
 
 namespace orvandel::fuzz {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// A folder of this process's own, removed at its end. scripts/fuzz puts it in memory.
-class TempFolder {
- public:
-  TempFolder() {
-    std::random_device random;
-    do {
-      path_ =
-          std::filesystem::temp_directory_path() / ("orvandel-fuzz-" + std::to_string(random()));
-    } while (!std::filesystem::create_directory(path_));
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  ~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-
-  const std::filesystem::path& Path() const { return path_; }
-  std::string File(const std::string& name) const { return (path_ / name).string(); }
-
- private:
-  std::filesystem::path path_;
-};
+/// Of a target, for the whole run. scripts/fuzz puts it in memory.
+using test::ScratchFolder;
 
 inline void WriteBytes(const std::string& path, std::span<const std::uint8_t> bytes) {
   std::filesystem::remove(path);
