@@ -1,5 +1,6 @@
 #include "verify/reach_map.h"
 
+#include <algorithm>
 #include <new>
 
 #include "platform/nonzero_bytes.h"
@@ -39,7 +40,7 @@ void ReachMap::StampAll(const CEdgeImgComplement& edges) {
   const std::size_t stride = stride_;
   const auto reach = static_cast<std::size_t>(stamps_->Reach());
   const std::size_t num_rows = 2 * reach + 1;
-  const auto width = static_cast<std::size_t>(edges.width);
+  const auto width = static_cast<std::size_t>(std::max(edges.width, 0));
   for (int y = 0; y < edges.height; ++y) {
     const std::size_t first_cell = static_cast<std::size_t>(y) * width;
     const double* directions = edges.g + first_cell;

@@ -2,9 +2,12 @@
 
 #include "verify/reach_map.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <numbers>
+#include <span>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -99,6 +102,17 @@ TEST(ReachMap, AnEdgeOfAnotherDirectionIsNotMet) {
   const ReachMap map = MapOf(scene);
   EXPECT_FALSE(IsOpen(map, 20, 20, 1.0));
   EXPECT_FALSE(IsOpen(map, 20, 20, kPi));
+}
+
+TEST(ReachMap, ARecordOfNegativeWidthLeavesItEmpty) {
+  CEdgeImgComplement record;
+  record.SetSize(20, 20);
+  record.Store(10.5, 10.5, 0.0);
+  record.width = -1;  // hosts reach the field
+  ReachMap map(20, 20, ProbeRules{CPattVerify()});
+  map.Fill(record);
+  const std::span<const DirectionSet> sets(map.Sets(), map.EmptyIndex() + 1);
+  EXPECT_EQ(std::count(sets.begin(), sets.end(), DirectionSet{0}), std::ssize(sets));
 }
 
 TEST(ReachMap, TheEntryForPointsOutsideIsEmpty) {
