@@ -56,7 +56,6 @@ void EdgeSweep::NextRow() {
   const RowContext row = CurrentRow();
   kernels_.peak_row(row.magnitude_above, row.magnitude, row.magnitude_below, row.sector, width_,
                     peaks_.data());
-  std::fill(peaks_.begin() + static_cast<std::ptrdiff_t>(width_), peaks_.end(), std::uint8_t{0});
   num_points_ = CollectPeaks(peaks_.data(), width_, columns_.data());
 }
 

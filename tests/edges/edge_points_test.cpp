@@ -1,5 +1,6 @@
 #include "edges/edge_points.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <vector>
@@ -117,7 +118,8 @@ TEST_P(EdgePointsTest, EveryTripleOfMagnitudesFollowsTheParabola) {
 TEST(CollectPeaks, FindsEachSetByteInOrder) {
   constexpr std::size_t kWidth = 150;
   for (const std::size_t spacing : {1u, 2u, 7u, 8u, 63u, 64u, 149u}) {
-    std::vector<std::uint8_t> peaks(3 * kBlock);
+    std::vector<std::uint8_t> peaks(kWidth + kBlock);
+    std::fill(peaks.begin() + kWidth, peaks.end(), std::uint8_t{255});  // are none of the row's
     std::vector<std::uint16_t> expected;
     for (std::size_t x = 0; x < kWidth; x += spacing) {
       peaks[x] = 255;
