@@ -6,14 +6,14 @@
 #include "bench/stopwatch.h"
 #include "bench/working_copy.h"
 #include "bench/workload.h"
-#include "contours/ctd.h"
-#include "lines/line_extracter.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/line_extracter.h"
+#include "orvandel/classic/patt_verify.h"
 #include "search/coarse_search.h"
 #include "search/contour_preparation.h"
 #include "search/deadline.h"
 #include "search/pose_scorer.h"
 #include "tests/plain/pattern_search.h"
-#include "verify/patt_verify.h"
 
 namespace orvandel::bench {
 

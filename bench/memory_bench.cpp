@@ -5,7 +5,7 @@
 #include "bench/heap_peak.h"
 #include "bench/stages.h"
 #include "bench/working_copy.h"
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 
 namespace orvandel::bench {
 namespace {

@@ -3,7 +3,7 @@
 #include "bench/stopwatch.h"
 #include "bench/working_copy.h"
 #include "bench/workload.h"
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 #include "tests/plain/pattern_search.h"
 
 // Searches of one trained pattern, the library's way and the plain one. Training is outside the

@@ -7,8 +7,8 @@
 #include "bench/stopwatch.h"
 #include "bench/working_copy.h"
 #include "bench/workload.h"
-#include "contours/ctd.h"
-#include "lines/line_extracter.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/line_extracter.h"
 #include "tests/plain/line_extraction.h"
 #include "tests/plain/pattern_search.h"
 

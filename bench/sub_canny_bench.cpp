@@ -9,8 +9,8 @@
 #include "bench/stages.h"
 #include "bench/stopwatch.h"
 #include "bench/working_copy.h"
-#include "contours/edge_record.h"
-#include "edges/sub_canny.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/sub_canny.h"
 #include "tests/plain/sub_canny.h"
 
 namespace orvandel::bench {

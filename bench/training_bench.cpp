@@ -4,7 +4,7 @@
 #include "bench/stages.h"
 #include "bench/stopwatch.h"
 #include "bench/working_copy.h"
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 #include "tests/plain/cluttered_scenes.h"
 #include "tests/plain/pattern_search.h"
 

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <string_view>
 
+#include "base/rounding.h"
 #include "cli/dot_font.h"
 #include "cli/png.h"
-#include "platform/numbers.h"
 
 namespace orvandel::cli {
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cli/pose.h"
-#include "platform/imgutil_i.h"
+#include "orvandel/classic/imgutil_i.h"
 
 namespace orvandel::cli {
 

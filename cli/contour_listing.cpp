@@ -4,7 +4,7 @@
 
 #include "cli/library_file.h"
 #include "cli/tool_error.h"
-#include "contours/ctd.h"
+#include "orvandel/classic/ctd.h"
 
 namespace orvandel::cli {
 namespace {

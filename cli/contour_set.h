@@ -6,7 +6,7 @@
 #include "cli/picture.h"
 #include "cli/pose.h"
 #include "cli/search_options.h"
-#include "contours/ctd.h"
+#include "orvandel/classic/ctd.h"
 
 namespace orvandel::cli {
 

@@ -17,7 +17,7 @@
 #include "cli/output_file.h"
 #include "cli/report.h"
 #include "cli/tool_error.h"
-#include "contours/crawler.h"
+#include "orvandel/classic/crawler.h"
 
 namespace orvandel::cli {
 namespace {

@@ -13,7 +13,7 @@
 #include "cli/output_file.h"
 #include "cli/report.h"
 #include "cli/tool_error.h"
-#include "lines/line_extracter.h"
+#include "orvandel/classic/line_extracter.h"
 
 namespace orvandel::cli {
 namespace {

@@ -10,11 +10,11 @@
 
 #include <fmt/format.h>
 
+#include "base/rounding.h"
 #include "cli/csv.h"
 #include "cli/number_text.h"
 #include "cli/paths.h"
 #include "cli/tool_error.h"
-#include "platform/numbers.h"
 
 namespace orvandel::cli {
 namespace {

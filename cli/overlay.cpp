@@ -6,11 +6,11 @@
 
 #include <fmt/format.h>
 
+#include "base/rounding.h"
 #include "cli/contour_set.h"
 #include "cli/number_text.h"
 #include "cli/output_file.h"
 #include "cli/paths.h"
-#include "platform/numbers.h"
 
 namespace orvandel::cli {
 namespace {

@@ -7,9 +7,9 @@
 #include "cli/number_text.h"
 #include "cli/output_file.h"
 #include "cli/tool_error.h"
-#include "contours/crawler.h"
-#include "contours/ctd.h"
-#include "lines/line_extracter.h"
+#include "orvandel/classic/crawler.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/line_extracter.h"
 
 namespace orvandel::cli {
 namespace {

@@ -6,7 +6,7 @@
 #include "cli/picture.h"
 #include "cli/pose.h"
 #include "cli/search_options.h"
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 
 namespace orvandel::cli {
 

@@ -17,14 +17,8 @@ install(TARGETS ${libraries} EXPORT OrvandelTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 
-foreach(header IN ITEMS
-    platform/export.h platform/imgutil_i.h platform/mvtools_i.h edges/sub_canny.h contours/edge_record.h
-    contours/crawler.h contours/ctd.h contours/checked_contour_file.h lines/line_segment.h lines/line_extracter.h
-    verify/patt_verify.h search/qrsis.h)
-  get_filename_component(folder ${header} DIRECTORY)
-  install(FILES ${PROJECT_SOURCE_DIR}/${header}
-          DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvandel/${folder} COMPONENT development)
-endforeach()
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/orvandel
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
 install(EXPORT OrvandelTargets NAMESPACE Orvandel:: DESTINATION ${package_dir} COMPONENT development)
 configure_package_config_file(

@@ -2,7 +2,9 @@
 
 add_library(orvandel_options INTERFACE)
 target_compile_features(orvandel_options INTERFACE cxx_std_20)
-target_include_directories(orvandel_options INTERFACE ${PROJECT_SOURCE_DIR})
+# Hosts see include/ alone; the rooms include each other from src/, tool and tests from the root.
+target_include_directories(orvandel_options INTERFACE
+  ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
 
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
   set(ORVANDEL_X86 ON)
@@ -111,10 +113,10 @@ function(orvandel_add_shared name)
   target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:orvandel_options>)
   target_compile_features(${name} PUBLIC cxx_std_20)
   target_compile_definitions(${name} PRIVATE ${ARG_DEFINE})
-  # Hosts include "search/qrsis.h", from the source tree or from the installed include/orvandel.
+  # Hosts include <orvandel/classic/qrsis.h>, from the source tree or from where it was installed.
   target_include_directories(${name} INTERFACE
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/orvandel>)
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   set_target_properties(${name} PROPERTIES
     CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})

@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <memory>
 
-#include "platform/imgutil_i.h"
-#include "search/qrsis.h"
+#include "orvandel/classic/imgutil_i.h"
+#include "orvandel/classic/qrsis.h"
 
 using Image = std::unique_ptr<tImage, decltype(&im_delete)>;
 

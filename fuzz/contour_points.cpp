@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "contours/ctd.h"
 #include "fuzz/byte_source.h"
 #include "fuzz/contour_stages.h"
 #include "fuzz/files.h"
 #include "fuzz/require.h"
 #include "fuzz/target.h"
+#include "orvandel/classic/ctd.h"
 #include "tests/support/contour_sets.h"
 
 namespace orvandel::fuzz {

@@ -1,14 +1,14 @@
 #include "fuzz/contour_stages.h"
 
-#include "contours/checked_contour_file.h"
-#include "contours/ctd.h"
-#include "contours/edge_record.h"
 #include "fuzz/files.h"
 #include "fuzz/require.h"
-#include "lines/line_extracter.h"
+#include "orvandel/classic/checked_contour_file.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/line_extracter.h"
+#include "orvandel/classic/patt_verify.h"
 #include "platform/image_ptr.h"
 #include "tests/support/contour_sets.h"
-#include "verify/patt_verify.h"
 
 namespace orvandel::fuzz {
 namespace {

@@ -3,15 +3,15 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/checked_contour_file.h"
-#include "contours/ctd.h"
-#include "contours/edge_record.h"
-#include "edges/sub_canny.h"
 #include "fuzz/byte_source.h"
 #include "fuzz/files.h"
 #include "fuzz/pictures.h"
 #include "fuzz/require.h"
 #include "fuzz/target.h"
+#include "orvandel/classic/checked_contour_file.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/sub_canny.h"
 #include "platform/simd_level.h"
 #include "tests/plain/chain_comparison.h"
 #include "tests/platform/host_image.h"

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "contours/ctd.h"
-#include "platform/imgutil_i.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/imgutil_i.h"
 #include "tests/platform/jpeg_builder.h"
 #include "tests/platform/png_builder.h"
 #include "tests/support/contour_sets.h"

@@ -5,7 +5,7 @@
 
 #include "cli/contour_set.h"
 #include "cli/csv.h"
-#include "contours/ctd.h"
+#include "orvandel/classic/ctd.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 

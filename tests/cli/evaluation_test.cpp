@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/numbers.h"
+#include "base/rounding.h"
 
 namespace orvandel::cli::test {
 namespace {

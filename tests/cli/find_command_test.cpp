@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "base/rounding.h"
 #include "cli/csv.h"
 #include "cli/manifest.h"
-#include "platform/numbers.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "base/rounding.h"
 #include "cli/paths.h"
 #include "cli/tool_error.h"
-#include "platform/numbers.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/numbers.h"
+#include "base/rounding.h"
 
 namespace orvandel::cli::test {
 namespace {

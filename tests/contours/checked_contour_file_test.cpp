@@ -1,4 +1,4 @@
-#include "contours/checked_contour_file.h"
+#include "orvandel/classic/checked_contour_file.h"
 
 #include <cmath>
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/ctd.h"
+#include "orvandel/classic/ctd.h"
 #include "tests/contours/file_bytes.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/images.h"

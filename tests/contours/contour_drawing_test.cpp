@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/ctd.h"
-#include "platform/numbers.h"
+#include "base/rounding.h"
+#include "orvandel/classic/ctd.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/grids.h"
 #include "tests/support/image_patterns.h"

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/ctd.h"
-#include "contours/edge_record.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/edge_record.h"
 #include "tests/contours/file_bytes.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/scratch_folder.h"

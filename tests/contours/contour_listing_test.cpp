@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/ctd.h"
+#include "orvandel/classic/ctd.h"
 #include "tests/contours/file_bytes.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/scratch_folder.h"

@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/crawler.h"
-#include "contours/ctd.h"
-#include "contours/edge_record.h"
+#include "orvandel/classic/crawler.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/edge_record.h"
 #include "tests/support/contour_sets.h"
 
 namespace orvandel::test {

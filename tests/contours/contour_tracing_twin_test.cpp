@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/rounding.h"
 #include "contours/contour_tracing.h"
-#include "platform/numbers.h"
 #include "tests/contours/plain_crawl.h"
 #include "tests/contours/traced_values.h"
 #include "tests/support/image_patterns.h"

@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/ctd.h"
-#include "contours/edge_record.h"
-#include "platform/numbers.h"
+#include "base/rounding.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/edge_record.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/grids.h"
 

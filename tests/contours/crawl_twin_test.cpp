@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/ctd.h"
-#include "contours/edge_record.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/edge_record.h"
 #include "tests/contours/plain_crawl.h"
 #include "tests/edges/plain_sub_canny.h"
 #include "tests/support/image_patterns.h"

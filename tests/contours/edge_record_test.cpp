@@ -1,4 +1,4 @@
-#include "contours/edge_record.h"
+#include "orvandel/classic/edge_record.h"
 
 #include <cmath>
 #include <limits>

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/ctd.h"
-#include "edges/sub_canny.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/sub_canny.h"
 #include "tests/contours/plain_edge_strength.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/image_patterns.h"

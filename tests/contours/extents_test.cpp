@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/ctd.h"
+#include "orvandel/classic/ctd.h"
 #include "tests/support/contour_sets.h"
 
 namespace orvandel::test {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/trigonometry.h"
+#include "base/trigonometry.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/simd_levels.h"
 #include "tests/support/uniform_random.h"

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "contours/edge_record.h"
+#include "orvandel/classic/edge_record.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/grids.h"
 

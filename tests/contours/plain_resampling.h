@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "platform/numbers.h"
-#include "platform/trigonometry.h"
+#include "base/rounding.h"
+#include "base/trigonometry.h"
 #include "tests/contours/plain_crawl.h"
 #include "tests/support/contour_sets.h"
 

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/ctd.h"
-#include "platform/numbers.h"
+#include "base/rounding.h"
+#include "orvandel/classic/ctd.h"
 #include "tests/support/contour_sets.h"
 
 // Directions and flags of resampled points.

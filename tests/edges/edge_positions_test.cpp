@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/edge_record.h"
-#include "edges/sub_canny.h"
-#include "platform/numbers.h"
+#include "base/rounding.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/sub_canny.h"
 #include "tests/support/grids.h"
 #include "tests/support/image_patterns.h"
 

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/edge_record.h"
-#include "edges/sub_canny.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/sub_canny.h"
 #include "tests/edges/plain_sub_canny.h"
 #include "tests/support/image_patterns.h"
 

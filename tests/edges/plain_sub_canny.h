@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <vector>
 
-#include "platform/numbers.h"
-#include "platform/trigonometry.h"
+#include "base/rounding.h"
+#include "base/trigonometry.h"
 #include "tests/support/grids.h"
 
 // The edge detector once more, written to be read: whole images of ints, formulas in place of

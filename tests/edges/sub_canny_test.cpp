@@ -1,4 +1,4 @@
-#include "edges/sub_canny.h"
+#include "orvandel/classic/sub_canny.h"
 
 #include <cstdint>
 #include <limits>
@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/edge_record.h"
+#include "orvandel/classic/edge_record.h"
 #include "tests/edges/plain_sub_canny.h"
 #include "tests/support/image_patterns.h"
 

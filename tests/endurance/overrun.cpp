@@ -17,8 +17,8 @@
 #include <string>
 #include <vector>
 
-#include "contours/ctd.h"
-#include "search/qrsis.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/qrsis.h"
 #include "tests/endurance/frames.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/support/images.h"

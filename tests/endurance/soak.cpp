@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <optional>
 
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 #include "tests/endurance/frames.h"
 #include "tests/endurance/memory_in_use.h"
 #include "tests/support/images.h"

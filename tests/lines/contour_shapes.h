@@ -6,7 +6,7 @@
 #include <numbers>
 #include <vector>
 
-#include "lines/line_extracter.h"
+#include "orvandel/classic/line_extracter.h"
 #include "tests/support/contour_sets.h"
 
 namespace orvandel::test {

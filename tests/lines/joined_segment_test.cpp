@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/mvtools_i.h"
+#include "orvandel/classic/mvtools_i.h"
 #include "tests/lines/two_pieces.h"
 #include "tests/support/segments.h"
 

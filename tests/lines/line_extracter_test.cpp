@@ -1,6 +1,6 @@
 // The extracter as an object: its parameters, its lifetime, and what an extraction leaves behind.
 
-#include "lines/line_extracter.h"
+#include "orvandel/classic/line_extracter.h"
 
 #include <memory>
 #include <vector>

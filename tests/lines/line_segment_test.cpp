@@ -1,4 +1,4 @@
-#include "lines/line_segment.h"
+#include "orvandel/classic/line_segment.h"
 
 #include <type_traits>
 

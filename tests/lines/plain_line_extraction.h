@@ -5,10 +5,10 @@
 #include <numbers>
 #include <vector>
 
-#include "contours/ctd.h"
-#include "lines/line_extracter.h"
-#include "platform/mvtools_i.h"
-#include "platform/trigonometry.h"
+#include "base/trigonometry.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/line_extracter.h"
+#include "orvandel/classic/mvtools_i.h"
 #include "tests/lines/plain_segment_sort.h"
 
 namespace orvandel::test {

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "lines/line_segment.h"
+#include "orvandel/classic/line_segment.h"
 
 namespace orvandel::test {
 

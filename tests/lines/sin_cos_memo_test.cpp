@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/trigonometry.h"
+#include "base/trigonometry.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/uniform_random.h"
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lines/line_extracter.h"
+#include "orvandel/classic/line_extracter.h"
 #include "tests/lines/contour_shapes.h"
 
 namespace orvandel::test {

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lines/line_extracter.h"
+#include "orvandel/classic/line_extracter.h"
 #include "tests/lines/plain_line_extraction.h"
 #include "tests/support/uniform_random.h"
 

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/checked_contour_file.h"
-#include "contours/ctd.h"
-#include "edges/sub_canny.h"
+#include "orvandel/classic/checked_contour_file.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/sub_canny.h"
 #include "tests/contours/file_bytes.h"
 #include "tests/memory/exhaustion.h"
 #include "tests/search/small_scenes.h"

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 #include "tests/contours/file_bytes.h"
 #include "tests/memory/exhaustion.h"
 #include "tests/search/kept_objects.h"

@@ -11,8 +11,8 @@ rm -rf "$SCRATCH"
 mkdir -p "$SCRATCH"
 
 headers() {
-  printf 'include/orvandel/%s\n' platform/{export,imgutil_i,mvtools_i}.h edges/sub_canny.h \
-    contours/{checked_contour_file,crawler,ctd,edge_record}.h lines/{line_extracter,line_segment}.h verify/patt_verify.h search/qrsis.h
+  printf 'include/orvandel/classic/%s.h\n' checked_contour_file crawler ctd edge_record export imgutil_i line_extracter \
+    line_segment mvtools_i patt_verify qrsis sub_canny
 }
 
 libraries() {

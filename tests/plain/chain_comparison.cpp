@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/edge_record.h"
-#include "edges/sub_canny.h"
-#include "search/qrsis.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/qrsis.h"
+#include "orvandel/classic/sub_canny.h"
 #include "tests/plain/crawl.h"
 #include "tests/plain/line_extraction.h"
 #include "tests/plain/resampling.h"

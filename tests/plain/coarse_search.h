@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "lines/line_segment.h"
+#include "orvandel/classic/line_segment.h"
 #include "search/deadline.h"
 #include "tests/plain/pose_scorer.h"
 

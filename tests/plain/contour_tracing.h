@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "contours/crawler.h"
-#include "contours/edge_record.h"
-#include "platform/imgutil_i.h"
+#include "orvandel/classic/crawler.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/imgutil_i.h"
 
 namespace orvandel::plain {
 

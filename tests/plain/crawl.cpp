@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <new>
 
-#include "contours/edge_record.h"
 #include "contours/point_arrays.h"
+#include "orvandel/classic/edge_record.h"
 #include "tests/plain/contour_tracing.h"
 #include "tests/plain/sub_canny.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/imgutil_i.h"
+#include "orvandel/classic/imgutil_i.h"
 
 namespace orvandel::plain {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "edges/gradient_tables.h"
-#include "platform/imgutil_i.h"
+#include "orvandel/classic/imgutil_i.h"
 
 namespace orvandel::plain {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "contours/ctd.h"
 #include "contours/point_arrays.h"
 #include "lines/segment_join.h"
+#include "orvandel/classic/ctd.h"
 #include "tests/plain/segment_fit.h"
 #include "tests/plain/straight_points.h"
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "lines/line_extracter.h"
+#include "orvandel/classic/line_extracter.h"
 
 namespace orvandel::plain {
 

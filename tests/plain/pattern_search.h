@@ -4,13 +4,13 @@
 #include <memory>
 #include <vector>
 
-#include "contours/ctd.h"
-#include "lines/line_extracter.h"
-#include "lines/line_segment.h"
-#include "platform/imgutil_i.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/imgutil_i.h"
+#include "orvandel/classic/line_extracter.h"
+#include "orvandel/classic/line_segment.h"
+#include "orvandel/classic/patt_verify.h"
 #include "search/pose.h"
 #include "tests/plain/probe_count.h"
-#include "verify/patt_verify.h"
 
 // The plain chain: image -> edges -> contours -> lines -> poses, each stage in the form in which
 // its method is told, without any of the tricks that make it fast.

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "contours/edge_record.h"
+#include "orvandel/classic/edge_record.h"
 #include "tests/plain/scoring.h"
 #include "tests/support/contour_sets.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lines/line_segment.h"
+#include "orvandel/classic/line_segment.h"
 #include "tests/plain/coarse_search.h"
 #include "tests/plain/pose_scorer.h"
 

@@ -5,9 +5,9 @@
 #include <new>
 #include <vector>
 
+#include "base/rounding.h"
+#include "base/trigonometry.h"
 #include "contours/point_arrays.h"
-#include "platform/numbers.h"
-#include "platform/trigonometry.h"
 
 namespace orvandel::plain {
 namespace {

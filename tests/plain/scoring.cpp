@@ -5,10 +5,10 @@
 #include <cmath>
 #include <cstddef>
 
-#include "contours/edge_record.h"
+#include "base/rounding.h"
+#include "base/trigonometry.h"
 #include "contours/point_arrays.h"
-#include "platform/numbers.h"
-#include "platform/trigonometry.h"
+#include "orvandel/classic/edge_record.h"
 #include "verify/direction_class.h"
 
 namespace orvandel::plain {

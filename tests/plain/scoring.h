@@ -1,9 +1,9 @@
 #pragma once
 
-#include "contours/edge_record.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/patt_verify.h"
 #include "search/pose.h"
 #include "tests/plain/probe_count.h"
-#include "verify/patt_verify.h"
 
 namespace orvandel::plain {
 

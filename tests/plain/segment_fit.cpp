@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "platform/mvtools_i.h"
-#include "platform/numbers.h"
-#include "platform/trigonometry.h"
+#include "base/rounding.h"
+#include "base/trigonometry.h"
+#include "orvandel/classic/mvtools_i.h"
 
 namespace orvandel::plain {
 namespace {

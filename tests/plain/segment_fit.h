@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "lines/line_segment.h"
+#include "orvandel/classic/line_segment.h"
 
 namespace orvandel::plain {
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "platform/trigonometry.h"
+#include "base/trigonometry.h"
 
 namespace orvandel::plain {
 namespace {

@@ -3,11 +3,11 @@
 #include <cstring>
 #include <new>
 
-#include "contours/edge_record.h"
+#include "base/rounding.h"
 #include "edges/gradient_tables.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/mvtools_i.h"
 #include "platform/image_ptr.h"
-#include "platform/mvtools_i.h"
-#include "platform/numbers.h"
 #include "tests/plain/edge_candidates.h"
 #include "tests/plain/edge_points.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "contours/edge_record.h"
-#include "platform/imgutil_i.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/imgutil_i.h"
 
 namespace orvandel::plain {
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/mvtools_i.h"
+#include "orvandel/classic/mvtools_i.h"
 #include "tests/platform/host_image.h"
 #include "tests/platform/pictures.h"
 

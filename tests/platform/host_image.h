@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/imgutil_i.h"
+#include "orvandel/classic/imgutil_i.h"
 
 namespace orvandel::test {
 

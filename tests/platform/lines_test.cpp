@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/mvtools_i.h"
-#include "platform/numbers.h"
+#include "base/rounding.h"
+#include "orvandel/classic/mvtools_i.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {

@@ -1,6 +1,6 @@
 // Finding the few bytes of a row that are not 0.
 
-#include "platform/nonzero_bytes.h"
+#include "base/nonzero_bytes.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,10 +1,10 @@
-#include "platform/numbers.h"
-
 #include <cmath>
 #include <cstdint>
 #include <limits>
 
 #include <gtest/gtest.h>
+
+#include "base/rounding.h"
 
 namespace orvandel::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/imgutil_i.h"
+#include "orvandel/classic/imgutil_i.h"
 #include "tests/platform/files.h"
 #include "tests/support/images.h"
 

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <mpfr.h>
 
-#include "platform/trigonometry.h"
+#include "base/trigonometry.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {

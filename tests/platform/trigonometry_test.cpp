@@ -1,4 +1,4 @@
-#include "platform/trigonometry.h"
+#include "base/trigonometry.h"
 
 #include <cmath>
 #include <cstdint>

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "contours/ctd.h"
-#include "lines/line_extracter.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/line_extracter.h"
 #include "search/coarse_search.h"
 #include "search/contour_preparation.h"
 #include "search/pose_scorer.h"

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "examples/render/scene.h"
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 #include "tests/search/search_results.h"
 
 namespace orvandel::test {

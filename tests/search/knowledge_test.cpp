@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 #include "tests/search/file_bytes.h"
 #include "tests/search/kept_objects.h"
 #include "tests/search/search_results.h"

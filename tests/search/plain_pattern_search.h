@@ -4,13 +4,13 @@
 #include <functional>
 #include <vector>
 
-#include "contours/ctd.h"
-#include "lines/line_extracter.h"
-#include "platform/imgutil_i.h"
-#include "platform/trigonometry.h"
+#include "base/trigonometry.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/imgutil_i.h"
+#include "orvandel/classic/line_extracter.h"
+#include "orvandel/classic/patt_verify.h"
 #include "tests/search/search_results.h"
 #include "tests/support/contour_sets.h"
-#include "verify/patt_verify.h"
 
 namespace orvandel::test {
 

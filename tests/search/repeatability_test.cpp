@@ -8,9 +8,9 @@
 
 #include <gtest/gtest.h>
 
-#include "edges/sub_canny.h"
+#include "orvandel/classic/qrsis.h"
+#include "orvandel/classic/sub_canny.h"
 #include "platform/tick_counter.h"
-#include "search/qrsis.h"
 #include "tests/search/search_results.h"
 #include "tests/search/small_scenes.h"
 #include "tests/support/uniform_random.h"

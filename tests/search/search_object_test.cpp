@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 #include "tests/search/kept_objects.h"
 #include "tests/search/search_results.h"
 #include "tests/search/small_scenes.h"

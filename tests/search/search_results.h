@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 #include "tests/support/images.h"
 #include "tests/support/same_bits.h"
 

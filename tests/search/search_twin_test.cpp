@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "search/qrsis.h"
+#include "orvandel/classic/qrsis.h"
 #include "tests/search/plain_pattern_search.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/search/search_results.h"

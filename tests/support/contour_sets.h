@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
-#include "contours/crawler.h"
-#include "contours/ctd.h"
 #include "contours/point_arrays.h"
+#include "orvandel/classic/crawler.h"
+#include "orvandel/classic/ctd.h"
 
 namespace orvandel::test {
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lines/line_segment.h"
+#include "orvandel/classic/line_segment.h"
 #include "tests/support/same_bits.h"
 
 namespace orvandel::test {

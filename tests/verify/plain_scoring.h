@@ -6,10 +6,10 @@
 #include <numbers>
 #include <vector>
 
-#include "contours/ctd.h"
-#include "contours/edge_record.h"
-#include "platform/trigonometry.h"
-#include "verify/patt_verify.h"
+#include "base/trigonometry.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/patt_verify.h"
 
 namespace orvandel::test {
 

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "contours/edge_record.h"
+#include "orvandel/classic/edge_record.h"
+#include "orvandel/classic/patt_verify.h"
 #include "tests/support/contour_sets.h"
-#include "verify/patt_verify.h"
 
 namespace orvandel::test {
 

@@ -10,11 +10,11 @@
 
 #include <gtest/gtest.h>
 
+#include "orvandel/classic/patt_verify.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/uniform_random.h"
 #include "tests/verify/plain_scoring.h"
-#include "verify/patt_verify.h"
 
 namespace orvandel::test {
 namespace {

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include "orvandel/classic/patt_verify.h"
 #include "tests/support/same_bits.h"
 #include "tests/verify/scene_edges.h"
-#include "verify/patt_verify.h"
 
 namespace orvandel::test {
 namespace {

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <cstdio>
 
-#include "contours/ctd.h"
-#include "platform/imgutil_i.h"
-#include "search/qrsis.h"
+#include "orvandel/classic/ctd.h"
+#include "orvandel/classic/imgutil_i.h"
+#include "orvandel/classic/qrsis.h"
 
 namespace {
 
