@@ -73,37 +73,6 @@ function(orvandel_add_library name)
   set_property(GLOBAL APPEND PROPERTY ORVANDEL_STAGES orvandel_${name})
 endfunction()
 
-# orvandel_add_vector_sources(<folder> <file>.cpp): compiles a stage's hot loops for speed whatever the build type,
-# and on x86-64 the files <file>_avx2.cpp and <file>_avx512.cpp beside it for the instructions that they are named
-# after. Which of them runs is chosen at run time, so the rest of the library runs on every processor.
-include(CheckCXXCompilerFlag)
-if(ORVANDEL_X86)
-  set(ORVANDEL_X86_LEVELS ON)
-  target_compile_definitions(orvandel_options INTERFACE ORVANDEL_X86_LEVELS)
-endif()
-if(MSVC)
-  set(orvandel_vector_options /O2)
-  set(orvandel_avx2_options /arch:AVX2)
-  set(orvandel_avx512_options /arch:AVX512)
-else()
-  # Roots and comparisons never trap or set errno here; that lets loops with them become vector code.
-  set(orvandel_vector_options -O3 -fno-math-errno -fno-trapping-math)
-  set(orvandel_avx2_options -mavx2)
-  set(orvandel_avx512_options -mavx512f -mavx512bw -mavx512dq -mavx512vl -mprefer-vector-width=512)
-endif()
-
-function(orvandel_add_vector_sources name file)
-  set_source_files_properties(${file} PROPERTIES COMPILE_OPTIONS "${orvandel_vector_options}")
-  if(ORVANDEL_X86_LEVELS)
-    foreach(level IN ITEMS avx2 avx512)
-      string(REPLACE ".cpp" "_${level}.cpp" source ${file})
-      target_sources(orvandel_${name} PRIVATE ${source})
-      set_source_files_properties(${source} PROPERTIES COMPILE_OPTIONS
-        "${orvandel_vector_options};${orvandel_${level}_options}")
-    endforeach()
-  endif()
-endfunction()
-
 # orvandel_add_shared(<name> OUTPUT <file name> SOURCES <files>): a shared library that hosts link, with the
 # project's version, hidden symbols and export set.
 function(orvandel_add_shared name)

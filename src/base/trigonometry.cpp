@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "base/trigonometry_core.inc"
+#include "base/trigonometry_core.h"
 
 namespace orvandel {
 

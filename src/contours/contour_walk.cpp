@@ -5,7 +5,7 @@
 #include <new>
 
 #include "base/trigonometry.h"
-#include "base/trigonometry_core.inc"
+#include "base/trigonometry_core.h"
 #include "contours/heading_kernels.h"
 #include "contours/point_arrays.h"
 
@@ -96,13 +96,13 @@ class Walker {
 /// Finds the headings of a batch of steps.
 class Compass {
  public:
-  Compass() : kernel_(HeadingKernelOf(ActiveSimdLevel())) {}
+  Compass() : kernels_(HeadingKernelsOf(ActiveSimdLevel())) {}
 
   void Find(HeadingBatch& batch) const {
     bool ordinary = true;
     for (int k = 0; k < kHeadingBatch; ++k)
       ordinary &= IsNearPoint(batch.dy[k], batch.dx[k]);
-    ordinary ? kernel_(batch) : FindOneByOne(batch);
+    ordinary ? kernels_.find_headings(batch) : FindOneByOne(batch);
   }
 
  private:
@@ -114,7 +114,7 @@ class Compass {
     }
   }
 
-  HeadingKernel kernel_;
+  const HeadingKernels& kernels_;
 };
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/simd_level.h"
+#include "platform/simd_dispatch.h"
 
 namespace orvandel {
 
@@ -15,10 +15,11 @@ struct HeadingBatch {
   double sine[kHeadingBatch];
 };
 
-/// Fills in Cos and Sin of ArcTan2(-dy, dx), to the bit. Needs IsNearPoint of every step.
-using HeadingKernel = void (*)(HeadingBatch& batch);
+struct HeadingKernels {
+  /// Fills in Cos and Sin of ArcTan2(-dy, dx), to the bit. Needs IsNearPoint of every step.
+  void (*find_headings)(HeadingBatch& batch);
+};
 
-/// The kernel of a supported level.
-HeadingKernel HeadingKernelOf(SimdLevel level);
+ORVANDEL_DECLARE_KERNELS(HeadingKernels)
 
 }  // namespace orvandel

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/simd_level.h"
+#include "platform/simd_dispatch.h"
 
 namespace orvandel {
 
@@ -44,7 +44,6 @@ struct RowKernels {
                    const std::uint8_t* sector, std::size_t width, std::uint8_t* peaks);
 };
 
-/// The kernels of a supported level.
-const RowKernels& RowKernelsOf(SimdLevel level);
+ORVANDEL_DECLARE_KERNELS(RowKernels)
 
 }  // namespace orvandel

@@ -32,7 +32,7 @@ PoseSieve::PoseSieve(const CPattVerify& verifier, const CEdgeImgComplement* edge
     : num_points_(static_cast<std::size_t>(std::max(verifier.pointCount, 0))),
       rules_(verifier),
       edges_(edges),
-      sift_(SiftKernelOf(ActiveSimdLevel())),
+      kernels_(SieveKernelsOf(ActiveSimdLevel())),
       order_(SpreadOrder(num_points_)),
       num_possible_(num_points_) {
   MakeMap();
@@ -122,7 +122,8 @@ SieveFrame PoseSieve::FrameOf(const PointMapper& mapper) const {
 std::size_t PoseSieve::SiftBatch(std::size_t batch, const SieveFrame& frame) {
   std::uint8_t* possible = possible_.data() + batch * kSieveBatch;
   num_looks_ += kSieveBatch;
-  return sift_(batches_[batch], frame, reach_->Sets(), WantedBy(batch).data(), possible);
+  return kernels_.sift_batch(batches_[batch], frame, reach_->Sets(), WantedBy(batch).data(),
+                             possible);
 }
 
 /// Worked out when a pose first comes as far as this batch.

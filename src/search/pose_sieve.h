@@ -60,7 +60,7 @@ class PoseSieve {
   ProbeRules rules_;
   const CEdgeImgComplement* edges_;
   std::optional<ReachMap> reach_;
-  SiftKernel sift_;
+  const SieveKernels& kernels_;
   bool is_map_filled_ = false;
 
   std::vector<std::uint32_t> order_;

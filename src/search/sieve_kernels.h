@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/simd_level.h"
+#include "platform/simd_dispatch.h"
 
 namespace orvandel {
 
@@ -32,15 +32,16 @@ struct SieveFrame {
   std::int32_t outside;       ///< index of the empty square, for points that lie outside
 };
 
-/// For each point of a batch, 1 where the map's set at the point's square shares a member with what is
-/// wanted, else 0. The positions are those of the scorer, to the bit, so the squares hold its very pixels.
-///
-/// @return  the number of ones.
-using SiftKernel = std::uint32_t (*)(const SieveBatch& batch, const SieveFrame& frame,
-                                     const std::uint32_t* sets, const std::uint32_t* wanted,
-                                     std::uint8_t* possible);
+struct SieveKernels {
+  /// For each point of a batch, 1 where the map's set at the point's square shares a member with what is
+  /// wanted, else 0. The positions are those of the scorer, to the bit, so the squares hold its very pixels.
+  ///
+  /// @return  the number of ones.
+  std::uint32_t (*sift_batch)(const SieveBatch& batch, const SieveFrame& frame,
+                              const std::uint32_t* sets, const std::uint32_t* wanted,
+                              std::uint8_t* possible);
+};
 
-/// The kernel of a supported level.
-SiftKernel SiftKernelOf(SimdLevel level);
+ORVANDEL_DECLARE_KERNELS(SieveKernels)
 
 }  // namespace orvandel

@@ -15,7 +15,7 @@ namespace {
 class HeadingKernel : public AtEverySimdLevel {
  protected:
   static void ExpectBitsOfTheFunctions(HeadingBatch batch) {
-    HeadingKernelOf(ActiveSimdLevel())(batch);
+    HeadingKernelsOf(ActiveSimdLevel()).find_headings(batch);
     for (int k = 0; k < kHeadingBatch; ++k) {
       const double angle = ArcTan2(-batch.dy[k], batch.dx[k]);
       EXPECT_TRUE(SameBits(batch.cosine[k], Cos(angle))) << batch.dx[k] << ' ' << batch.dy[k];

@@ -1,7 +1,4 @@
-// The row kernels, as loops that compilers turn into vector code. Every file that includes this is
-// compiled for other instructions and gets loops of its own: nothing here may have linkage, and no
-// inline function of another header may be used, lest the linker keep the copy that a plain processor
-// cannot run.
+// The row kernels, as loops that compilers turn into vector code; compiled once a level (platform/simd_dispatch.h).
 
 #include <math.h>  // NOLINT(modernize-deprecated-headers): <cmath> has inline functions
 
@@ -179,7 +176,10 @@ void PeakRow(const Byte* above, const Byte* centre, const Byte* below, const Byt
   }
 }
 
-constexpr RowKernels kKernels = {SumRow, SmoothRow, GradientRow, PeakRow};
-
 }  // namespace
+
+namespace ORVANDEL_SIMD_NAMESPACE {
+const RowKernels kRowKernels = {SumRow, SmoothRow, GradientRow, PeakRow};
+}
+
 }  // namespace orvandel

@@ -1,8 +1,7 @@
-// The kernel that finds headings, as a loop that compilers turn into vector code. Every file that includes this is
-// compiled for other instructions: nothing here may have linkage, and no inline function of another header may be
-// used, lest the linker keep the copy that a plain processor cannot run.
+// The kernel that finds headings, as a loop that compilers turn into vector code; compiled once a level
+// (platform/simd_dispatch.h).
 
-#include "base/trigonometry_core.inc"
+#include "base/trigonometry_core.h"
 #include "contours/heading_kernels.h"
 
 namespace orvandel {
@@ -59,4 +58,9 @@ void FindHeadings(HeadingBatch& batch) {
 }
 
 }  // namespace
+
+namespace ORVANDEL_SIMD_NAMESPACE {
+const HeadingKernels kHeadingKernels = {FindHeadings};
+}
+
 }  // namespace orvandel

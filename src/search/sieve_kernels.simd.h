@@ -1,6 +1,4 @@
-// The sieve's kernel, as loops that compilers turn into vector code. Every file that includes this is
-// compiled for other instructions: nothing here may have linkage, and no inline function of another
-// header may be used, lest the linker keep the copy that a plain processor cannot run.
+// The sieve's kernel, as loops that compilers turn into vector code; compiled once a level (platform/simd_dispatch.h).
 
 #include "search/sieve_kernels.h"
 
@@ -32,4 +30,9 @@ std::uint32_t SiftBatch(const SieveBatch& batch, const SieveFrame& frame, const 
 }
 
 }  // namespace
+
+namespace ORVANDEL_SIMD_NAMESPACE {
+const SieveKernels kSieveKernels = {SiftBatch};
+}
+
 }  // namespace orvandel
