@@ -1,10 +1,10 @@
+#include "base/rounding.h"
+
 #include <cmath>
 #include <cstdint>
 #include <limits>
 
 #include <gtest/gtest.h>
-
-#include "base/rounding.h"
 
 namespace orvandel::test {
 namespace {
