@@ -24,10 +24,10 @@ stand_in demo <<<'exit 0'
 stand_in test <<<'echo "100% tests passed, 0 tests failed out of 100"'
 stand_in windows <<<'echo "100% tests passed, 0 tests failed out of 50"'
 expect_status 0 "$scratch/.ci/run"
-# 5 checks, 3 presets of 100 tests, 50 tests for Windows, the fuzzing, the demo
-expect_equal "all good" "357 passed, 0 failed" "$(last_line)"
+# 6 checks, 3 presets of 100 tests, 50 tests for Windows, the fuzzing, the demo
+expect_equal "all good" "358 passed, 0 failed" "$(last_line)"
 expect_equal "what was called" \
-  "check format;check dependencies;check shell;check bench;check tidy;test dev;test asan-ubsan;test tsan;windows ;fuzz 60;demo ;" \
+  "check format;check rooms;check dependencies;check shell;check bench;check tidy;test dev;test asan-ubsan;test tsan;windows ;fuzz 60;demo ;" \
   "$(tr '\n' ';' <"$scratch/calls")"
 
 stand_in test <<'BODY'
@@ -45,12 +45,12 @@ BODY
 stand_in check <<<'[[ $1 != tidy ]]'
 stand_in fuzz <<<'exit 1'
 expect_status 1 "$scratch/.ci/run"
-# 4 checks, 100 + 0 + 99 + 50 tests, the demo; tidy, asan-ubsan, one test of tsan, what follows those for Windows, the fuzzing
-expect_equal "some bad" "254 passed, 5 failed" "$(last_line)"
+# 5 checks, 100 + 0 + 99 + 50 tests, the demo; tidy, asan-ubsan, one test of tsan, what follows those for Windows, the fuzzing
+expect_equal "some bad" "255 passed, 5 failed" "$(last_line)"
 
 stand_in demo <<<'kill -TERM $PPID'
 expect_status 1 "$scratch/.ci/run"
-expect_equal "stopped from outside" "253 passed, 6 failed" "$(last_line)"
+expect_equal "stopped from outside" "254 passed, 6 failed" "$(last_line)"
 
 stand_in demo <<<'cat; exit 0'
 stand_in test <<<'echo "100% tests passed, 0 tests failed out of 100"'
@@ -58,6 +58,6 @@ stand_in windows <<<'echo "100% tests passed, 0 tests failed out of 50"'
 stand_in check <<<'exit 0'
 stand_in fuzz <<<'exit 0'
 output=$(sleep 5 | "$scratch/.ci/run")
-expect_equal "does not read what stands on standard input" "357 passed, 0 failed" "$(last_line)"
+expect_equal "does not read what stands on standard input" "358 passed, 0 failed" "$(last_line)"
 
 finish_expectations
