@@ -7,10 +7,11 @@
 #include "bench/stages.h"
 #include "bench/stopwatch.h"
 #include "bench/working_copy.h"
+#include "search/coarse_search.h"
 #include "search/deadline.h"
-#include "tests/plain/coarse_search.h"
 #include "tests/plain/line_extraction.h"
 #include "tests/plain/pattern_search.h"
+#include "tests/plain/pose_scorer.h"
 
 namespace orvandel::bench {
 namespace {
@@ -34,24 +35,22 @@ class PlainCoarseSearch {
 
  private:
   void Train(const Picture& pattern) {
-    if (trained_on_ != &pattern) plain::Train(trained_, image_.Restored(*pattern.image), options_);
+    if (trained_on_ != &pattern)
+      plain::Train(trained_, image_.Restored(*pattern.image), options_.crawl);
     trained_on_ = &pattern;
   }
 
   void Prepare(const Picture& scene) {
-    plain::PrepareContours(scene_.get(), image_.Restored(*scene.image), options_);
+    plain::PrepareContours(scene_.get(), image_.Restored(*scene.image), options_.crawl);
     segments_ = plain::ExtractSegments(CLineExtracter(), scene_.get());
   }
 
   void Search(plain::ProbeCount* count) const {
-    constexpr std::int32_t kPatternLinesTried = 5;
-    const Deadline deadline(ProcessTickCounter(), options_.timeout_us);
-    const plain::PoseScorer score_of{trained_.verifier, ctd_edgeIm(scene_.get()),
-                                     trained_.reference, count};
-    plain::FindBestHypothesis(
-        trained_.segments, segments_, score_of,
-        {options_.min_scale, options_.max_scale, options_.accept_score, kPatternLinesTried},
-        deadline);
+    const Deadline deadline(ProcessTickCounter(), options_.search.timeout_us);
+    plain::PoseScorer score_of{trained_.verifier, ctd_edgeIm(scene_.get()), trained_.reference,
+                               count};
+    FindBestHypothesis(trained_.segments, trained_.reference, segments_, score_of, options_.search,
+                       deadline);
   }
 
   plain::SearchOptions options_;

@@ -76,7 +76,7 @@ Plot CostByContours() {
 /// An accept score out of reach lets the search try every pair of segments.
 Plot CostBySegments() {
   plain::SearchOptions options;
-  options.accept_score = 101;
+  options.search.accept_score = 101;
   const Picture pattern{"bracket", plain::BracketPattern()};
   PairOfSeries series;
   std::uint32_t seed = 0;

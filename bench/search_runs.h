@@ -14,10 +14,10 @@ class LibrarySearch {
  public:
   explicit LibrarySearch(const plain::SearchOptions& options = {}) {
     search_.Initialize();
-    search_.SetParams(options.edge_threshold, options.min_contour_size, options.max_contour_size,
-                      static_cast<int>(options.accept_score));
-    search_.SetMinMaxScale(options.min_scale, options.max_scale);
-    search_.SetTimeOutValue(options.timeout_us);
+    search_.SetParams(options.crawl.edge_threshold, options.crawl.min_size, options.crawl.max_size,
+                      static_cast<int>(options.search.accept_score));
+    search_.SetMinMaxScale(options.search.min_scale, options.search.max_scale);
+    search_.SetTimeOutValue(options.search.timeout_us);
   }
 
   double operator()(const Picture& pattern, const Picture& scene) {
@@ -38,10 +38,11 @@ class PlainSearch {
   explicit PlainSearch(const plain::SearchOptions& options = {}) : options_(options) {}
 
   double operator()(const Picture& pattern, const Picture& scene) {
-    if (trained_on_ != &pattern) plain::Train(trained_, image_.Restored(*pattern.image), options_);
+    if (trained_on_ != &pattern)
+      plain::Train(trained_, image_.Restored(*pattern.image), options_.crawl);
     trained_on_ = &pattern;
     tImage* image = image_.Restored(*scene.image);
-    return SecondsOf([&] { plain::LookForIt(trained_, scene_.get(), image, options_); });
+    return SecondsOf([&] { plain::Find(trained_, scene_.get(), image, options_); });
   }
 
  private:

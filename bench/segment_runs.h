@@ -22,13 +22,8 @@ class LibrarySegments {
     Buffers& buffers = buffers_[{picture.image->width, picture.image->height}];
     tImage* image = buffers.image.Restored(*picture.image);
     void* set = buffers.contours.get();
-    const plain::SearchOptions options;
     const double seconds = SecondsOf([&] {
-      ctd_crawl(set, image, options.edge_threshold, options.min_contour_size,
-                options.max_contour_size);
-      ctd_average(set);
-      ctd_resample(set);
-      ctd_sort(set, 1);
+      PrepareContours(set, image, {});
       buffers.lines.Extract(set);
     });
     num_contours_ = ctd_contour_count(set);

@@ -1,5 +1,5 @@
 // Training and search over pairs of pictures, with any parameters. With time enough the result is
-// that of the plain search, bit for bit; with less it is a pose with a score, or none.
+// that of the reference search, bit for bit; with less it is a pose with a score, or none.
 
 #include <cmath>
 
@@ -32,14 +32,15 @@ ImagePtr PictureFrom(ByteSource& source) {
 /// The scales are any numbers, out of order too.
 Input InputFrom(ByteSource source) {
   Input input;
-  input.options.edge_threshold = source.SignedByte();
-  if (input.options.edge_threshold == -1) input.options.edge_threshold = 0;  // asks for an estimate
-  input.options.min_contour_size = source.SignedByte();
-  input.options.max_contour_size = source.Byte() < 200 ? 100000 : source.Byte();
-  input.options.accept_score = source.SignedByte();
+  input.options.crawl.edge_threshold = source.SignedByte();
+  if (input.options.crawl.edge_threshold == -1)
+    input.options.crawl.edge_threshold = 0;  // asks for an estimate
+  input.options.crawl.min_size = source.SignedByte();
+  input.options.crawl.max_size = source.Byte() < 200 ? 100000 : source.Byte();
+  input.options.search.accept_score = source.SignedByte();
   if (source.Byte() % 2 != 0) {
-    input.options.min_scale = source.Double();
-    input.options.max_scale = source.Double();
+    input.options.search.min_scale = source.Double();
+    input.options.search.max_scale = source.Double();
   }
   input.expiring_read = source.InRange(0, 2000);
   input.pattern = PictureFrom(source);
@@ -51,9 +52,9 @@ Input InputFrom(ByteSource source) {
 void Configure(QRSIS& search, const plain::SearchOptions& options) {
   constexpr int kEstimate = -1;
   search.Initialize();
-  search.SetParams(kEstimate, options.min_contour_size, options.max_contour_size,
-                   static_cast<int>(options.accept_score));
-  search.SetMinMaxScale(options.min_scale, options.max_scale);
+  search.SetParams(kEstimate, options.crawl.min_size, options.crawl.max_size,
+                   static_cast<int>(options.search.accept_score));
+  search.SetMinMaxScale(options.search.min_scale, options.search.max_scale);
 }
 
 /// The other way about, twice with one object, in a time that runs out somewhere.

@@ -1,10 +1,67 @@
+// The search object that hosts link: its layout and status numbers round the functions of this room.
+
 #include "orvandel/classic/qrsis.h"
 
+#include <utility>
+
+#include "contours/contours_view.h"
+#include "contours/point_arrays.h"
 #include "orvandel/classic/ctd.h"
+#include "platform/image_ptr.h"
+#include "search/contour_preparation.h"
+#include "search/deadline.h"
+#include "search/knowledge_file.h"
+#include "search/segment_model.h"
+#include "search/segment_search.h"
+#include "verify/verifier_view.h"
 
 namespace {
 
+using orvandel::CrawlOptions;
+using orvandel::LearningOutcome;
+using orvandel::LearntSegments;
+using orvandel::SegmentMatch;
+using orvandel::SegmentModelView;
+using orvandel::SegmentSearchOptions;
+using orvandel::SegmentSearchOutcome;
+using orvandel::VerificationPointOptions;
+
 constexpr int kLongestTimeoutUs = 3999000;
+constexpr int kEstimateThreshold = -1;
+
+// What `TrainIt` and `LookForIt` return.
+constexpr int kDone = 0;
+constexpr int kNoPatternContour = 1;
+constexpr int kUntrained = 1;
+constexpr int kNoSceneContour = 2;
+constexpr int kNotInitialized = 3;
+constexpr int kNoSegment = 4;
+
+int StatusOf(LearningOutcome outcome) {
+  switch (outcome) {
+    case LearningOutcome::kLearnt:
+      return kDone;
+    case LearningOutcome::kNoContour:
+      return kNoPatternContour;
+    case LearningOutcome::kNoSegment:
+      return kNoSegment;
+  }
+  return kNoSegment;
+}
+
+/// A search that ran out of time counts as done, with a result of zeros.
+int StatusOf(SegmentSearchOutcome outcome) {
+  switch (outcome) {
+    case SegmentSearchOutcome::kPoseDetermined:
+    case SegmentSearchOutcome::kOutOfTime:
+      return kDone;
+    case SegmentSearchOutcome::kNoContour:
+      return kNoSceneContour;
+    case SegmentSearchOutcome::kNoSegment:
+      return kNoSegment;
+  }
+  return kNoSegment;
+}
 
 }  // namespace
 
@@ -23,19 +80,19 @@ QRSIS::QRSIS()
       found_angle_(0.0),
       found_scale_(0.0),
       found_score_(0.0),
-      timeout_us_(1000000),
+      timeout_us_(SegmentSearchOptions{}.timeout_us),
       pattern_contours_(nullptr),
       scene_contours_(nullptr),
-      edge_threshold_(16),
-      min_contour_size_(10),
-      max_contour_size_(100000),
-      accept_score_(80.0),
+      edge_threshold_(CrawlOptions{}.edge_threshold),
+      min_contour_size_(CrawlOptions{}.min_size),
+      max_contour_size_(CrawlOptions{}.max_size),
+      accept_score_(SegmentSearchOptions{}.accept_score),
       spare_number_(0),
-      verification_fraction_(0.06),
-      verification_cap_(20),
-      min_scale_(0.25),
-      max_scale_(4.0),
-      pattern_lines_tried_(5) {}
+      verification_fraction_(VerificationPointOptions{}.fraction),
+      verification_cap_(VerificationPointOptions{}.max_per_contour),
+      min_scale_(SegmentSearchOptions{}.min_scale),
+      max_scale_(SegmentSearchOptions{}.max_scale),
+      pattern_lines_tried_(SegmentSearchOptions{}.max_pattern_segments) {}
 
 // Image and contour sets are copied as pointers: one of the pair must not be destroyed.
 QRSIS::QRSIS(const QRSIS& other) = default;
@@ -106,6 +163,76 @@ void QRSIS::GetFoundPattData(double* x, double* y, double* angle, double* scale,
   *angle = found_angle_;
   *scale = found_scale_;
   *score = found_score_;
+}
+
+int QRSIS::TrainIt(tImage* image) {
+  pattern_width_ = image != nullptr ? image->width : 0;
+  pattern_height_ = image != nullptr ? image->height : 0;
+  im_delete(pattern_image_);
+  pattern_image_ = nullptr;
+
+  // The crawl overwrites the caller's image; the copy becomes the object's own once all has gone well.
+  orvandel::ImagePtr copy(im_duplicate(image));
+  if (pattern_contours_ == nullptr) return kNotInitialized;
+  if (!copy) return kNoPatternContour;
+
+  if (edge_threshold_ == kEstimateThreshold) {
+    edge_threshold_ = ctd_compute_edge_strength(pattern_contours_, image);
+  }
+  const CrawlOptions crawl_options = {edge_threshold_, min_contour_size_, max_contour_size_};
+  orvandel::PrepareContours(pattern_contours_, image, crawl_options);
+  LearntSegments learnt = orvandel::LearnSegmentModel(orvandel::SetOf(pattern_contours_),
+                                                      {verification_fraction_, verification_cap_});
+  if (learnt.outcome == LearningOutcome::kNoContour) return StatusOf(learnt.outcome);
+
+  reference_x_ = learnt.model.reference.x;
+  reference_y_ = learnt.model.reference.y;
+  pattern_lines_.segments = std::move(learnt.model.segments);
+  if (learnt.outcome == LearningOutcome::kLearnt) {
+    orvandel::SetPoints(verifier_, learnt.model.points.View());
+    pattern_image_ = copy.release();
+  }
+  return StatusOf(learnt.outcome);
+}
+
+int QRSIS::LookForIt(tImage* image) {
+  if (pattern_image_ == nullptr) return kUntrained;
+
+  const orvandel::Deadline deadline(orvandel::ProcessTickCounter(), timeout_us_);
+  found_x_ = found_y_ = found_angle_ = found_scale_ = found_score_ = 0.0;
+  if (scene_contours_ == nullptr) return kNotInitialized;
+
+  const CrawlOptions crawl_options = {edge_threshold_, min_contour_size_, max_contour_size_};
+  orvandel::PrepareContours(scene_contours_, image, crawl_options);
+  const SegmentModelView model = {{reference_x_, reference_y_},
+                                  pattern_lines_.segments,
+                                  orvandel::PointsOf(verifier_),
+                                  orvandel::ViewOf(orvandel::SetOf(pattern_contours_)),
+                                  orvandel::MatchOptionsOf(verifier_)};
+  const SegmentSearchOptions options = {min_scale_, max_scale_, accept_score_, pattern_lines_tried_,
+                                        timeout_us_};
+  const SegmentMatch match = orvandel::FindBySegments(
+      model, {orvandel::SetOf(scene_contours_), scene_lines_}, options, deadline);
+
+  found_x_ = match.scene_from_pattern.x;
+  found_y_ = match.scene_from_pattern.y;
+  found_angle_ = match.scene_from_pattern.angle;
+  found_scale_ = match.scene_from_pattern.scale;
+  found_score_ = match.score;
+  return StatusOf(match.outcome);
+}
+
+bool QRSIS::SaveKnowledge(const char* path) {
+  if (pattern_image_ == nullptr || path == nullptr) return false;
+  return orvandel::WriteKnowledge(pattern_image_, path);
+}
+
+bool QRSIS::LoadKnowledge(const char* path) {
+  if (path == nullptr) return false;
+  const orvandel::ImagePtr image = orvandel::ReadKnowledge(path);
+  if (!image) return false;
+  TrainIt(image.get());
+  return true;
 }
 
 int QRSIS::_generateAllVerificationPts(void* /*contours*/) {

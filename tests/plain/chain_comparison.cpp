@@ -119,26 +119,36 @@ void ExpectSameStages(const ImagePtr& image, int threshold) {
   ExpectSameContours(set, plain_set);  // with the flags of straight stretches
 }
 
+int StatusOf(LearningOutcome outcome) {
+  if (outcome == LearningOutcome::kNoContour) return 1;
+  return outcome == LearningOutcome::kNoSegment ? 4 : 0;
+}
+
+int StatusOf(SegmentSearchOutcome outcome) {
+  if (outcome == SegmentSearchOutcome::kNoContour) return 2;
+  return outcome == SegmentSearchOutcome::kNoSegment ? 4 : 0;
+}
+
 Found ExpectSameSearch(const ImagePtr& pattern, const ImagePtr& scene,
                        const plain::SearchOptions& options) {
   const ScriptedCounter no_hurry(FrozenTime());
   QRSIS search;
   search.Initialize();
-  search.SetParams(options.edge_threshold, options.min_contour_size, options.max_contour_size,
-                   static_cast<int>(options.accept_score));
-  search.SetMinMaxScale(options.min_scale, options.max_scale);
+  search.SetParams(options.crawl.edge_threshold, options.crawl.min_size, options.crawl.max_size,
+                   static_cast<int>(options.search.accept_score));
+  search.SetMinMaxScale(options.search.min_scale, options.search.max_scale);
   plain::Pattern plain_pattern;
   const int status = TrainOn(search, pattern);
-  EXPECT_EQ(status, plain::Train(plain_pattern, CopyOf(pattern).get(), options));
+  EXPECT_EQ(status, StatusOf(plain::Train(plain_pattern, CopyOf(pattern).get(), options.crawl)));
   if (status != 0) return {status};
 
   const ContourSet plain_scene = MakeEmptySet();
-  const plain::SearchResult expected =
-      plain::LookForIt(plain_pattern, plain_scene.get(), CopyOf(scene).get(), options);
+  const SegmentMatch expected =
+      plain::Find(plain_pattern, plain_scene.get(), CopyOf(scene).get(), options);
   const Found found = LookFor(search, scene);
-  const Pose& pose = expected.pose;
-  ExpectSameResult(found,
-                   {expected.status, pose.x, pose.y, pose.angle, pose.scale, expected.score});
+  const Similarity& pose = expected.scene_from_pattern;
+  ExpectSameResult(
+      found, {StatusOf(expected.outcome), pose.x, pose.y, pose.angle, pose.scale, expected.score});
   return found;
 }
 

@@ -66,7 +66,7 @@ TEST(ChainTwin, SearchesAgreeOnRenderedScenes) {
       const ImagePtr scene =
           plain::Render({size, plain::PartsForSize(size), static_cast<double>(seed), seed});
       plain::SearchOptions options;
-      options.edge_threshold = seed % 2 == 0 ? 16 : 32;
+      options.crawl.edge_threshold = seed % 2 == 0 ? 16 : 32;
       num_found += ExpectSameSearch(pattern, scene, options).score >= 60 ? 1 : 0;
     }
   }
@@ -78,7 +78,7 @@ TEST(ChainTwin, SearchesAgreeAtAllThresholds) {
   for (const int threshold : kThresholds) {
     SCOPED_TRACE(testing::Message() << "threshold " << threshold);
     plain::SearchOptions options;
-    options.edge_threshold = threshold;
+    options.crawl.edge_threshold = threshold;
     ExpectSameSearch(plain::BracketPattern(), scene, options);
   }
 }
@@ -86,9 +86,9 @@ TEST(ChainTwin, SearchesAgreeAtAllThresholds) {
 TEST(ChainTwin, SearchesAgreeWithoutAnAcceptedPose) {
   // An accept score out of reach keeps the search going to its end.
   plain::SearchOptions options;
-  options.accept_score = 101;
-  options.min_scale = 0.5;
-  options.max_scale = 2;
+  options.search.accept_score = 101;
+  options.search.min_scale = 0.5;
+  options.search.max_scale = 2;
   for (const std::uint32_t seed : {11U, 12U, 13U}) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     ExpectSameSearch(plain::BracketPattern(), plain::Render({{640, 480}, 12, 3, seed}), options);
@@ -103,7 +103,7 @@ TEST(ChainTwin, SearchesAgreeWhereThereIsNothing) {
     for (const int threshold : kThresholds) {
       SCOPED_TRACE(testing::Message() << picture << ", threshold " << threshold);
       plain::SearchOptions options;
-      options.edge_threshold = threshold;
+      options.crawl.edge_threshold = threshold;
       ExpectSameSearch(pattern, ImageOf(picture.grid), options);
     }
   }

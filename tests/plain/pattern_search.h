@@ -4,12 +4,14 @@
 #include <memory>
 #include <vector>
 
+#include "base/geometry.h"
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/imgutil_i.h"
 #include "orvandel/classic/line_extracter.h"
 #include "orvandel/classic/line_segment.h"
 #include "orvandel/classic/patt_verify.h"
-#include "search/pose.h"
+#include "search/contour_preparation.h"
+#include "search/segment_search.h"
 #include "tests/plain/probe_count.h"
 
 // The plain chain: image -> edges -> contours -> lines -> poses, each stage in the form in which
@@ -28,13 +30,8 @@ using ContourSet = std::unique_ptr<void, SetDeleter>;
 
 /// The parameters of `QRSIS`, with its defaults.
 struct SearchOptions {
-  std::int32_t edge_threshold = 16;
-  std::int32_t min_contour_size = 10;
-  std::int32_t max_contour_size = 100000;
-  double accept_score = 80;  ///< percent
-  double min_scale = 0.25;
-  double max_scale = 4;
-  std::int32_t timeout_us = 1000000;
+  CrawlOptions crawl;
+  SegmentSearchOptions search;
 };
 
 /// A trained pattern.
@@ -42,14 +39,7 @@ struct Pattern {
   ContourSet contours{ctd_create()};
   std::vector<CLineSegment> segments;
   CPattVerify verifier;
-  Point reference{};  ///< mean of the contour points, pattern pixels
-};
-
-/// As a host reads it after `LookForIt`.
-struct SearchResult {
-  int status = 0;
-  Pose pose;
-  double score = 0;  ///< percent
+  Point reference;  ///< mean of the contour points, pattern pixels
 };
 
 /// Probes by the step of the search that made them.
@@ -60,17 +50,17 @@ struct SearchCounts {
 };
 
 /// From an image to smoothed, evenly spaced contours, longest first. Returns their number.
-int PrepareContours(void* contours, tImage* image, const SearchOptions& options);
+int PrepareContours(void* contours, tImage* image, const CrawlOptions& options);
 
-/// As `QRSIS::TrainIt` with a given threshold; returns its status. The image is used up.
-int Train(Pattern& pattern, tImage* image, const SearchOptions& options);
+/// As `LearnSegmentModel`, from an image, which is overwritten.
+LearningOutcome Train(Pattern& pattern, tImage* image, const CrawlOptions& options);
 
-/// As `QRSIS::LookForIt` of a trained pattern.
+/// As `FindBySegments` of a trained pattern, without its counts.
 ///
 /// @param scene_contours  a `ctd_` handle; receives the scene's contours and edge record.
-/// @param image           8-bit grey; used up.
+/// @param image           8-bit grey; overwritten.
 /// @param counts          null, or what the search cost is added to it.
-SearchResult LookForIt(const Pattern& pattern, void* scene_contours, tImage* image,
-                       const SearchOptions& options, SearchCounts* counts = nullptr);
+SegmentMatch Find(const Pattern& pattern, void* scene_contours, tImage* image,
+                  const SearchOptions& options, SearchCounts* counts = nullptr);
 
 }  // namespace orvandel::plain

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "base/geometry.h"
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/patt_verify.h"
-#include "search/pose.h"
 #include "tests/plain/probe_count.h"
 #include "tests/plain/scoring.h"
+#include "verify/score_threshold.h"
 
 namespace orvandel::plain {
 
@@ -15,7 +16,7 @@ struct PoseScorer {
   Point reference;    ///< of the pattern, pattern pixels
   ProbeCount* count;  ///< may be null
 
-  double operator()(const Pose& pose) const {
+  double operator()(const Similarity& pose, const ScoreThreshold& /*threshold*/) const {
     return ScoreAtVerifyPoints(verifier, edges, pose, reference, count);
   }
 };

@@ -8,7 +8,7 @@
 namespace orvandel::test {
 namespace {
 
-constexpr Pose kUpright{50, 50, 0, 1};
+constexpr Similarity kShifted{50, 50, 0, 1};
 constexpr Point kReference{50, 50};
 
 /// A verifier of one point with direction 0, and an edge record of 100 x 100 pixels.
@@ -18,7 +18,7 @@ class ProbeCounting : public testing::Test {
     const ContourSet set = MakeSet({{{{x, y, 0}}}});
     CPattVerify verifier;
     verifier.ChooseVerifyPoints(set.get(), 1, 10);
-    return plain::ScoreAtVerifyPoints(verifier, &edges_, kUpright, kReference, &count_);
+    return plain::ScoreAtVerifyPoints(verifier, &edges_, kShifted, kReference, &count_);
   }
   void SetUp() override { ASSERT_EQ(edges_.SetSize(100, 100), 0); }
 

@@ -9,7 +9,7 @@
 #include "base/trigonometry.h"
 #include "contours/point_arrays.h"
 #include "orvandel/classic/edge_record.h"
-#include "verify/direction_class.h"
+#include "verify/probed_neighbour.h"
 
 namespace orvandel::plain {
 namespace {
@@ -30,7 +30,7 @@ struct PixelIndex {
 };
 
 /// Which neighbour is probed beside each pixel along the normal.
-enum class Flank {
+enum class Neighbour {
   kRowBelow,     // always one row off: quick, for the many poses of the search
   kByDirection,  // along the edge: for the final score
 };
@@ -40,12 +40,12 @@ enum class Flank {
 template <bool kCounted>
 class PoseFit {
  public:
-  PoseFit(const CPattVerify& rules, const CEdgeImgComplement* edges, const Pose& pose,
-          Point reference, Flank flank)
+  PoseFit(const CPattVerify& rules, const CEdgeImgComplement* edges, const Similarity& pose,
+          Point reference, Neighbour neighbour)
       : tolerance_(rules.angleTolerance),
         ignore_polarity_(rules.ignorePolarity != 0),
         radius_(std::clamp(rules.searchRadius, 0, static_cast<int>(kDistanceCredit.size()) - 1)),
-        flank_(flank),
+        neighbour_(neighbour),
         pose_(pose),
         reference_(reference),
         cosine_(Cos(pose.angle) * pose.scale),
@@ -99,7 +99,7 @@ class PoseFit {
   double CreditAlongNormal(PixelIndex centre, double expected) {
     const double c = Cos(expected);
     const double s = Sin(expected);
-    const FlankOffset flank = kFlankOffsets[FlankClass(expected)];
+    const NeighbourOffset neighbour = kNeighbourOffsets[NeighbourClass(expected)];
     for (int k = 1; k <= radius_; ++k) {
       // Truncated after half is added: negative steps come out shorter than rounded ones.
       const int dr = static_cast<int>(k * s + 0.5);
@@ -107,18 +107,18 @@ class PoseFit {
       const PixelIndex ahead = {centre.row + dr, centre.column - dc};
       const PixelIndex behind = {centre.row - dr, centre.column + dc};
       if (Matches(ahead, expected) || Matches(behind, expected) ||
-          Matches({ahead.row + flank.row, ahead.column + flank.column}, expected) ||
-          Matches({behind.row - flank.row, behind.column - flank.column}, expected)) {
+          Matches({ahead.row + neighbour.row, ahead.column + neighbour.column}, expected) ||
+          Matches({behind.row - neighbour.row, behind.column - neighbour.column}, expected)) {
         return kDistanceCredit[static_cast<std::size_t>(k)];
       }
     }
     return 0.0;
   }
 
-  std::size_t FlankClass(double expected) const {
-    if (flank_ == Flank::kRowBelow) return 0;
+  std::size_t NeighbourClass(double expected) const {
+    if (neighbour_ == Neighbour::kRowBelow) return 0;
     const auto degrees = static_cast<std::size_t>(expected * kDegreesPerRadian);
-    return static_cast<std::size_t>(kDirectionClass[degrees]);
+    return static_cast<std::size_t>(kOrientationClass[degrees]);
   }
 
   bool Matches(PixelIndex p, double expected) {
@@ -139,8 +139,8 @@ class PoseFit {
   double tolerance_;
   bool ignore_polarity_;
   int radius_;
-  Flank flank_;
-  Pose pose_;
+  Neighbour neighbour_;
+  Similarity pose_;
   Point reference_;
   double cosine_;
   double sine_;
@@ -156,14 +156,15 @@ class PoseFit {
 
 /// Makes a fit, lets `add_points` fill it, and adds to the count where one is wanted.
 template <typename AddPoints>
-double ScoreOf(const CPattVerify& rules, const CEdgeImgComplement* edges, const Pose& pose,
-               Point reference, Flank flank, ProbeCount* count, const AddPoints& add_points) {
+double ScoreOf(const CPattVerify& rules, const CEdgeImgComplement* edges, const Similarity& pose,
+               Point reference, Neighbour neighbour, ProbeCount* count,
+               const AddPoints& add_points) {
   if (count == nullptr) {
-    PoseFit<false> fit(rules, edges, pose, reference, flank);
+    PoseFit<false> fit(rules, edges, pose, reference, neighbour);
     add_points(fit);
     return fit.Score();
   }
-  PoseFit<true> fit(rules, edges, pose, reference, flank);
+  PoseFit<true> fit(rules, edges, pose, reference, neighbour);
   add_points(fit);
   ++count->poses;
   count->points += fit.NumPoints();
@@ -174,16 +175,16 @@ double ScoreOf(const CPattVerify& rules, const CEdgeImgComplement* edges, const 
 }  // namespace
 
 double ScoreAtVerifyPoints(const CPattVerify& verifier, const CEdgeImgComplement* edges,
-                           const Pose& pose, Point reference, ProbeCount* count) {
-  return ScoreOf(verifier, edges, pose, reference, Flank::kRowBelow, count, [&](auto& fit) {
+                           const Similarity& pose, Point reference, ProbeCount* count) {
+  return ScoreOf(verifier, edges, pose, reference, Neighbour::kRowBelow, count, [&](auto& fit) {
     for (std::int32_t i = 0; i < verifier.pointCount; ++i)
       fit.AddPoint(verifier.pointX[i], verifier.pointY[i], verifier.pointDir[i]);
   });
 }
 
 double ScoreAlongContours(const CPattVerify& rules, void* contours, const CEdgeImgComplement* edges,
-                          const Pose& pose, Point reference, int step, ProbeCount* count) {
-  return ScoreOf(rules, edges, pose, reference, Flank::kByDirection, count, [&](auto& fit) {
+                          const Similarity& pose, Point reference, int step, ProbeCount* count) {
+  return ScoreOf(rules, edges, pose, reference, Neighbour::kByDirection, count, [&](auto& fit) {
     CCrawler& set = SetOf(contours);
     const std::int64_t stride = std::max(step, 1);
     for (const ContourRecord& contour : Records(set)) {

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/geometry.h"
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/patt_verify.h"
-#include "search/pose.h"
 #include "tests/plain/probe_count.h"
 
 namespace orvandel::plain {
@@ -12,10 +12,11 @@ namespace orvandel::plain {
 /// @param reference  the pattern's reference point, pattern pixels.
 /// @param count      null, or what this pose cost is added to it.
 double ScoreAtVerifyPoints(const CPattVerify& verifier, const CEdgeImgComplement* edges,
-                           const Pose& pose, Point reference, ProbeCount* count = nullptr);
+                           const Similarity& pose, Point reference, ProbeCount* count = nullptr);
 
 /// As `CPattVerify::ScoreAlongContours`.
 double ScoreAlongContours(const CPattVerify& rules, void* contours, const CEdgeImgComplement* edges,
-                          const Pose& pose, Point reference, int step, ProbeCount* count = nullptr);
+                          const Similarity& pose, Point reference, int step,
+                          ProbeCount* count = nullptr);
 
 }  // namespace orvandel::plain
