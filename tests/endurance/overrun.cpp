@@ -17,10 +17,9 @@
 #include <string>
 #include <vector>
 
-#include "orvandel/classic/ctd.h"
-#include "orvandel/classic/qrsis.h"
 #include "tests/endurance/frames.h"
 #include "tests/search/scripted_counter.h"
+#include "tests/search/segment_engine.h"
 #include "tests/support/images.h"
 #include "tests/support/uniform_random.h"
 
@@ -31,7 +30,7 @@ using Clock = std::chrono::steady_clock;
 
 struct NamedScene {
   std::string name;
-  ImagePtr picture;
+  ImagePtr image;
 };
 
 /// Noise that is smooth enough for long contours.
@@ -48,8 +47,8 @@ ImagePtr SmoothNoise(int width, int height) {
   });
 }
 
-/// Squares of `side` pixels on a grid that is turned, so that no two edges fall on the same pixels.
-ImagePtr TurnedCheckerboard(int width, int height, double side) {
+/// Squares of `side` pixels on a rotated grid, so that no two edges fall on the same pixels.
+ImagePtr RotatedCheckerboard(int width, int height, double side) {
   const double c = std::cos(0.3) / side;
   const double s = std::sin(0.3) / side;
   return MakeImage(width, height, [=](int x, int y) {
@@ -69,47 +68,38 @@ ImagePtr ManySquares(int width, int height) {
 std::vector<NamedScene> WorstScenes() {
   std::vector<NamedScene> scenes;
   scenes.push_back({"smooth noise 640 x 480", SmoothNoise(640, 480)});
-  scenes.push_back({"checkerboard 640 x 480", TurnedCheckerboard(640, 480, 14)});
+  scenes.push_back({"checkerboard 640 x 480", RotatedCheckerboard(640, 480, 14)});
   scenes.push_back({"squares 1200 x 900", ManySquares(1200, 900)});
-  scenes.push_back({"checkerboard 1600 x 1200", TurnedCheckerboard(1600, 1200, 20)});
+  scenes.push_back({"checkerboard 1600 x 1200", RotatedCheckerboard(1600, 1200, 20)});
   return scenes;
 }
 
 class TimedSearch {
  public:
-  TimedSearch() {
-    search_.Initialize();
-    search_.SetParams(16, 10, 100000, 101);  // nothing is accepted before every pose was tried
-    search_.TrainIt(EndurancePattern().get());
+  TimedSearch() : engine_(EndurancePattern()) {
+    engine_.options.accept_score = 101;  // nothing is accepted before every pose was tried
   }
 
   double MicrosecondsOn(const ImagePtr& scene, int timeout_us) {
-    search_.SetTimeOutValue(timeout_us);
+    engine_.options.timeout_us = timeout_us;
     const ImagePtr copy = CopyOf(scene);
     const auto start = Clock::now();
-    search_.LookForIt(copy.get());
+    match_ = engine_.FindAndOverwrite(copy);
     return std::chrono::duration<double, std::micro>(Clock::now() - start).count();
   }
 
   /// Reads of the counter: the start, after the contours, after the segments, after every score.
   double MicrosecondsWithTimeUpAtRead(const ImagePtr& scene, int read) {
     const ScriptedCounter counter(TimeThatExpiresAtRead(read));
-    const double elapsed = MicrosecondsOn(scene, 1000);
-    num_reads_ = counter.num_reads();
-    return elapsed;
+    return MicrosecondsOn(scene, 1000);
   }
 
-  /// Of the last search with such a counter.
-  int NumReads() const { return num_reads_; }
-
-  std::size_t NumSegments() {
-    CLineExtracter lines;
-    return static_cast<std::size_t>(lines.Extract(search_.GetCrawlerSceneData()));
-  }
+  /// What the last search found.
+  const SegmentMatch& match() const { return match_; }
 
  private:
-  QRSIS search_;
-  int num_reads_ = 0;
+  SegmentEngine engine_;
+  SegmentMatch match_;
 };
 
 double Quantile(const std::vector<double>& sorted, double share) {
@@ -131,33 +121,31 @@ bool Measure(const NamedScene& scene, int num_searches) {
   std::vector<double> preparation;
   std::vector<double> allowed;
   for (int i = 0; i < 9; ++i) {
-    whole.push_back(search.MicrosecondsOn(scene.picture, 3999000));
-    preparation.push_back(search.MicrosecondsWithTimeUpAtRead(scene.picture, 2));
-    allowed.push_back(search.MicrosecondsWithTimeUpAtRead(scene.picture, 3) - preparation.back());
+    whole.push_back(search.MicrosecondsOn(scene.image, 3999000));
+    preparation.push_back(search.MicrosecondsWithTimeUpAtRead(scene.image, 2));
+    allowed.push_back(search.MicrosecondsWithTimeUpAtRead(scene.image, 3) - preparation.back());
   }
-  const int reads_before_scores = 3;
-  const bool in_bounds =
-      search.NumReads() > reads_before_scores &&
-      static_cast<std::size_t>(search.NumReads() - reads_before_scores) <= search.NumSegments();
+  const SegmentMatch hurried = search.match();  // its time was up at the first score
+  const bool in_bounds = hurried.num_poses > 0 && hurried.num_poses <= hurried.num_segments;
 
   UniformRandom random(2);
   std::vector<double> past;
   int num_cut_short = 0;
   for (int i = 0; i < num_searches; ++i) {
     const int budget_us = static_cast<int>(random.Real(Median(preparation), Median(whole)));
-    const double over = search.MicrosecondsOn(scene.picture, budget_us) - budget_us;
+    const double over = search.MicrosecondsOn(scene.image, budget_us) - budget_us;
     past.push_back(std::max(over, 0.0));
     if (over > 0) ++num_cut_short;
   }
   std::sort(past.begin(), past.end());
-  std::printf("%-26s %8zu %9.2f %9.2f %9.2f  %6d %8.2f %8.2f %8.2f %8.2f %8.2f\n",
-              scene.name.c_str(), search.NumSegments(), Median(whole) / 1000,
+  std::printf("%-26s %8d %9.2f %9.2f %9.2f  %6d %8.2f %8.2f %8.2f %8.2f %8.2f\n",
+              scene.name.c_str(), hurried.num_segments, Median(whole) / 1000,
               Median(preparation) / 1000, Median(allowed) / 1000, num_cut_short,
               Quantile(past, 0.5) / 1000, Quantile(past, 0.9) / 1000, Quantile(past, 0.99) / 1000,
               Quantile(past, 0.999) / 1000, past.back() / 1000);
   if (!in_bounds) {
-    std::printf("%d scores of %zu segments after the time was up\n",
-                search.NumReads() - reads_before_scores, search.NumSegments());
+    std::printf("%lld scores of %d segments after the time was up\n",
+                static_cast<long long>(hurried.num_poses), hurried.num_segments);
   }
   std::fflush(stdout);
   return in_bounds;

@@ -68,6 +68,7 @@ class PlainSearch {
   /// the call before.
   Found LookForIt(tImage* scene, const PlainClock& past_deadline) {
     best_ = {};
+    num_poses_ = 0;
     void* set = scene_contours_.get();
     PlainPrepareContours(set, scene, parameters_);
     if (ctd_contour_count(set) == 0) return {2};
@@ -87,7 +88,8 @@ class PlainSearch {
 
   /// Of the best hypothesis, before the refinement.
   double coarse_scale() const { return coarse_scale_; }
-  double coarse_score() const { return coarse_score_; }
+  /// Scored before the refinement.
+  int num_poses() const { return num_poses_; }
 
  private:
   struct Hypothesis {
@@ -134,7 +136,6 @@ class PlainSearch {
         stop = TryPair(i, j, past_deadline) || stop;  // the pass goes on to its end
     }
     coarse_scale_ = best_.scale;
-    coarse_score_ = best_.score;
   }
 
   /// Tries the five scales of a pair; returns whether the search shall stop after this pass.
@@ -146,6 +147,7 @@ class PlainSearch {
       if (scale > parameters_.max_scale || scale < parameters_.min_scale) continue;
       const double angle = p.direction - s.direction;
       const Hypothesis h = ScoredAt(s.mid_x, s.mid_y, angle, scale, i, j);
+      ++num_poses_;
       if (h.score > best_.score) best_ = h;
       if (h.score >= parameters_.accept_score) return true;
       if (past_deadline()) return true;
@@ -196,7 +198,7 @@ class PlainSearch {
   const CEdgeImgComplement* edges_ = nullptr;
   Hypothesis best_;
   double coarse_scale_ = 0;
-  double coarse_score_ = 0;
+  int num_poses_ = 0;
 };
 
 }  // namespace orvandel::test

@@ -9,8 +9,7 @@
 
 namespace orvandel::test {
 
-/// A counter in the process's place for as long as it lives: its values follow a script, and it
-/// counts how often it is read.
+/// A counter in the process's place for as long as it lives: its values follow a script.
 class ScriptedCounter : public TickCounter {
  public:
   using Script = std::function<std::uint64_t(int read)>;  ///< value of read 0, 1, 2, ...
@@ -25,7 +24,6 @@ class ScriptedCounter : public TickCounter {
 
   std::uint64_t Read() override { return script_(num_reads_++); }
   std::uint64_t TicksPerSecond() override { return ticks_per_second_; }
-  int num_reads() const { return num_reads_; }
 
  private:
   Script script_;

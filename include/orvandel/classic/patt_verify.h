@@ -18,7 +18,7 @@ class CEdgeImgComplement;
 /// (x, y) at
 ///   column = tx + scale * (cos(angle) * (x - cx) - sin(angle) * (y - cy))
 ///   row    = ty + scale * (sin(angle) * (x - cx) + cos(angle) * (y - cy))
-/// and expects its edge direction g there as g - angle. A point earns 1 where the scene has an edge
+/// and expects its gradient direction g there as g - angle. A point earns 1 where the scene has an edge
 /// of that direction in its very pixel, 0.98 down to 0.8 where it lies 1 to 5 pixels away along the
 /// edge normal, else 0.
 ///
@@ -66,7 +66,7 @@ class ORVANDEL_API CPattVerify {
   std::int32_t searchRadius;    ///< pixels along the normal, 5; 0 to 9
   double* pointX;               ///< verification points, pattern pixels
   double* pointY;
-  double* pointDir;         ///< edge directions, radians
+  double* pointDir;         ///< gradient directions, radians
   std::int32_t pointCount;  ///< length of the three arrays
   std::int32_t probeCount;  ///< carried, 0
 };

@@ -32,7 +32,7 @@ class ORVANDEL_API CLineHypGen {
 ///     search.GetFoundPattData(&x, &y, &angle, &scale, &score);
 ///   }
 ///
-/// Both calls use up the image they are given: afterwards it holds an edge map. Pass a copy to keep
+/// Both calls overwrite the image they are given: afterwards it holds an edge map. Pass a copy to keep
 /// it. One thread at a time uses an object; different threads may use different objects.
 ///
 /// A copy shares pattern image and contour sets with its source, and assignment releases nothing of
@@ -86,7 +86,7 @@ class ORVANDEL_API QRSIS {
 
   /// Learns a pattern.
   ///
-  /// @param image  8-bit grey; used up. The caller keeps ownership.
+  /// @param image  8-bit grey; overwritten. The caller keeps ownership.
   /// @return  0 trained; 1 no contour, or no image; 3 `Initialize` was not called; 4 no line
   ///          segment. The object is trained exactly when 0 is returned.
   int TrainIt(tImage* image);
@@ -101,7 +101,7 @@ class ORVANDEL_API QRSIS {
 
   /// Finds the pattern in a scene; the result is read with `GetFoundPattData`.
   ///
-  /// @param image  8-bit grey; used up. The caller keeps ownership. An image of another type, and one
+  /// @param image  8-bit grey; overwritten. The caller keeps ownership. An image of another type, and one
   ///               for whose edges memory lacks, leaves the previous scene's contours to be searched.
   /// @return  0 a pose was determined (weigh its score), or the time ran out before the search
   ///          began (all results 0); 1 untrained; 2 no contour in the scene; 3 `Initialize` was not
