@@ -1,0 +1,161 @@
+#include "shape/model/point_choice.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+namespace orvandel::shape {
+namespace {
+
+/// Points taken so far, in square buckets of the least distance's side: what is too close to a new point lies in its
+/// bucket or a neighbour.
+class SpacedSet {
+ public:
+  SpacedSet(Point low, Point high, double distance)
+      : low_(low),
+        distance_(distance),
+        columns_(static_cast<std::size_t>((high.x - low.x) / distance) + 1),
+        rows_(static_cast<std::size_t>((high.y - low.y) / distance) + 1),
+        first_(columns_ * rows_, kNone) {}
+
+  /// Takes the point unless it is too close to another.
+  bool Add(Point p) {
+    const std::size_t column = static_cast<std::size_t>((p.x - low_.x) / distance_);
+    const std::size_t row = static_cast<std::size_t>((p.y - low_.y) / distance_);
+    for (std::size_t y = row == 0 ? 0 : row - 1; y <= std::min(row + 1, rows_ - 1); ++y) {
+      for (std::size_t x = column == 0 ? 0 : column - 1; x <= std::min(column + 1, columns_ - 1);
+           ++x) {
+        for (std::uint32_t i = first_[y * columns_ + x]; i != kNone; i = taken_[i].next) {
+          const Point step = taken_[i].at - p;
+          if (Dot(step, step) < distance_ * distance_) return false;
+        }
+      }
+    }
+    std::uint32_t& first = first_[row * columns_ + column];
+    taken_.push_back({p, first});
+    first = static_cast<std::uint32_t>(taken_.size() - 1);
+    return true;
+  }
+
+ private:
+  static constexpr std::uint32_t kNone = 0xffffffffu;
+  struct Taken {
+    Point at;
+    std::uint32_t next;
+  };
+  Point low_;
+  double distance_;
+  std::size_t columns_;
+  std::size_t rows_;
+  std::vector<std::uint32_t> first_;
+  std::vector<Taken> taken_;
+};
+
+struct Box {
+  Point low;
+  Point high;
+};
+
+Box BoxOf(const std::vector<EdgePoint>& points) {
+  Box box = {points.front().at, points.front().at};
+  for (const EdgePoint& point : points) {
+    box.low = {std::min(box.low.x, point.at.x), std::min(box.low.y, point.at.y)};
+    box.high = {std::max(box.high.x, point.at.x), std::max(box.high.y, point.at.y)};
+  }
+  return box;
+}
+
+std::vector<EdgePoint> Spaced(const std::vector<EdgePoint>& sorted, const Box& box,
+                              double distance) {
+  SpacedSet taken(box.low, box.high, distance);
+  std::vector<EdgePoint> chosen;
+  for (const EdgePoint& point : sorted) {
+    if (taken.Add(point.at)) chosen.push_back(point);
+  }
+  return chosen;
+}
+
+/// Points along the outline lie side by side; steps of about the golden section through them spread every
+/// first part of the list.
+std::vector<EdgePoint> Interleaved(std::vector<EdgePoint> points) {
+  const auto by_direction = [](const EdgePoint& a, const EdgePoint& b) {
+    return ArcTan2(a.at.y, a.at.x) < ArcTan2(b.at.y, b.at.x);
+  };
+  std::stable_sort(points.begin(), points.end(), by_direction);
+  const std::size_t size = points.size();
+  std::size_t step = std::max<std::size_t>(1, size * 618 / 1000);
+  const auto common_divisor = [](std::size_t a, std::size_t b) {
+    while (b != 0) {
+      const std::size_t rest = a % b;
+      a = b;
+      b = rest;
+    }
+    return a;
+  };
+  while (common_divisor(step, size) != 1)
+    ++step;
+  std::vector<EdgePoint> interleaved;
+  for (std::size_t i = 0; i < size; ++i)
+    interleaved.push_back(points[i * step % size]);
+  return interleaved;
+}
+
+double Cross(Point a, Point b) {
+  return a.x * b.y - a.y * b.x;
+}
+
+}  // namespace
+
+std::vector<EdgePoint> ChoosePoints(const std::vector<EdgePoint>& points, std::size_t wanted) {
+  if (points.size() <= wanted) return Interleaved(points);
+  std::vector<EdgePoint> sorted = points;
+  std::stable_sort(sorted.begin(), sorted.end(),
+                   [](const EdgePoint& a, const EdgePoint& b) { return a.strength > b.strength; });
+  const Box box = BoxOf(points);
+  const Point size = box.high - box.low;
+  // The distance is found by bisection; a grid of buckets of a tenth of the smallest spacing that could be needed would
+  // be as fine as the points themselves.
+  double near = std::max({size.x, size.y, 1.0}) / 4096.0;
+  double far = std::max({size.x, size.y, 1.0});
+  std::vector<EdgePoint> best = {sorted.begin(),
+                                 sorted.begin() + static_cast<std::ptrdiff_t>(wanted)};
+  for (int round = 0; round < 14; ++round) {
+    const double distance = std::sqrt(near * far);
+    std::vector<EdgePoint> chosen = Spaced(sorted, box, distance);
+    if (chosen.size() > wanted) {
+      near = distance;
+      chosen.resize(wanted);
+    } else {
+      far = distance;
+    }
+    if (chosen.size() == wanted) {
+      best = std::move(chosen);
+      if (round >= 10) break;
+    }
+  }
+  return Interleaved(std::move(best));
+}
+
+std::vector<Point> ConvexHull(const std::vector<EdgePoint>& points) {
+  std::vector<Point> sorted;
+  for (const EdgePoint& point : points)
+    sorted.push_back(point.at);
+  std::sort(sorted.begin(), sorted.end(),
+            [](Point a, Point b) { return a.x < b.x || (a.x == b.x && a.y < b.y); });
+  std::vector<Point> hull;
+  const auto add = [&hull](Point p, std::size_t least) {
+    while (hull.size() >= least + 2 &&
+           Cross(hull[hull.size() - 1] - hull[hull.size() - 2], p - hull[hull.size() - 1]) <= 0.0)
+      hull.pop_back();
+    hull.push_back(p);
+  };
+  for (const Point p : sorted)
+    add(p, 0);
+  const std::size_t upper = hull.size() - 1;
+  for (std::size_t i = sorted.size(); i-- > 0;)
+    add(sorted[i], upper);
+  if (hull.size() > 1) hull.pop_back();
+  return hull;
+}
+
+}  // namespace orvandel::shape

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/simd_dispatch.h"
+
+namespace orvandel::shape {
+
+/// Positions that are looked at together: this many columns of two rows.
+inline constexpr std::int32_t kBlockColumns = 32;
+inline constexpr std::int32_t kBlockRows = 2;
+
+/// Points are summed up in thirds, whole groups of this many each.
+inline constexpr std::size_t kPointGroup = 8;
+
+/// A pattern at one pose: where each of its points reads the response maps, relative to the position.
+struct PoseOffsets {
+  const std::int32_t* offsets;
+  std::size_t
+      ends[3];  ///< of the thirds, multiples of kPointGroup; ends[2] is the number of points
+};
+
+/// Votes that limits are told in: fractions of one vote.
+inline constexpr int kLimitShift = 7;
+
+/// What a position of column x must have got after each third of the points:
+///
+///   max(columns[third][x] + row[third], least[third]) >> kLimitShift
+struct VoteLimits {
+  const std::int16_t* columns[3];  ///< up to a whole number of blocks
+  std::int16_t row[3];
+  std::int16_t least[3];
+};
+
+/// How the limits of a column follow from the points within the scene there.
+struct ColumnLimits {
+  std::int16_t full[3];       ///< for a column with all points within
+  std::int16_t per_point[3];  ///< for each point outside, that much less
+};
+
+/// A position that has got enough votes.
+struct CoarseHit {
+  std::uint16_t x;
+  std::uint16_t row;  ///< 0 or 1
+  std::uint16_t votes;
+};
+
+struct CoarseKernels {
+  /// Limits of `num_columns` columns with so many points outside each.
+  void (*limit_columns)(const std::int16_t* num_outside, std::int32_t num_columns,
+                        const ColumnLimits& rule, std::int16_t* const* columns);
+
+  /// Sums up the votes of all positions of two rows and writes those that meet the limits, block by block, the upper
+  /// row first. A block is left as soon as none of its positions meets a limit.
+  ///
+  /// @param origin       response map position (0, first row)
+  /// @param num_columns  a whole number of blocks
+  /// @param hits         room for two rows
+  /// @return             the number of hits
+  std::size_t (*scan_rows)(const std::uint8_t* origin, std::ptrdiff_t stride,
+                           const PoseOffsets& pose, const VoteLimits& limits,
+                           std::int32_t num_columns, CoarseHit* hits);
+};
+
+ORVANDEL_DECLARE_KERNELS(CoarseKernels)
+
+}  // namespace orvandel::shape

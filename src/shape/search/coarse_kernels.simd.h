@@ -1,0 +1,103 @@
+// The kernel of the exhaustive search, as loops that compilers turn into vector code; compiled once a level
+// (platform/simd_dispatch.h).
+
+#include "shape/search/coarse_kernels.h"
+
+namespace orvandel::shape {
+namespace {
+
+using Byte = std::uint8_t;
+
+/// Adds the votes of points [begin, end) to the sums of a block.
+inline void AddVotes(const Byte* origin, std::ptrdiff_t stride, const std::int32_t* offsets,
+                     std::size_t begin, std::size_t end, Byte* sums) {
+  for (std::size_t p = begin; p < end; p += kPointGroup) {
+    const Byte* const v0 = origin + offsets[p];
+    const Byte* const v1 = origin + offsets[p + 1];
+    const Byte* const v2 = origin + offsets[p + 2];
+    const Byte* const v3 = origin + offsets[p + 3];
+    const Byte* const v4 = origin + offsets[p + 4];
+    const Byte* const v5 = origin + offsets[p + 5];
+    const Byte* const v6 = origin + offsets[p + 6];
+    const Byte* const v7 = origin + offsets[p + 7];
+    for (std::int32_t i = 0; i < kBlockColumns; ++i) {
+      sums[i] = static_cast<Byte>(sums[i] + v0[i] + v1[i] + v2[i] + v3[i] + v4[i] + v5[i] + v6[i] +
+                                  v7[i]);
+    }
+    Byte* const lower = sums + kBlockColumns;
+    for (std::int32_t i = 0; i < kBlockColumns; ++i) {
+      const std::ptrdiff_t k = stride + i;
+      lower[i] = static_cast<Byte>(lower[i] + v0[k] + v1[k] + v2[k] + v3[k] + v4[k] + v5[k] +
+                                   v6[k] + v7[k]);
+    }
+  }
+}
+
+void LimitColumns(const std::int16_t* num_outside, std::int32_t num_columns,
+                  const ColumnLimits& rule, std::int16_t* const* columns) {
+  for (std::size_t third = 0; third < 3; ++third) {
+    std::int16_t* const limits = columns[third];
+    const std::int16_t full = rule.full[third];
+    const std::int16_t per_point = rule.per_point[third];
+    for (std::int32_t x = 0; x < num_columns; ++x)
+      limits[x] = static_cast<std::int16_t>(full - per_point * num_outside[x]);
+  }
+}
+
+/// The limits of a block's columns, in whole votes.
+inline void LimitBlock(const VoteLimits& limits, std::size_t third, std::int32_t x, Byte* block) {
+  const std::int16_t* const columns = limits.columns[third] + x;
+  const std::int16_t row = limits.row[third];
+  const std::int16_t least = limits.least[third];
+  for (std::int32_t i = 0; i < kBlockColumns; ++i) {
+    const auto limit = static_cast<std::int16_t>(columns[i] + row);
+    const std::int16_t asked = limit > least ? limit : least;
+    block[i] = static_cast<Byte>(static_cast<std::uint16_t>(asked) >> kLimitShift);
+  }
+}
+
+inline bool AnyReaches(const Byte* sums, const Byte* limits) {
+  Byte any = 0;
+  for (std::int32_t i = 0; i < kBlockColumns; ++i) {
+    const Byte more = sums[i] > sums[kBlockColumns + i] ? sums[i] : sums[kBlockColumns + i];
+    any = static_cast<Byte>(any | (more >= limits[i] ? 1 : 0));
+  }
+  return any != 0;
+}
+
+std::size_t ScanRows(const Byte* origin, std::ptrdiff_t stride, const PoseOffsets& pose,
+                     const VoteLimits& limits, std::int32_t num_columns, CoarseHit* hits) {
+  std::size_t num_hits = 0;
+  for (std::int32_t x = 0; x < num_columns; x += kBlockColumns) {
+    Byte sums[kBlockRows * kBlockColumns] = {};
+    Byte least[kBlockColumns];
+    std::size_t begin = 0;
+    bool is_alive = true;
+    for (std::size_t third = 0; third < 3 && is_alive; ++third) {
+      AddVotes(origin + x, stride, pose.offsets, begin, pose.ends[third], sums);
+      begin = pose.ends[third];
+      LimitBlock(limits, third, x, least);
+      is_alive = AnyReaches(sums, least);
+    }
+    if (!is_alive) continue;
+    for (std::int32_t row = 0; row < kBlockRows; ++row) {
+      for (std::int32_t i = 0; i < kBlockColumns; ++i) {
+        const Byte votes = sums[row * kBlockColumns + i];
+        if (votes < least[i]) continue;
+        hits[num_hits].x = static_cast<std::uint16_t>(x + i);
+        hits[num_hits].row = static_cast<std::uint16_t>(row);
+        hits[num_hits].votes = votes;
+        ++num_hits;
+      }
+    }
+  }
+  return num_hits;
+}
+
+}  // namespace
+
+namespace ORVANDEL_SIMD_NAMESPACE {
+const CoarseKernels kCoarseKernels = {LimitColumns, ScanRows};
+}
+
+}  // namespace orvandel::shape

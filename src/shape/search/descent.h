@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "shape/model/shape_model.h"
+#include "shape/search/coarse_search.h"
+#include "shape/search/scene_levels.h"
+#include "shape/search/tracking.h"
+
+namespace orvandel::shape {
+
+/// What poses are allowed, and how many are wanted.
+struct DescentOptions {
+  double angle_start = 0.0;
+  double angle_extent = 0.0;
+  double min_scale = 1.0;
+  double max_scale = 1.0;
+  EdgeSign sign = EdgeSign::kSame;
+  std::size_t num_wanted = 1;
+  double share_of_best = 0.45;  ///< of the rank; what is worse is dropped
+};
+
+/// A pose on its way down the pyramid.
+struct Tracked {
+  Candidate pose;
+  TrackingFit fit;
+  int level = 0;       ///< that it was fitted on last
+  int num_levels = 0;  ///< that it was fitted on so far
+};
+
+struct DescentBuffers {
+  struct Placed {
+    std::uint32_t index = 0;
+    std::uint32_t next = 0;
+  };
+  std::vector<Tracked> active;
+  std::vector<Tracked> incoming;
+  std::vector<Tracked> scratch;
+  std::vector<std::uint32_t> heads;
+  std::vector<Placed> placed;
+};
+
+/// Tracks candidates from the grids' gradient levels down to where nothing is gained any more: the full resolution, or the
+/// last level before noise or blur hide the edges. `candidates[i]` are those of `grids[i]`, coarsest first. What
+/// arrives is appended to `arrived`.
+class Descent {
+ public:
+  Descent(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
+          TrackingBuffers& tracking, DescentBuffers& buffers)
+      : model_(model), scene_(scene), options_(options), tracking_(tracking), buffers_(buffers) {}
+
+  /// Starts over with the candidates of a grid, on the level of its gradients.
+  void Enter(std::span<const Candidate> candidates, int level);
+
+  /// One level down (or onto the first): refits all, drops the hopeless and the doubles, moves what has arrived.
+  void FitLevel(int level, std::vector<Tracked>& arrived);
+
+ private:
+  TrackingStep StepOn(int level) const;
+  void TrackOn(int level, const EdgePoints& points, const TrackingStep& step, Tracked& tracked);
+  void KeepBest(std::vector<Tracked>& list, std::span<const std::size_t> most, int level);
+  bool HasArrived(const Tracked& tracked, int level) const;
+
+  const ShapeModel& model_;
+  SceneLevels& scene_;
+  const DescentOptions& options_;
+  TrackingBuffers& tracking_;
+  DescentBuffers& buffers_;
+};
+
+/// The steps of a final fit with all points on the level where a pose arrived; the measure of the last one is left in `tracked.fit`.
+void FitFinally(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
+                TrackingBuffers& tracking, Tracked& tracked);
+
+/// The step that measures on a level with its threshold.
+TrackingStep MeasuringStep(const SceneLevels& scene, int level, EdgeSign sign);
+
+/// A pose in a level's pixels.
+LevelPose OnLevel(const Candidate& pose, int level);
+
+}  // namespace orvandel::shape
