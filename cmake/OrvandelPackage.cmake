@@ -10,15 +10,29 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Orvandel)
 # Installed files find each other wherever the prefix is moved to: this leads from the pkg-config file to the prefix.
 file(RELATIVE_PATH prefix_from_pkgconfig /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 
-set(libraries orvandel imgutil_i mvtools_i)
+set(libraries orvandel)
+if(ORVANDEL_CLASSIC)
+  list(APPEND libraries imgutil_i mvtools_i)
+endif()
+if(NOT BUILD_SHARED_LIBS)
+  # A static library does not contain those that it links.
+  list(APPEND libraries orvandel_base)
+  if(ORVANDEL_CLASSIC)
+    list(APPEND libraries orvandel_atomic_file)
+  endif()
+endif()
 set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS ${libraries} EXPORT OrvandelTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 
+set(left_out)
+if(NOT ORVANDEL_CLASSIC)
+  set(left_out PATTERN classic EXCLUDE)
+endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/orvandel
-        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development ${left_out})
 
 install(EXPORT OrvandelTargets NAMESPACE Orvandel:: DESTINATION ${package_dir} COMPONENT development)
 configure_package_config_file(
@@ -29,10 +43,23 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/OrvandelConfigVersion.cma
 install(FILES ${PROJECT_BINARY_DIR}/OrvandelConfig.cmake ${PROJECT_BINARY_DIR}/OrvandelConfigVersion.cmake
         DESTINATION ${package_dir} COMPONENT development)
 
+# Hosts of static libraries link all of them, and those in C the C++ library as well: that is what
+# `pkg-config --static` adds.
+list(TRANSFORM libraries PREPEND -l OUTPUT_VARIABLE pc_libraries)
+string(JOIN " " pc_libraries ${pc_libraries})
+set(pc_private_libraries)
+set(pc_definitions)
+if(NOT BUILD_SHARED_LIBS)
+  set(pc_private_libraries ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
+  list(FILTER pc_private_libraries INCLUDE REGEX "^(stdc\\+\\+|c\\+\\+|m)$")
+  list(TRANSFORM pc_private_libraries PREPEND -l)
+  string(JOIN " " pc_private_libraries ${pc_private_libraries})
+  set(pc_definitions "-DORVANDEL_STATIC -DIMGUTIL_STATIC -DMVTOOLS_STATIC")
+endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/orvandel.pc.in ${PROJECT_BINARY_DIR}/orvandel.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/orvandel.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
-install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/NOTICES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
         ${PROJECT_SOURCE_DIR}/BENCHMARK.md ${PROJECT_SOURCE_DIR}/SECURITY.md
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/orvandel)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/orvandel)

@@ -24,6 +24,9 @@ else()
   target_compile_options(orvandel_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wdouble-promotion -Wnon-virtual-dtor)
 endif()
+if(NOT BUILD_SHARED_LIBS)
+  target_compile_definitions(orvandel_options INTERFACE IMGUTIL_STATIC MVTOOLS_STATIC)
+endif()
 if(ORVANDEL_WARNINGS_AS_ERRORS)
   target_compile_options(orvandel_options INTERFACE $<IF:$<CXX_COMPILER_ID:MSVC>,/WX,-Werror>)
 endif()
@@ -73,30 +76,44 @@ function(orvandel_add_library name)
   set_property(GLOBAL APPEND PROPERTY ORVANDEL_STAGES orvandel_${name})
 endfunction()
 
-# orvandel_add_shared(<name> OUTPUT <file name> SOURCES <files>): a shared library that hosts link, with the
-# project's version, hidden symbols and export set.
-function(orvandel_add_shared name)
-  cmake_parse_arguments(ARG "" "DEFINE" "SOURCES" ${ARGN})
-  add_library(${name} SHARED ${ARG_SOURCES})
+# orvandel_add_internal(<name> SOURCES <files>): a static library of the project's own, that libraries and tool share.
+function(orvandel_add_internal name)
+  cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
+  add_library(orvandel_${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(orvandel_${name} PUBLIC $<BUILD_INTERFACE:orvandel_options>)
+  set_target_properties(orvandel_${name} PROPERTIES
+    EXPORT_NAME ${name}
+    POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+endfunction()
+
+# orvandel_add_host_library(<name> PREFIX <prefix> SOURCES <files>): a library that hosts link, shared unless
+# BUILD_SHARED_LIBS is off, with the project's version, hidden symbols and export set. Its public headers know
+# <prefix>_BUILDING and <prefix>_STATIC.
+function(orvandel_add_host_library name)
+  cmake_parse_arguments(ARG "" "PREFIX" "SOURCES" ${ARGN})
+  add_library(${name} ${ARG_SOURCES})
   add_library(Orvandel::${name} ALIAS ${name})
   target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:orvandel_options>)
-  target_compile_features(${name} PUBLIC cxx_std_20)
-  target_compile_definitions(${name} PRIVATE ${ARG_DEFINE})
+  target_compile_features(${name} INTERFACE cxx_std_14)  # what the public headers need; the sources need C++20
+  target_compile_definitions(${name} PRIVATE ${ARG_PREFIX}_BUILDING)
+  if(NOT BUILD_SHARED_LIBS)
+    target_compile_definitions(${name} INTERFACE ${ARG_PREFIX}_STATIC)
+  endif()
   # Hosts include <orvandel/classic/qrsis.h>, from the source tree or from where it was installed.
   target_include_directories(${name} INTERFACE
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   set_target_properties(${name} PROPERTIES
-    CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-  if(WIN32)
+  if(WIN32 AND BUILD_SHARED_LIBS)
     set_target_properties(${name} PROPERTIES PREFIX "")  # hosts load imgutil_i.dll, whatever compiler made it
   endif()
 endfunction()
 
 # orvandel_export_only(<target> <map file>): on ELF, exports what the version script names and nothing else.
 function(orvandel_export_only target map)
-  if(UNIX AND NOT APPLE)
+  if(BUILD_SHARED_LIBS AND UNIX AND NOT APPLE)
     target_link_options(${target} PRIVATE "LINKER:--version-script=${map}")
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
   endif()

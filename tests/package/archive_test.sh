@@ -35,7 +35,7 @@ package_files() {
 }
 
 docs() {
-  printf 'share/doc/orvandel/%s\n' README.md LICENSE CHANGELOG.md BENCHMARK.md SECURITY.md
+  printf 'share/doc/orvandel/%s\n' README.md LICENSE NOTICES CHANGELOG.md BENCHMARK.md SECURITY.md
   (cd "$SOURCE" && find docs -type f) | sed 's|^|share/doc/orvandel/|'
 }
 

@@ -10,11 +10,29 @@ scratch=$1
 
 expect_status 0 "$check" "$root"
 
-# new_tree: the project's rooms, with a file in some.
+# new_tree: rooms of each kind, with a file in some.
 new_tree() {
   rm -rf "$scratch"
   mkdir -p "$scratch"/include/orvandel/classic "$scratch"/src/{base,platform/imgutil,contours,edges,search,shape}
-  cp "$root/src/rooms.txt" "$scratch/src"
+  cat >"$scratch/src/rooms.txt" <<'ROOMS'
+# Two engines beside each other, a library by itself, and a room whose files lie in the folder of another.
+modern_face:
+  modern_face    include/orvandel
+classic_face:
+  classic_face   include/orvandel/classic
+common:
+  base           src/base
+imgutil sees classic_face common:
+  imgutil        src/platform/imgutil
+
+segment_engine sees classic_face common:
+  edge_record    src/contours/edge_record src/contours/point_arrays
+  edges          src/edges
+  contours       src/contours
+  search         src/search
+shape_engine sees common:
+  shape          src/shape
+ROOMS
   (
     cd "$scratch"
     touch include/orvandel/orvandel.h include/orvandel/classic/ctd.h src/base/rounding.h src/platform/imgutil/bmp.h \

@@ -22,14 +22,14 @@ enum class ContourFileFault {
 };
 
 /// Pixels. Pictures end at 65535; the rest is for hosts that move contours about.
-inline constexpr double kLargestContourCoordinate = 1e6;
+constexpr double kLargestContourCoordinate = 1e6;
 
 /// Radians. The stages bring a direction between 0 and two pi by single turns.
-inline constexpr double kLargestContourDirection = 100.0;
+constexpr double kLargestContourDirection = 100.0;
 
 /// Pixels from one point of a contour to the next, on average. A crawled contour has up to 6, as
 /// one of its steps may lead back along all of it. Resampling puts a point on every pixel between.
-inline constexpr double kMostPixelsPerPoint = 64.0;
+constexpr double kMostPixelsPerPoint = 64.0;
 
 /// What `LoadContoursChecked` found.
 struct ContourFileError {

@@ -8,7 +8,8 @@
 #include "orvandel/classic/line_segment.h"
 
 // An element type's vector is laid out before anything is packed.
-static_assert(alignof(std::vector<CLineSegment>) == alignof(void*));
+static_assert(alignof(std::vector<CLineSegment>) == alignof(void*),
+              "a vector holds nothing wider than a pointer");
 
 #if defined(ORVANDEL_PACKED_LAYOUT)
 #pragma pack(push, 4)

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Without the classic face the project still builds, and nothing of the face, its engine and the imported libraries is
+# left in it.
+# Usage: without_classic_test.sh SOURCE SCRATCH CMAKE GENERATOR CC CXX
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/expect.sh"
+source=$1 scratch=$2 cmake=$3 generator=$4 cc=$5 cxx=$6
+rm -rf "$scratch"
+
+expect_status 0 "$cmake" -S "$source" -B "$scratch" -G "$generator" -DORVANDEL_CLASSIC=OFF -DCMAKE_C_COMPILER="$cc" \
+  -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_CXX_FLAGS_RELEASE=-O0
+expect_line "-- Without the classic face there are no tool, examples, benchmarks and fuzz targets: they stand on it"
+expect_status 0 "$cmake" --build "$scratch"
+
+objects=$(find "$scratch/src" -name '*.o' -o -name '*.obj')
+expect_equal "the rooms below are built" "some" "$([[ $objects != *trigonometry* ]] || echo some)"
+expect_equal "objects of the classic face" "" \
+  "$(grep -E '/(imgutil|mvtools|contours|edges|lines|verify|search)/' <<<"$objects" | grep -v /shape/ || true)"
+expect_equal "imported libraries and tool" "" \
+  "$(find "$scratch" -name '*imgutil*' -o -name '*mvtools*' -o -path '*/cli/*')"
+
+finish_expectations
