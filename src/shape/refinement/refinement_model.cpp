@@ -1,0 +1,157 @@
+#include "shape/refinement/refinement_model.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "shape/refinement/gaussian_blur.h"
+#include "shape/refinement/image_noise.h"
+#include "shape/refinement/spline_stencils.h"
+#include "shape/refinement/strip_selection.h"
+
+namespace orvandel::shape {
+namespace {
+
+/// A picture's values are rounded to whole grey levels.
+constexpr double kRoundingVariance = 1.0 / 12.0;
+
+struct StripPlan {
+  double edge_ratio;  ///< of the Gaussian that edges are looked for with (see MakeGaussianTaps)
+  double half_width;  ///< pixels: where a step of that blur has decayed
+  int margin;         ///< pixels to the image's border
+  int num_levels;
+  double level_ratios[5];  ///< of the blur ladder; a scene between two levels is interpolated
+};
+constexpr std::array<StripPlan, kNumStrips> kPlans = {{
+    {0.0, 3.0, 3, 3, {0.0, 0.1914, 0.5006}},                        // sigma 0 .55 .85
+    {0.6592, 4.6, 4, 4, {0.4111, 0.6615, 0.8007, 0.8707}},          // .75 1.1 1.5 1.9
+    {0.9048, 8.2, 5, 5, {0.8411, 0.9018, 0.9423, 0.9622, 0.9767}},  // 1.7 2.2 2.9 3.6 4.6
+}};
+
+template <typename Pixel>
+int MeanGrey(const ImageViewOf<Pixel>& image) {
+  double sum = 0.0;
+  for (int y = 0; y < image.height; ++y) {
+    for (int x = 0; x < image.width; ++x)
+      sum += image.Row(y)[x];
+  }
+  return static_cast<int>(sum / (static_cast<double>(image.width) * image.height));
+}
+
+template <typename Pixel>
+FloatImage WithoutOffset(const ImageViewOf<Pixel>& image, int offset) {
+  FloatImage result;
+  result.Resize(image.width, image.height);
+  for (int y = 0; y < image.height; ++y) {
+    for (int x = 0; x < image.width; ++x)
+      result.Row(y)[x] = static_cast<float>(image.Row(y)[x] - offset);
+  }
+  return result;
+}
+
+PixelSet PixelsOf(const ImageView8& mask, int width, int height) {
+  PixelSet belongs(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 1);
+  if (mask.IsEmpty()) return belongs;
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x)
+      belongs[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+              static_cast<std::size_t>(x)] = mask.Row(y)[x] != 0 ? 1 : 0;
+  }
+  return belongs;
+}
+
+/// Half the diagonal of the box around the pixels that belong.
+double RadiusOf(const PixelSet& belongs, int width, int height) {
+  int left = width;
+  int right = -1;
+  int top = height;
+  int bottom = -1;
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      if (belongs[static_cast<std::size_t>(y * width + x)] == 0) continue;
+      left = std::min(left, x);
+      right = std::max(right, x);
+      top = std::min(top, y);
+      bottom = y;
+    }
+  }
+  if (right < left) return 1.0;
+  const double across = right - left + 1;
+  const double down = bottom - top + 1;
+  return 0.5 * std::sqrt(across * across + down * down);
+}
+
+/// Noise deviation of a gradient component of the blurred picture, by that of a pixel: the roots of the
+/// sums of squared taps along and across the derivative.
+double GradientGain(const GaussianTaps& taps) {
+  const int reach = static_cast<int>(taps.half.size()) - 1;
+  const auto tap = [&](int k) {
+    const int size = std::abs(k);
+    return size <= reach ? static_cast<double>(taps.half[static_cast<std::size_t>(size)]) : 0.0;
+  };
+  double smooth = 0.0;
+  double slope = 0.0;
+  for (int k = -reach - 1; k <= reach + 1; ++k) {
+    const double value = (tap(k - 1) + 4.0 * tap(k) + tap(k + 1)) / 6.0;
+    const double difference = 0.5 * (tap(k - 1) - tap(k + 1));
+    smooth += value * value;
+    slope += difference * difference;
+  }
+  return std::sqrt(smooth * slope);
+}
+
+/// Two pictures that every level of blur needs again.
+struct BlurBuffers {
+  FloatImage between;
+  FloatImage blurred;
+};
+
+Strip LearnStrip(const FloatImage& image, const PixelSet& belongs, Point origin,
+                 double noise_variance, const StripPlan& plan, BlurBuffers& buffers) {
+  const GaussianTaps taps = MakeGaussianTaps(plan.edge_ratio);
+  Blur(image, taps, buffers.between, buffers.blurred);
+  StripSelection selection;
+  selection.noise_deviation = std::sqrt(noise_variance);
+  selection.gradient_gain = GradientGain(taps);
+  selection.edge_width = std::sqrt(taps.variance + kSplineVariance + kPixelVariance);
+  selection.half_width = plan.half_width;
+  selection.margin = plan.margin;
+  Strip strip;
+  SelectStrip(buffers.blurred, belongs, origin, selection, strip);
+  if (strip.num_pixels == 0) return strip;
+  for (int k = 0; k < plan.num_levels; ++k) {
+    const GaussianTaps level_taps = MakeGaussianTaps(plan.level_ratios[k]);
+    Blur(image, level_taps, buffers.between, buffers.blurred);
+    BlurLevel& level = strip.levels.emplace_back();
+    level.variance = level_taps.variance;
+    SplineValues(buffers.blurred, strip, level);
+  }
+  return strip;
+}
+
+template <typename Pixel>
+RefinementModel Learn(const ImageViewOf<Pixel>& pattern, const ImageView8& mask, Point origin) {
+  RefinementModel model;
+  model.origin = origin;
+  if (pattern.IsEmpty()) return model;
+  model.width = pattern.width;
+  model.height = pattern.height;
+  model.grey_offset = MeanGrey(pattern);
+  FloatImage image = WithoutOffset(pattern, model.grey_offset);
+  const PixelSet belongs = PixelsOf(mask, pattern.width, pattern.height);
+  model.radius = RadiusOf(belongs, pattern.width, pattern.height);
+  model.noise_variance = std::max(EstimateNoiseVariance(image), kRoundingVariance);
+  BlurBuffers buffers;
+  for (std::size_t k = 0; k < kNumStrips; ++k)
+    model.strips[k] = LearnStrip(image, belongs, origin, model.noise_variance, kPlans[k], buffers);
+  model.image = std::move(image.grey);
+  return model;
+}
+
+}  // namespace
+
+RefinementModel LearnRefinementModel(const ImageView& pattern, const ImageView8& mask,
+                                     Point origin) {
+  return std::visit([&](const auto& image) { return Learn(image, mask, origin); }, pattern);
+}
+
+}  // namespace orvandel::shape

@@ -1,0 +1,230 @@
+// The loops over a strip's pixels, written so that compilers turn them into vector code; compiled once a level
+// (platform/simd_dispatch.h).
+
+#include "shape/refinement/strip_kernels.h"
+
+namespace orvandel::shape {
+namespace {
+
+constexpr int kBlock = 8;
+constexpr int kBatch = 64;  ///< pixels whose positions are worked out before they are sampled
+
+/// First pixel taken and the kernel's weights, of one batch.
+template <int kTaps>
+struct Taps {
+  std::int32_t column[kBatch];
+  std::int32_t row[kBatch];
+  float across[kBatch][kTaps];
+  float down[kBatch][kTaps];
+};
+
+/// Weights of the cubic B-spline at the four pixels around, `t` beyond the second.
+inline void SplineWeights(float t, float* weights) {
+  const float s = 1.0F - t;
+  const float t2 = t * t;
+  const float s2 = s * s;
+  weights[0] = s2 * s * (1.0F / 6.0F);
+  weights[1] = (2.0F / 3.0F) - t2 * (1.0F - 0.5F * t);
+  weights[2] = (2.0F / 3.0F) - s2 * (1.0F - 0.5F * s);
+  weights[3] = t2 * t * (1.0F / 6.0F);
+}
+
+/// Weights of half the B-spline of doubled width at eight pixels, `t` beyond the fourth: those at every
+/// other pixel are weights of the plain one at half the distances.
+inline void WideSplineWeights(float t, float* weights) {
+  float even[4];
+  float odd[4];
+  SplineWeights(0.5F + 0.5F * t, even);  // pixels t + 3, t + 1, t - 1, t - 3 away
+  SplineWeights(0.5F * t, odd);          // t + 2, t, t - 2, t - 4
+  for (int k = 0; k < 4; ++k) {
+    weights[2 * k] = 0.5F * even[k];
+    weights[2 * k + 1] = 0.5F * odd[k];
+  }
+}
+
+template <int kTaps>
+inline void FillWeights(float t, float* weights) {
+  if constexpr (kTaps == 4) {
+    SplineWeights(t, weights);
+  } else {
+    WideSplineWeights(t, weights);
+  }
+}
+
+template <int kTaps>
+void PlaceTaps(std::int32_t width, std::int32_t height, const ImagePlace& place, const float* x,
+               const float* y, int count, Taps<kTaps>& taps, float* inside) {
+  constexpr int kBefore = kTaps / 2 - 1;  // pixels left of the one at or before the position
+  float along[kBatch];
+  float below[kBatch];
+  const double right = width - kTaps;
+  const double bottom = height - kTaps;
+  for (int i = 0; i < count; ++i) {
+    const double px = static_cast<double>(x[i]);
+    const double py = static_cast<double>(y[i]);
+    // Counted from the first place that has all taps in the image, so that cutting off rounds down.
+    const double u = place.x + (place.cosine * px - place.sine * py) - kBefore;
+    const double v = place.y + (place.sine * px + place.cosine * py) - kBefore;
+    const bool is_inside = u >= 0.0 && u < right + 1.0 && v >= 0.0 && v < bottom + 1.0;
+    const double safe_u = is_inside ? u : 0.0;
+    const double safe_v = is_inside ? v : 0.0;
+    const auto column = static_cast<std::int32_t>(safe_u);
+    const auto row = static_cast<std::int32_t>(safe_v);
+    taps.column[i] = column;
+    taps.row[i] = row;
+    along[i] = static_cast<float>(safe_u - column);
+    below[i] = static_cast<float>(safe_v - row);
+    inside[i] = is_inside ? 1.0F : 0.0F;
+  }
+  for (int i = 0; i < count; ++i) {
+    FillWeights<kTaps>(along[i], taps.across[i]);
+    FillWeights<kTaps>(below[i], taps.down[i]);
+  }
+}
+
+/// Sums down first, then across, in pairs.
+template <int kTaps, typename Pixel>
+inline float SumTaps(const Pixel* first, std::ptrdiff_t stride, const float* across,
+                     const float* down) {
+  float sums[kTaps] = {};
+  for (int j = 0; j < kTaps; ++j) {
+    const auto* const row =
+        reinterpret_cast<const Pixel*>(reinterpret_cast<const unsigned char*>(first) + j * stride);
+    for (int k = 0; k < kTaps; ++k)
+      sums[k] += down[j] * static_cast<float>(row[k]);
+  }
+  for (int k = 0; k < kTaps; ++k)
+    sums[k] *= across[k];
+  for (int half = kTaps / 2; half > 0; half /= 2) {
+    for (int k = 0; k < half; ++k)
+      sums[k] += sums[k + half];
+  }
+  return sums[0];
+}
+
+template <int kTaps, typename Pixel>
+void Sample(const PixelGrid<Pixel>& grid, const ImagePlace& place, const float* x, const float* y,
+            int count, float offset, float* value, float* inside) {
+  Taps<kTaps> taps;
+  for (int begin = 0; begin < count; begin += kBatch) {
+    const int size = count - begin < kBatch ? count - begin : kBatch;
+    PlaceTaps<kTaps>(grid.width, grid.height, place, x + begin, y + begin, size, taps,
+                     inside + begin);
+    for (int i = 0; i < size; ++i) {
+      const auto* const row = reinterpret_cast<const Pixel*>(
+          reinterpret_cast<const unsigned char*>(grid.pixels) + taps.row[i] * grid.stride);
+      value[begin + i] =
+          SumTaps<kTaps>(row + taps.column[i], grid.stride, taps.across[i], taps.down[i]) - offset;
+    }
+  }
+}
+
+void Blend(const LevelArrays& low, const LevelArrays& high, float share, const float* x,
+           const float* y, float inverse_radius, int count, float* const* columns) {
+  float* const move_x = columns[kMoveX];
+  float* const move_y = columns[kMoveY];
+  float* const turn = columns[kTurn];
+  float* const grow = columns[kGrow];
+  float* const round_blur = columns[kRoundBlur];
+  float* const axis_blur = columns[kAxisBlur];
+  float* const diagonal_blur = columns[kDiagonalBlur];
+  float* const pattern = columns[kPattern];
+  for (int i = 0; i < count; ++i) {
+    const float gx = low.dx[i] + share * (high.dx[i] - low.dx[i]);
+    const float gy = low.dy[i] + share * (high.dy[i] - low.dy[i]);
+    move_x[i] = gx;
+    move_y[i] = gy;
+    turn[i] = (gy * x[i] - gx * y[i]) * inverse_radius;
+    grow[i] = (gx * x[i] + gy * y[i]) * inverse_radius;
+  }
+  for (int i = 0; i < count; ++i) {
+    const float xx = low.dxx[i] + share * (high.dxx[i] - low.dxx[i]);
+    const float yy = low.dyy[i] + share * (high.dyy[i] - low.dyy[i]);
+    round_blur[i] = 0.5F * (xx + yy);
+    axis_blur[i] = 0.5F * (xx - yy);
+    diagonal_blur[i] = low.dxy[i] + share * (high.dxy[i] - low.dxy[i]);
+    pattern[i] = low.value[i] + share * (high.value[i] - low.value[i]);
+  }
+}
+
+/// The eight partial sums, in a fixed tree.
+inline double SumOf(const float* partial) {
+  double sums[4];
+  for (int k = 0; k < 4; ++k)
+    sums[k] = static_cast<double>(partial[k]) + static_cast<double>(partial[k + 4]);
+  return (sums[0] + sums[2]) + (sums[1] + sums[3]);
+}
+
+void AddMoments(const float* const* columns, const float* weights, int first, int count,
+                double* moments) {
+  float sums[kNumColumns][kNumColumns][kBlock] = {};
+  for (int begin = first; begin < first + count; begin += kBlock) {
+    const float* const w = weights + begin;
+    for (int i = 0; i < kNumColumns; ++i) {
+      const float* const a = columns[i] + begin;
+      float weighted[kBlock];
+      for (int k = 0; k < kBlock; ++k)
+        weighted[k] = w[k] * a[k];
+      for (int j = i; j < kNumColumns; ++j) {
+        const float* const b = columns[j] + begin;
+        for (int k = 0; k < kBlock; ++k)
+          sums[i][j][k] += weighted[k] * b[k];
+      }
+    }
+  }
+  for (int i = 0; i < kNumColumns; ++i) {
+    for (int j = i; j < kNumColumns; ++j)
+      moments[i * kNumColumns + j] = SumOf(sums[i][j]);
+  }
+}
+
+void FindResiduals(const float* const* columns, const float* factors, int first, int count,
+                   float* residuals) {
+  for (int i = first; i < first + count; ++i) {
+    float left = columns[kScene][i];
+    left -= factors[kPattern] * columns[kPattern][i];
+    left -= factors[kOne];
+    left -= factors[kMoveX] * columns[kMoveX][i];
+    left -= factors[kMoveY] * columns[kMoveY][i];
+    left -= factors[kTurn] * columns[kTurn][i];
+    left -= factors[kGrow] * columns[kGrow][i];
+    left -= factors[kRoundBlur] * columns[kRoundBlur][i];
+    left -= factors[kAxisBlur] * columns[kAxisBlur][i];
+    left -= factors[kDiagonalBlur] * columns[kDiagonalBlur][i];
+    residuals[i] = left;
+  }
+}
+
+void FindWeights(const float* const* columns, const float* residuals, const float* presence,
+                 const float* inside, const PixelNoise& noise, int count, float* weights) {
+  const float* const gx = columns[kMoveX];
+  const float* const gy = columns[kMoveY];
+  const float* const scene = columns[kScene];
+  for (int i = 0; i < count; ++i) {
+    const float slope = gx[i] * gx[i] + gy[i] * gy[i];
+    const float grey = scene[i] + noise.grey_offset;
+    const float bright = grey > 0.0F ? grey : 0.0F;
+    const float common = noise.base + noise.per_grey * bright;
+    const float square = residuals[i] * residuals[i] * noise.inverse_reach_square;
+    const float share = 1.0F - square / (common + noise.mismatch * slope);
+    const float robust = share > 0.0F ? share * share : 0.0F;
+    weights[i] = presence[i] * inside[i] * robust / (common + noise.per_slope * slope);
+  }
+}
+
+}  // namespace
+
+namespace ORVANDEL_SIMD_NAMESPACE {
+const StripKernels kStripKernels = {Sample<4, std::uint8_t>,
+                                    Sample<4, std::uint16_t>,
+                                    Sample<4, float>,
+                                    Sample<8, std::uint8_t>,
+                                    Sample<8, std::uint16_t>,
+                                    Sample<8, float>,
+                                    Blend,
+                                    AddMoments,
+                                    FindResiduals,
+                                    FindWeights};
+}
+
+}  // namespace orvandel::shape
