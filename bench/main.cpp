@@ -65,6 +65,7 @@ Workload Load(const Options& options) {
 
 void RunStages(const Workload& workload) {
   RegisterSubCanny(workload);
+  RegisterEdgePoints(workload);
   RegisterImageToSegments(workload);
   RegisterTraining();
   RegisterSearch(workload);
@@ -75,6 +76,7 @@ void RunStages(const Workload& workload) {
 void WriteTable(const Workload& workload, const std::string& path) {
   RatioTable table;
   CompareSubCanny(workload, table);
+  CompareEdgePoints(workload, table);
   CompareImageToSegments(workload, table);
   CompareTraining(table);
   CompareSearch(workload, table);

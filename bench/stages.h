@@ -10,12 +10,14 @@
 namespace orvandel::bench {
 
 void RegisterSubCanny(const Workload& workload);
+void RegisterEdgePoints(const Workload& workload);
 void RegisterImageToSegments(const Workload& workload);
 void RegisterTraining();
 void RegisterSearch(const Workload& workload);
 void RegisterCoarseSearch(const Workload& workload);
 
 void CompareSubCanny(const Workload& workload, RatioTable& table);
+void CompareEdgePoints(const Workload& workload, RatioTable& table);
 void CompareImageToSegments(const Workload& workload, RatioTable& table);
 void CompareTraining(RatioTable& table);
 void CompareSearch(const Workload& workload, RatioTable& table);

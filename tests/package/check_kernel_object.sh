@@ -20,7 +20,7 @@ esac
 # Lines are "address kind name". Windows' objects hold pointers to data of others, under names that begin with .refptr.
 exported=$("$nm" --extern-only --defined-only --demangle "$object" | sed -E 's/^[0-9a-f]* +[A-Za-z] //' |
   grep -v '^\.refptr\.' || true)
-surplus=$(grep -vE "^orvandel::simd_$level::k[A-Z][A-Za-z0-9]*\$" <<<"$exported" || true)
+surplus=$(grep -vE "^orvandel::([a-z_]+::)*simd_$level::k[A-Z][A-Za-z0-9]*\$" <<<"$exported" || true)
 if [[ -n $surplus ]]; then
   printf '%s exports more than the tables of orvandel::simd_%s:\n%s\n' "$(basename "$object")" "$level" "$surplus"
   exit 1
