@@ -9,7 +9,7 @@
 #include "bench/side_by_side.h"
 #include "bench/stages.h"
 #include "bench/svg_plot.h"
-#include "cli/paths.h"
+#include "evaluation/paths.h"
 #include "tests/plain/cluttered_scenes.h"
 
 namespace orvandel::bench {
@@ -97,13 +97,13 @@ void Write(const Plot& plot, const std::filesystem::path& path) {
   std::ofstream file(path);
   file << SvgOf(plot);
   file.close();
-  if (!file) throw std::runtime_error("cannot write " + cli::Utf8FromPath(path));
+  if (!file) throw std::runtime_error("cannot write " + evaluation::Utf8FromPath(path));
 }
 
 }  // namespace
 
 void PlotGrowth(const std::string& folder) {
-  const std::filesystem::path path = cli::PathFromUtf8(folder);
+  const std::filesystem::path path = evaluation::PathFromUtf8(folder);
   std::filesystem::create_directories(path);
   Write(CostBySize(), path / "cost-by-image-size.svg");
   Write(CostByContours(), path / "cost-by-contours.svg");

@@ -10,7 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/stages.h"
-#include "cli/paths.h"
+#include "evaluation/paths.h"
 
 namespace orvandel::bench {
 namespace {
@@ -85,7 +85,7 @@ void WriteTable(const Workload& workload, const std::string& path) {
 
   const std::string text = table.Markdown();
   std::printf("\n%s", text.c_str());
-  std::ofstream file(cli::PathFromUtf8(path));
+  std::ofstream file(evaluation::PathFromUtf8(path));
   file << text;
   file.close();
   if (!file) throw std::runtime_error("cannot write " + path);

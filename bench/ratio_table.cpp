@@ -1,30 +1,31 @@
 #include "bench/ratio_table.h"
 
 #include <cstddef>
-#include <cstdio>
 
-#include "bench/statistics.h"
+#include "evaluation/number_text.h"
+#include "evaluation/statistics.h"
 
 namespace orvandel::bench {
+
+using evaluation::Median;
+using evaluation::Percentile;
+
 namespace {
 
 constexpr double kMillisecondsPerSecond = 1000;
 
 /// Three significant digits.
 std::string Number(double value) {
-  char text[32];
-  const int decimals = value < 1 ? 3 : value < 10 ? 2 : value < 100 ? 1 : 0;
-  std::snprintf(text, sizeof text, "%.*f", decimals, value);
-  return text;
+  return evaluation::Fixed(value, value < 1 ? 3 : value < 10 ? 2 : value < 100 ? 1 : 0);
 }
 
 std::string MedianAnd99th(const std::vector<double>& values) {
-  return Number(Median(values)) + " / " + Number(Quantile(values, 0.99));
+  return Number(Median(values)) + " / " + Number(Percentile(values, 99));
 }
 
 std::string Spread(const std::vector<double>& ratios) {
-  return Number(Median(ratios)) + " | " + Number(Quantile(ratios, 0)) + " to " +
-         Number(Quantile(ratios, 1));
+  return Number(Median(ratios)) + " | " + Number(Percentile(ratios, 0)) + " to " +
+         Number(Percentile(ratios, 100));
 }
 
 std::string Row(const std::string& work, const std::string& against, const std::string& unit,

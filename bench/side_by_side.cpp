@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "bench/statistics.h"
+#include "evaluation/statistics.h"
 
 namespace orvandel::bench {
 
@@ -20,7 +20,7 @@ TimePair TimeInTurn(const TimedRun& ours, const TimedRun& theirs) {
     theirs_s.push_back(theirs());
     total_s += ours_s.back() + theirs_s.back();
   }
-  return {Median(ours_s), Median(theirs_s)};
+  return {evaluation::Median(ours_s), evaluation::Median(theirs_s)};
 }
 
 }  // namespace orvandel::bench

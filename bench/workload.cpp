@@ -6,8 +6,9 @@
 #include <map>
 #include <stdexcept>
 
-#include "cli/manifest.h"
-#include "cli/paths.h"
+#include "evaluation/image_file.h"
+#include "evaluation/manifest.h"
+#include "evaluation/paths.h"
 #include "tests/plain/cluttered_scenes.h"
 
 namespace orvandel::bench {
@@ -28,27 +29,12 @@ SharedPicture Share(std::string name, ImagePtr image) {
   return std::make_shared<const Picture>(Picture{std::move(name), std::move(image)});
 }
 
-ImagePtr ReadImage(const std::string& path) {
-  int width = 0;
-  int height = 0;
-  int channels = 0;
-  int bits = 0;
-  ImagePtr image;
-  if (im_file_get_size(path.c_str(), 0, &width, &height, &channels, &bits) == 0) {
-    image.reset(im_create(1, width, height));
-  }
-  if (!image || im_file_read(image.get(), path.c_str(), 0) != 0) {
-    throw std::runtime_error("cannot read " + path);
-  }
-  return image;
-}
-
 /// Paths in order, so that every run measures in the same one.
 template <typename Accept>
 std::vector<std::filesystem::path> FilesBelow(const std::string& folder, const Accept& accept) {
   std::vector<std::filesystem::path> files;
   for (const auto& entry :
-       std::filesystem::recursive_directory_iterator(cli::PathFromUtf8(folder))) {
+       std::filesystem::recursive_directory_iterator(evaluation::PathFromUtf8(folder))) {
     if (entry.is_regular_file() && accept(entry.path())) files.push_back(entry.path());
   }
   std::sort(files.begin(), files.end());
@@ -88,7 +74,8 @@ std::vector<SearchCase> RenderedSearches() {
 std::vector<Picture> ReadPictures(const std::string& folder) {
   std::vector<Picture> pictures;
   for (const auto& file : FilesBelow(folder, [](const auto& p) { return p.extension() == ".png"; }))
-    pictures.push_back({cli::Utf8FromPath(file.filename()), ReadImage(cli::Utf8FromPath(file))});
+    pictures.push_back({evaluation::Utf8FromPath(file.filename()),
+                        evaluation::ReadImage(evaluation::Utf8FromPath(file)).image});
   return pictures;
 }
 
@@ -96,14 +83,14 @@ std::vector<SearchCase> ReadSearches(const std::string& folder) {
   std::map<std::string, SharedPicture> read;
   const auto picture = [&](const std::string& path) {
     SharedPicture& shared = read[path];
-    if (!shared) shared = Share(path, ReadImage(path));
+    if (!shared) shared = Share(path, evaluation::ReadImage(path).image);
     return shared;
   };
   std::vector<SearchCase> cases;
   for (const auto& file :
        FilesBelow(folder, [](const auto& p) { return p.filename() == "manifest.csv"; })) {
-    const cli::Suite suite = cli::ReadSuite(cli::Utf8FromPath(file));
-    for (const cli::TestCase& test : suite.cases)
+    const evaluation::Suite suite = evaluation::ReadSuite(evaluation::Utf8FromPath(file));
+    for (const evaluation::TestCase& test : suite.cases)
       cases.push_back({suite.name + "/" + test.name, picture(test.pattern), picture(test.scene)});
   }
   std::stable_sort(cases.begin(), cases.end(), [](const SearchCase& a, const SearchCase& b) {

@@ -12,10 +12,15 @@ namespace orvandel::cli {
 namespace {
 
 constexpr double kPieceLength = 32;  // keeps the box around a piece of a slanting line small
-constexpr double kFarAway = 1e6;     // pixels; nothing out there is near a picture
+constexpr double kFarAway = 1e6;     // pixels; nothing out there is near an image
 
 bool IsNear(Point p) {
   return std::abs(p.x) < kFarAway && std::abs(p.y) < kFarAway;  // false for not-a-number
+}
+
+double Distance(Point a, Point b) {
+  const Point step = b - a;
+  return Hypot(step.x, step.y);
 }
 
 double DistanceToSegment(Point p, Point from, Point to) {
@@ -43,13 +48,13 @@ Colour DistinctColour(int i) {
   return {channel(0), channel(1.0 / 3), channel(2.0 / 3)};
 }
 
-Canvas::Canvas(const tImage& picture, int zoom, double brightness)
-    : width_(picture.width * zoom), height_(picture.height * zoom), zoom_(zoom) {
+Canvas::Canvas(const tImage& image, int zoom, double brightness)
+    : width_(image.width * zoom), height_(image.height * zoom), zoom_(zoom) {
   const std::size_t num_pixels =
       static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
   rgb_.reserve(3 * num_pixels);
   for (int y = 0; y < height_; ++y) {
-    const std::uint8_t* const row = picture.row[y / zoom];
+    const std::uint8_t* const row = image.row[y / zoom];
     for (int x = 0; x < width_; ++x) {
       const std::uint8_t grey = row[x / zoom];
       rgb_.insert(rgb_.end(), 3, ToByte(grey * brightness));

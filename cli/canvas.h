@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/pose.h"
+#include "base/geometry.h"
 #include "orvandel/classic/imgutil_i.h"
 
 namespace orvandel::cli {
@@ -21,14 +21,14 @@ struct Colour {
 /// The i-th of a row of colours in which neighbours differ well.
 Colour DistinctColour(int i);
 
-/// A colour picture to draw on, anti-aliased. Positions are those of the picture that it was made
+/// A colour image to draw on, anti-aliased. Positions are those of the image that it was made
 /// from, whatever the zoom; widths are pixels of the canvas. What lies outside is cut off.
 class Canvas {
  public:
-  /// @param picture     8-bit grey; only read.
-  /// @param zoom        canvas pixels a picture pixel, 1 and more.
+  /// @param image       8-bit grey; only read.
+  /// @param zoom        canvas pixels an image pixel, 1 and more.
   /// @param brightness  of the ground, 0 black to 1 as it is.
-  Canvas(const tImage& picture, int zoom, double brightness);
+  Canvas(const tImage& image, int zoom, double brightness);
 
   int width() const { return width_; }
   int height() const { return height_; }

@@ -6,7 +6,7 @@
 
 namespace orvandel::cli {
 
-ContourSet FindContours(const Picture& picture, const ContourOptions& options, bool raw) {
+ContourSet FindContours(const ImageFile& picture, const ContourOptions& options, bool raw) {
   ContourSet set(ctd_create());
   if (!set) throw std::bad_alloc();
   const ImagePtr used_up = CopyOf(picture);

@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include "cli/picture.h"
-#include "cli/pose.h"
+#include "base/geometry.h"
+#include "cli/image_input.h"
 #include "cli/search_options.h"
 #include "orvandel/classic/ctd.h"
 
@@ -20,7 +20,7 @@ using ContourSet = std::unique_ptr<void, ContourSetDeleter>;
 ///
 /// @param raw  as they are followed, instead of smoothed, evenly spaced and largest first as
 ///             training and search use them.
-ContourSet FindContours(const Picture& picture, const ContourOptions& options, bool raw);
+ContourSet FindContours(const ImageFile& picture, const ContourOptions& options, bool raw);
 
 /// The points of one contour of a `ctd_` handle, in order.
 std::vector<Point> ContourPoints(void* contours, int i);

@@ -13,13 +13,16 @@
 #include "cli/draw_options.h"
 #include "cli/help.h"
 #include "cli/library_file.h"
-#include "cli/number_text.h"
 #include "cli/output_file.h"
 #include "cli/report.h"
 #include "cli/tool_error.h"
+#include "evaluation/number_text.h"
 #include "orvandel/classic/crawler.h"
 
 namespace orvandel::cli {
+
+using evaluation::Fixed;
+
 namespace {
 
 constexpr const char* kAbout =
@@ -98,7 +101,7 @@ void PrintText(void* contours, bool all, Report& report) {
     report.Print(fmt::format("... and {} more (--all)\n", num_contours - num_rows));
 }
 
-void Draw(const Picture& picture, void* contours, const DrawOptions& options) {
+void Draw(const ImageFile& picture, void* contours, const DrawOptions& options) {
   constexpr double kLineWidth = 1.3;
   Canvas canvas = DarkenedCanvas(picture, options);
   for (int i = 0; i < ctd_contour_count(contours); ++i)
@@ -107,7 +110,7 @@ void Draw(const Picture& picture, void* contours, const DrawOptions& options) {
   WriteFile(options.file, canvas.EncodePng());
 }
 
-void WriteFiles(const Picture& picture, void* contours, const ContoursArguments& arguments) {
+void WriteFiles(const ImageFile& picture, void* contours, const ContoursArguments& arguments) {
   if (!arguments.save_file.empty())
     WriteFile(arguments.save_file,
               BytesWritten([contours](const char* path) { return ctd_save(contours, path); }));
@@ -117,7 +120,7 @@ void WriteFiles(const Picture& picture, void* contours, const ContoursArguments&
 
 int Run(const ContoursArguments& arguments) {
   CheckOptions(arguments.contour);
-  const Picture picture = ReadPicture(arguments.image);
+  const ImageFile picture = ReadImage(arguments.image);
   if (arguments.verbose) NoteConversion(picture);
   const ContourSet contours = FindContours(picture, arguments.contour, arguments.raw);
   WriteFiles(picture, contours.get(), arguments);

@@ -5,10 +5,13 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include "cli/number_text.h"
 #include "cli/tool_error.h"
+#include "evaluation/number_text.h"
 
 namespace orvandel::cli {
+
+using evaluation::ParseInteger;
+
 namespace {
 
 constexpr int kMaxZoom = 32;
@@ -34,10 +37,10 @@ void AddDrawOptions(CLI::App& app, DrawOptions& options, const std::string& what
       ->group("Output");
 }
 
-Canvas DarkenedCanvas(const Picture& picture, const DrawOptions& options) {
+Canvas DarkenedCanvas(const ImageFile& picture, const DrawOptions& options) {
   constexpr double kBrightness = 0.45;
   const int longer_side = std::max(picture.image->width, picture.image->height);
-  if (longer_side > kMaxPictureSide / options.zoom)
+  if (longer_side > evaluation::kMaxImageSide / options.zoom)
     throw FileError(picture.path,
                     fmt::format("too large to be drawn {} times larger (--zoom)", options.zoom));
   return Canvas(*picture.image, options.zoom, kBrightness);

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "cli/canvas.h"
-#include "cli/picture.h"
+#include "cli/image_input.h"
 
 namespace CLI {
 class App;
@@ -26,6 +26,6 @@ void AddDrawOptions(CLI::App& app, DrawOptions& options, const std::string& what
 
 /// The picture, darkened so that colours stand out, to draw on. Throws FileError when it would be
 /// larger than pictures may be.
-Canvas DarkenedCanvas(const Picture& picture, const DrawOptions& options);
+Canvas DarkenedCanvas(const ImageFile& picture, const DrawOptions& options);
 
 }  // namespace orvandel::cli

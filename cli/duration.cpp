@@ -6,10 +6,13 @@
 
 #include <fmt/format.h>
 
-#include "cli/number_text.h"
 #include "cli/tool_error.h"
+#include "evaluation/number_text.h"
 
 namespace orvandel::cli {
+
+using evaluation::ParseNumber;
+
 namespace {
 
 std::optional<double> MicrosecondsPer(std::string_view unit) {

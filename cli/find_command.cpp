@@ -12,11 +12,15 @@
 #include "cli/help.h"
 #include "cli/messages.h"
 #include "cli/overlay.h"
-#include "cli/paths.h"
 #include "cli/progress_bar.h"
 #include "cli/tool_error.h"
+#include "evaluation/paths.h"
 
 namespace orvandel::cli {
+
+using evaluation::PathFromUtf8;
+using evaluation::Utf8FromPath;
+
 namespace {
 
 constexpr const char* kUsage =
@@ -90,7 +94,7 @@ void CheckArguments(const FindArguments& arguments) {
 
 void Learn(const FindArguments& arguments, PatternFinder& finder) {
   if (arguments.HasKnowledge()) return finder.Load(arguments.knowledge);
-  Picture pattern = ReadPicture(arguments.PatternPath());
+  ImageFile pattern = ReadImage(arguments.PatternPath());
   if (arguments.verbose) NoteConversion(pattern);
   if (arguments.pattern_rect) pattern = CutOut(pattern, *arguments.pattern_rect);
   finder.Train(pattern);
@@ -136,9 +140,9 @@ class FindRun {
 
  private:
   SceneOutcome LookIn(const std::string& scene) {
-    Picture picture;
+    ImageFile picture;
     try {
-      picture = ReadPicture(scene);
+      picture = ReadImage(scene);
     } catch (const FileError& error) {
       return {scene, std::nullopt, error.what()};
     }
@@ -149,9 +153,9 @@ class FindRun {
     return {scene, result, ""};
   }
 
-  void DrawOverlay(const Picture& scene, const FindResult& result) {
+  void DrawOverlay(const ImageFile& scene, const FindResult& result) {
     Canvas canvas(*scene.image, /*zoom=*/1, /*brightness=*/1.0);
-    DrawFindResult(canvas, finder_.Contours(), result);
+    DrawFindResult(canvas, finder_, result);
     const std::string stem = Utf8FromPath(PathFromUtf8(scene.path).stem());
     const std::string path = overlays_.Write(stem, canvas);
     if (arguments_.verbose) PrintNote(fmt::format("{}: overlay in {}", scene.path, path));

@@ -1,10 +1,16 @@
 #include <fmt/format.h>
 
-#include "cli/csv.h"
 #include "cli/find_report.h"
-#include "cli/number_text.h"
+#include "evaluation/csv.h"
+#include "evaluation/number_text.h"
+#include "evaluation/pose_error.h"
 
 namespace orvandel::cli {
+
+using evaluation::CsvField;
+using evaluation::Degrees;
+using evaluation::Fixed;
+
 namespace {
 
 class CsvReport : public FindReport {
@@ -23,11 +29,10 @@ class CsvReport : public FindReport {
  private:
   static std::string PoseFields(const SceneOutcome& outcome) {
     if (!outcome.result || !outcome.result->HasPose()) return ",,,,,";
-    const Pose& pose = outcome.result->pose;
-    return fmt::format("{},{},{},{},{},{}", Fixed(pose.position.x, 4, ""),
-                       Fixed(pose.position.y, 4, ""), Fixed(Degrees(pose.angle), 5, ""),
-                       Fixed(pose.angle, 7, ""), Fixed(pose.scale, 6, ""),
-                       Fixed(outcome.result->score, 3, ""));
+    const Similarity& pose = outcome.result->scene_from_pattern;
+    return fmt::format("{},{},{},{},{},{}", Fixed(pose.x, 4, ""), Fixed(pose.y, 4, ""),
+                       Fixed(Degrees(pose.angle), 5, ""), Fixed(pose.angle, 7, ""),
+                       Fixed(pose.scale, 6, ""), Fixed(outcome.result->score, 3, ""));
   }
 
   static std::string TimeField(const SceneOutcome& outcome) {

@@ -4,8 +4,12 @@
 
 #include "cli/find_report.h"
 #include "cli/version.h"
+#include "evaluation/pose_error.h"
 
 namespace orvandel::cli {
+
+using evaluation::Degrees;
+
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -53,11 +57,12 @@ class JsonReport : public FindReport {
     const auto put = [&](const char* name, double value) {
       row[name] = has_pose ? NumberOrNull(value) : Json();
     };
-    put("x", result.pose.position.x);
-    put("y", result.pose.position.y);
-    put("angle_deg", Degrees(result.pose.angle));
-    put("angle_rad", result.pose.angle);
-    put("scale", result.pose.scale);
+    const Similarity& pose = result.scene_from_pattern;
+    put("x", pose.x);
+    put("y", pose.y);
+    put("angle_deg", Degrees(pose.angle));
+    put("angle_rad", pose.angle);
+    put("scale", pose.scale);
     put("score", result.score);
     row["time_ms"] = outcome.result ? NumberOrNull(result.time_ms) : Json();
     if (!outcome.error.empty()) row["error"] = outcome.error;

@@ -5,9 +5,14 @@
 
 #include "cli/find_report.h"
 #include "cli/messages.h"
-#include "cli/number_text.h"
+#include "evaluation/number_text.h"
+#include "evaluation/pose_error.h"
 
 namespace orvandel::cli {
+
+using evaluation::Degrees;
+using evaluation::Fixed;
+
 namespace {
 
 using Row = std::array<std::string, 9>;
@@ -17,9 +22,9 @@ Row RowOf(const SceneOutcome& outcome) {
   if (!outcome.result) return row;
   row[8] = Fixed(outcome.result->time_ms, 1);
   if (!outcome.result->HasPose()) return row;
-  const Pose& pose = outcome.result->pose;
-  row[2] = Fixed(pose.position.x, 2);
-  row[3] = Fixed(pose.position.y, 2);
+  const Similarity& pose = outcome.result->scene_from_pattern;
+  row[2] = Fixed(pose.x, 2);
+  row[3] = Fixed(pose.y, 2);
   row[4] = Fixed(Degrees(pose.angle), 3);
   row[5] = Fixed(pose.angle, 5);
   row[6] = Fixed(pose.scale, 4);

@@ -7,10 +7,13 @@
 
 #include <fmt/format.h>
 
-#include "cli/paths.h"
 #include "cli/tool_error.h"
+#include "evaluation/paths.h"
 
 namespace orvandel::cli {
+
+using evaluation::Utf8FromPath;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -9,13 +9,18 @@
 #include "cli/contour_set.h"
 #include "cli/draw_options.h"
 #include "cli/help.h"
-#include "cli/number_text.h"
 #include "cli/output_file.h"
 #include "cli/report.h"
 #include "cli/tool_error.h"
+#include "evaluation/number_text.h"
+#include "evaluation/pose_error.h"
 #include "orvandel/classic/line_extracter.h"
 
 namespace orvandel::cli {
+
+using evaluation::Degrees;
+using evaluation::Fixed;
+
 namespace {
 
 constexpr const char* kAbout =
@@ -87,7 +92,7 @@ void PrintText(const std::vector<CLineSegment>& lines, Report& report) {
   }
 }
 
-void Draw(const Picture& picture, void* contours, const std::vector<CLineSegment>& lines,
+void Draw(const ImageFile& picture, void* contours, const std::vector<CLineSegment>& lines,
           const DrawOptions& options) {
   constexpr Colour kContourColour{120, 120, 120};
   Canvas canvas = DarkenedCanvas(picture, options);
@@ -104,7 +109,7 @@ void Draw(const Picture& picture, void* contours, const std::vector<CLineSegment
 
 int Run(const LinesArguments& arguments) {
   CheckOptions(arguments.contour);
-  const Picture picture = ReadPicture(arguments.image);
+  const ImageFile picture = ReadImage(arguments.image);
   if (arguments.verbose) NoteConversion(picture);
   const ContourSet contours = FindContours(picture, arguments.contour, /*raw=*/false);
   CLineExtracter extracter;

@@ -6,11 +6,15 @@
 
 #include <fmt/format.h>
 
-#include "cli/paths.h"
 #include "cli/tool_error.h"
+#include "evaluation/paths.h"
 #include "platform/atomic_file.h"
 
 namespace orvandel::cli {
+
+using evaluation::PathFromUtf8;
+using evaluation::Utf8FromPath;
+
 namespace {
 
 std::string ReasonNotWritten(const std::filesystem::path& path, const std::string& otherwise) {

@@ -1,18 +1,24 @@
 #include "cli/overlay.h"
 
 #include <algorithm>
-#include <cmath>
 #include <vector>
 
 #include <fmt/format.h>
 
 #include "base/rounding.h"
 #include "cli/contour_set.h"
-#include "cli/number_text.h"
 #include "cli/output_file.h"
-#include "cli/paths.h"
+#include "evaluation/number_text.h"
+#include "evaluation/paths.h"
+#include "evaluation/pose_error.h"
 
 namespace orvandel::cli {
+
+using evaluation::Degrees;
+using evaluation::Fixed;
+using evaluation::PathFromUtf8;
+using evaluation::Utf8FromPath;
+
 namespace {
 
 constexpr Colour kFoundColour{40, 230, 80};
@@ -27,18 +33,22 @@ Colour ColourOf(const FindResult& result) {
   return result.HasPose() ? kDoubtfulColour : kMissingColour;
 }
 
-void DrawContours(Canvas& canvas, void* contours, const Pose& scene_from_pattern, Colour colour) {
+void DrawContours(Canvas& canvas, PatternFinder& finder, const Similarity& pose, Colour colour) {
   constexpr double kWidth = 1.5;
+  void* const contours = finder.Contours();
+  const Point reference = finder.Reference();
+  const SimilarityMap scene_from_pattern(pose);
   for (int i = 0; i < ctd_contour_count(contours); ++i) {
     std::vector<Point> points = ContourPoints(contours, i);
     for (Point& p : points)
-      p = scene_from_pattern * p;
+      p = scene_from_pattern * (p - reference);
     canvas.DrawPolyline(points, ctd_contour_closed(contours, i) != 0, kWidth, colour);
   }
 }
 
 Point Ahead(Point from, double angle, double length) {
-  return {from.x + length * std::cos(angle), from.y + length * std::sin(angle)};
+  const auto [sine, cosine] = SinCosOf(angle);
+  return from + length * Point{cosine, sine};
 }
 
 struct Stroke {
@@ -56,15 +66,15 @@ void DrawArrow(Canvas& canvas, Point from, double angle, double length, const St
 }
 
 // A cross whose arm along the pattern's x axis is an arrow.
-void DrawCross(Canvas& canvas, const Pose& pose, double arm, const Stroke& stroke) {
-  const Point at = pose.position;
+void DrawCross(Canvas& canvas, const Similarity& pose, double arm, const Stroke& stroke) {
+  const Point at = {pose.x, pose.y};
   const double across = pose.angle + kPi / 2;
   canvas.DrawLine(Ahead(at, pose.angle, -arm), at, stroke.width, stroke.colour);
   canvas.DrawLine(Ahead(at, across, -arm), Ahead(at, across, arm), stroke.width, stroke.colour);
   DrawArrow(canvas, at, pose.angle, 3 * arm, stroke);
 }
 
-void DrawReferenceMark(Canvas& canvas, const Pose& pose) {
+void DrawReferenceMark(Canvas& canvas, const Similarity& pose) {
   const double shorter_side = std::min(canvas.width(), canvas.height());
   const double arm = std::clamp(shorter_side / 60, 6.0, 30.0);
   const double width = std::max(1.6, arm / 8);
@@ -78,15 +88,15 @@ std::string Caption(const FindResult& result) {
     std::replace(text.begin(), text.end(), '_', ' ');
     return text;
   }
-  const Pose& pose = result.pose;
+  const Similarity& pose = result.scene_from_pattern;
   return fmt::format("{} {}%  x {} y {}  {} deg  scale {}",
                      result.IsFound() ? "found" : "not found", Fixed(result.score, 1),
-                     Fixed(pose.position.x, 1), Fixed(pose.position.y, 1),
-                     Fixed(Degrees(pose.angle), 2), Fixed(pose.scale, 3));
+                     Fixed(pose.x, 1), Fixed(pose.y, 1), Fixed(Degrees(pose.angle), 2),
+                     Fixed(pose.scale, 3));
 }
 
 void DrawCaption(Canvas& canvas, const std::string& text, Colour colour) {
-  constexpr int kWantedDots = 500;  // across the picture
+  constexpr int kWantedDots = 500;  // across the image
   const int largest_dot = std::max(1, (canvas.width() - 8) / Canvas::TextWidth(text, 1));
   const int dot = std::min(largest_dot, std::max(2, canvas.width() / kWantedDots));
   const int margin = 3 * dot;
@@ -123,11 +133,11 @@ std::string WithoutSeparators(std::string name) {
 
 }  // namespace
 
-void DrawFindResult(Canvas& canvas, void* pattern_contours, const FindResult& result) {
+void DrawFindResult(Canvas& canvas, PatternFinder& finder, const FindResult& result) {
   const Colour colour = ColourOf(result);
   if (result.HasPose()) {
-    DrawContours(canvas, pattern_contours, result.pose, colour);
-    DrawReferenceMark(canvas, result.pose);
+    DrawContours(canvas, finder, result.scene_from_pattern, colour);
+    DrawReferenceMark(canvas, result.scene_from_pattern);
   }
   DrawCaption(canvas, Caption(result), colour);
   DrawFrame(canvas, colour);

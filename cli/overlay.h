@@ -8,13 +8,13 @@
 
 namespace orvandel::cli {
 
-/// Draws what a search found: the pattern's contours at the pose, a mark at the reference point
+/// Draws what `finder` found: the pattern's contours at the pose, a mark at the reference point
 /// with an arrow along the pattern's x axis, the numbers, and a frame, in green for a find and in
 /// orange for a pose that is not good enough. Without a pose there is only a red frame and the
 /// status.
-void DrawFindResult(Canvas& canvas, void* pattern_contours, const FindResult& result);
+void DrawFindResult(Canvas& canvas, PatternFinder& finder, const FindResult& result);
 
-/// A folder of overlay pictures, made when the first one is written.
+/// A folder of overlay images, made when the first one is written.
 class OverlayFolder {
  public:
   explicit OverlayFolder(std::string folder) : folder_(std::move(folder)) {}

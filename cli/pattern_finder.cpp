@@ -4,14 +4,17 @@
 
 #include <fmt/format.h>
 
-#include "cli/number_text.h"
 #include "cli/output_file.h"
 #include "cli/tool_error.h"
+#include "evaluation/number_text.h"
 #include "orvandel/classic/crawler.h"
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/line_extracter.h"
 
 namespace orvandel::cli {
+
+using evaluation::Fixed;
+
 namespace {
 
 // What `TrainIt` and `LookForIt` return.
@@ -37,9 +40,7 @@ constexpr int kNoLines = 4;
 }
 
 bool IsAllZero(const FindResult& result) {
-  const Pose& pose = result.pose;
-  return pose.position.x == 0 && pose.position.y == 0 && pose.angle == 0 && pose.scale == 0 &&
-         result.score == 0;
+  return result.scene_from_pattern == Similarity{0, 0, 0, 0} && result.score == 0;
 }
 
 double MillisecondsSince(std::chrono::steady_clock::time_point start) {
@@ -93,7 +94,7 @@ PatternFinder::PatternFinder(const SearchOptions& options) : options_(options) {
   search_.SetTimeOutValue(options_.timeout_us);
 }
 
-void PatternFinder::Train(const Picture& pattern) {
+void PatternFinder::Train(const ImageFile& pattern) {
   const ImagePtr used_up = CopyOf(pattern);
   search_.TrainIt(used_up.get());
   CheckTrained(pattern.path);
@@ -101,7 +102,7 @@ void PatternFinder::Train(const Picture& pattern) {
 
 void PatternFinder::Load(const std::string& name) {
   const std::string path = KnowledgeFile(name);
-  ReadPicture(path);  // says what is wrong with a file that the library would merely refuse
+  ReadImage(path);  // says what is wrong with a file that the library would merely refuse
   if (!search_.LoadKnowledge(name.c_str()))
     throw FileError(path, "not a knowledge file as `orvandel train` writes it");
   CheckTrained(path);
@@ -123,13 +124,17 @@ FindResult PatternFinder::Find(ImagePtr scene) {
   const int search_result = search_.LookForIt(scene.get());
   FindResult result;
   result.time_ms = MillisecondsSince(start);
-  Pose& pose = result.pose;
-  search_.GetFoundPattData(&pose.position.x, &pose.position.y, &pose.angle, &pose.scale,
-                           &result.score);
-  search_.GetPatternRef(&pose.reference.x, &pose.reference.y);
+  Similarity& pose = result.scene_from_pattern;
+  search_.GetFoundPattData(&pose.x, &pose.y, &pose.angle, &pose.scale, &result.score);
   pose.angle = NormalizedAngle(pose.angle);
   result.status = StatusOf(search_result, result, options_);
   return result;
+}
+
+Point PatternFinder::Reference() {
+  Point reference;
+  search_.GetPatternRef(&reference.x, &reference.y);
+  return reference;
 }
 
 PatternFacts PatternFinder::Facts() {
@@ -139,7 +144,7 @@ PatternFacts PatternFinder::Facts() {
   facts.num_contours = ctd_contour_count(Contours());
   facts.num_points = ctd_point_count(Contours());
   facts.edge_threshold = static_cast<const CCrawler*>(Contours())->edge_threshold;
-  search_.GetPatternRef(&facts.reference.x, &facts.reference.y);
+  facts.reference = Reference();
   // Repeating the extraction of the training leaves the contours' flags as that one set them.
   CLineExtracter lines;
   facts.num_lines = lines.Extract(Contours());

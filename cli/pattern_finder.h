@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
-#include "cli/picture.h"
-#include "cli/pose.h"
+#include "base/geometry.h"
+#include "cli/image_input.h"
 #include "cli/search_options.h"
 #include "orvandel/classic/qrsis.h"
 
@@ -23,7 +23,9 @@ const char* StatusWord(FindStatus status);
 
 struct FindResult {
   FindStatus status = FindStatus::kTimedOut;
-  Pose pose;           ///< the best one, where `HasPose`
+  /// Of pattern points measured from the reference point, the best one, where `HasPose`. Pixels are
+  /// counted as the library does: the centre of the top-left one is (0.5, 0.5).
+  Similarity scene_from_pattern;
   double score = 0;    ///< percent
   double time_ms = 0;  ///< of the search alone, without reading the file
 
@@ -33,7 +35,7 @@ struct FindResult {
 
 /// What training learnt.
 struct PatternFacts {
-  int width = 0;  ///< of the pattern picture, pixels
+  int width = 0;  ///< of the pattern image, pixels
   int height = 0;
   int num_contours = 0;
   int num_points = 0;  ///< of all contours
@@ -54,7 +56,7 @@ class PatternFinder {
 
   /// Learns the pattern. Throws FileError, with what to change, when it has no contour or no
   /// straight edge.
-  void Train(const Picture& pattern);
+  void Train(const ImageFile& pattern);
 
   /// Learns the pattern that `Save` wrote. Throws FileError as `Train` does, and when the file
   /// cannot be read.
@@ -63,13 +65,16 @@ class PatternFinder {
   /// Writes the pattern to the file that `KnowledgeFile` tells. Throws FileError.
   void Save(const std::string& name);
 
-  /// Looks for the pattern; uses up the scene's pixels.
+  /// Looks for the pattern; overwrites the scene's pixels.
   FindResult Find(ImagePtr scene);
 
   PatternFacts Facts();
 
   /// `ctd_` handle of the pattern's contours; stays with the finder.
   void* Contours() { return search_.GetCrawlerPatternData(); }
+
+  /// Mean of the contour points, pattern pixels.
+  Point Reference();
 
  private:
   void CheckTrained(const std::string& path);
@@ -78,7 +83,7 @@ class PatternFinder {
   QRSIS search_;
 };
 
-/// Where the pattern called `name` is kept.
+/// The file that holds the pattern called `name`.
 std::string KnowledgeFile(const std::string& name);
 
 }  // namespace orvandel::cli

@@ -7,11 +7,15 @@
 
 #include <fmt/format.h>
 
-#include "cli/csv.h"
-#include "cli/number_text.h"
 #include "cli/tool_error.h"
+#include "evaluation/csv.h"
+#include "evaluation/number_text.h"
 
 namespace orvandel::cli {
+
+using evaluation::ParseInteger;
+using evaluation::SplitAtCommas;
+
 namespace {
 
 std::optional<std::array<int, 4>> FourIntegers(std::string_view text) {

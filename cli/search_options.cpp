@@ -8,12 +8,17 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include "cli/csv.h"
 #include "cli/duration.h"
-#include "cli/number_text.h"
 #include "cli/tool_error.h"
+#include "evaluation/csv.h"
+#include "evaluation/number_text.h"
 
 namespace orvandel::cli {
+
+using evaluation::ParseInteger;
+using evaluation::ParseNumber;
+using evaluation::SplitAtCommas;
+
 namespace {
 
 constexpr int kMaxEdgeThreshold = 252;  // a diagonal step from black to white

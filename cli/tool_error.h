@@ -1,7 +1,8 @@
 #pragma once
 
 #include <stdexcept>
-#include <string>
+
+#include "evaluation/file_error.h"
 
 namespace orvandel::cli {
 
@@ -18,11 +19,6 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A file cannot be used; what() is one line, "path: reason".
-class FileError : public std::runtime_error {
- public:
-  FileError(const std::string& path, const std::string& reason)
-      : std::runtime_error(path + ": " + reason) {}
-};
+using evaluation::FileError;
 
 }  // namespace orvandel::cli

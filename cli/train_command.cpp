@@ -7,12 +7,15 @@
 
 #include "cli/command.h"
 #include "cli/help.h"
-#include "cli/number_text.h"
 #include "cli/pattern_finder.h"
 #include "cli/report.h"
 #include "cli/tool_error.h"
+#include "evaluation/number_text.h"
 
 namespace orvandel::cli {
+
+using evaluation::Fixed;
+
 namespace {
 
 constexpr const char* kAbout =
@@ -40,8 +43,8 @@ struct TrainArguments {
   bool verbose = false;
 };
 
-Picture ReadPattern(const TrainArguments& arguments) {
-  Picture pattern = ReadPicture(arguments.pattern);
+ImageFile ReadPattern(const TrainArguments& arguments) {
+  ImageFile pattern = ReadImage(arguments.pattern);
   if (arguments.verbose) NoteConversion(pattern);
   if (!arguments.pattern_rect) return pattern;
   return CutOut(pattern, *arguments.pattern_rect);

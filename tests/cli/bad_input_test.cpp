@@ -66,7 +66,7 @@ TEST(BadPicture, CutOff) {
   const ScratchFolder folder;
   for (const char* name : {"cut.png", "cut.bmp", "cut.pgm"}) {
     WriteBracketPattern(folder.File(name));
-    const std::string whole = ReadFile(folder.File(name));
+    const std::string whole = ReadTextFile(folder.File(name));
     WriteTextFile(folder.File(name), whole.substr(0, whole.size() * 2 / 3));
     ExpectRefusal(folder, name, "cut off");
   }

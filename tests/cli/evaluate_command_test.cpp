@@ -4,11 +4,14 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/csv.h"
+#include "evaluation/csv.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
+
+using evaluation::SplitCsvLine;
+
 namespace {
 
 constexpr render::Pose kPose = {.x = 301.3, .y = 244.8, .angle_deg = 137, .scale = 1.1};
@@ -109,7 +112,7 @@ TEST_F(EvaluateCommand, SeveralSuitesGetATotal) {
 TEST_F(EvaluateCommand, CasesGetALineEach) {
   WriteManifest(Present("there", kPose) + "none,../pattern.png,absent.png,-1,,,,,\n");
   ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--cases", folder_.File("cases.csv")}).exit_code, 0);
-  const std::string cases = ReadFile(folder_.File("cases.csv"));
+  const std::string cases = ReadTextFile(folder_.File("cases.csv"));
   EXPECT_EQ(NumLines(cases), 3) << cases;
   EXPECT_EQ(CsvValue(cases, 0, "case"), "there");
   EXPECT_EQ(CsvValue(cases, 0, "status"), "found");

@@ -3,13 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/paths.h"
+#include "evaluation/paths.h"
 #include "tests/cli/run_program.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
 // Arguments, files and output with letters that no code page of Windows has together.
 namespace orvandel::cli::test {
+
+using evaluation::PathFromUtf8;
+
 namespace {
 
 // "Key" in German, "workpiece" in Chinese, "part" in Russian, and a character beyond 16 bits.
@@ -66,7 +69,7 @@ TEST_F(FileNames, OfEveryOutputMayHaveAnyLetter) {
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_TRUE(FileExists(ctd));
   EXPECT_TRUE(FileExists(csv));
-  EXPECT_EQ(ReadFile(dump).rfind("Contours: ", 0), 0U);
+  EXPECT_EQ(ReadTextFile(dump).rfind("Contours: ", 0), 0U);
 }
 
 // A user's folder of temporary files is named after the user.
@@ -77,7 +80,7 @@ TEST_F(FileNames, OfTheTemporaryFolderMayHaveAnyLetter) {
                                    "--dump", folder_.File("contours.txt")});
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_TRUE(FileExists(folder_.File("contours.ctd")));
-  EXPECT_EQ(ReadFile(folder_.File("contours.txt")).rfind("Contours: ", 0), 0U);
+  EXPECT_EQ(ReadTextFile(folder_.File("contours.txt")).rfind("Contours: ", 0), 0U);
 }
 
 }  // namespace

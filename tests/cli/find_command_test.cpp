@@ -5,12 +5,16 @@
 #include <nlohmann/json.hpp>
 
 #include "base/rounding.h"
-#include "cli/csv.h"
-#include "cli/manifest.h"
+#include "evaluation/classic_pixels.h"
+#include "evaluation/csv.h"
+#include "evaluation/pose_error.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
+
+using evaluation::SplitCsvLine;
+
 namespace {
 
 using Json = nlohmann::json;
@@ -19,8 +23,10 @@ constexpr render::Pose kPose = {.x = 301.3, .y = 244.8, .angle_deg = 137, .scale
 
 // Where the picture's own pattern point `reference` lies at the pose, as the program counts pixels.
 Point TruePosition(const render::Pose& pose, Point reference) {
-  const TrueInstance instance = {pose.x, pose.y, pose.angle_deg, pose.scale};
-  return PoseOf(instance, kBracketWidth, kBracketHeight) * reference;
+  const Similarity scene_from_pattern = {pose.x, pose.y, evaluation::Radians(pose.angle_deg),
+                                         pose.scale};
+  const Point centre = {kBracketWidth / 2.0, kBracketHeight / 2.0};
+  return evaluation::ToClassicPixels(scene_from_pattern * (reference - centre));
 }
 
 class FindCommand : public testing::Test {
@@ -189,7 +195,7 @@ TEST_F(FindCommand, AReportGoesIntoAFile) {
       RunOrvandel({"find", pattern_, scene_, "--csv", "--output", folder_.File("found.csv")});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(NumLines(ReadFile(folder_.File("found.csv"))), 2);
+  EXPECT_EQ(NumLines(ReadTextFile(folder_.File("found.csv"))), 2);
 }
 
 TEST_F(FindCommand, AnOverlayShowsTheScene) {

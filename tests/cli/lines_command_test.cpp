@@ -5,11 +5,14 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/csv.h"
+#include "evaluation/csv.h"
 #include "tests/cli/test_pictures.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
+
+using evaluation::SplitCsvLine;
+
 namespace {
 
 std::vector<std::vector<std::string>> CsvRows(const std::string& text) {

@@ -72,7 +72,7 @@ TEST_F(OutputFile, AnOlderFileIsReplaced) {
     WriteTextFile(folder_.File("file"), "older");
     const ToolRun run = RunOrvandel(command);
     EXPECT_EQ(run.exit_code, 0) << run.err;
-    EXPECT_NE(ReadFile(folder_.File("file")), "older") << command[0] << command[2];
+    EXPECT_NE(ReadTextFile(folder_.File("file")), "older") << command[0] << command[2];
   }
 }
 

@@ -2,10 +2,14 @@
 #define NOMINMAX
 #include <windows.h>
 
-#include "cli/paths.h"
+#include "evaluation/paths.h"
 #include "tests/cli/run_program.h"
 
 namespace orvandel::cli::test {
+
+using evaluation::PathFromUtf8;
+using evaluation::Utf8FromPath;
+
 namespace {
 
 // Programs take a command line apart by themselves: quotes hold an argument together, and a

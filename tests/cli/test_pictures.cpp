@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "evaluation/image_file.h"
 #include "examples/render/parts.h"
 #include "examples/render/scene.h"
 #include "tests/cli/tool_run.h"
@@ -91,12 +92,7 @@ void WriteColourPicture(const std::string& path, int width, int height) {
 }
 
 ImagePtr ReadBack(const std::string& path) {
-  int width = 0;
-  int height = 0;
-  if (im_file_get_size(path.c_str(), 0, &width, &height, nullptr, nullptr) != 0) return nullptr;
-  ImagePtr image(im_create(1, width, height));
-  if (im_file_read(image.get(), path.c_str(), 0) != 0) return nullptr;
-  return image;
+  return evaluation::ReadImage(path).image;
 }
 
 }  // namespace orvandel::cli::test

@@ -36,7 +36,7 @@ void WriteBoxes(const std::string& path, int columns, int rows);
 /// A binary PPM of a grey wedge.
 void WriteColourPicture(const std::string& path, int width, int height);
 
-/// The picture in a file, by the image library.
+/// The image in a file.
 ImagePtr ReadBack(const std::string& path);
 
 }  // namespace orvandel::cli::test

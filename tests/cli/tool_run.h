@@ -4,10 +4,14 @@
 #include <vector>
 
 #include "tests/support/scratch_folder.h"
+#include "tests/support/text_files.h"
 
 namespace orvandel::cli::test {
 
+using orvandel::test::Contains;
+using orvandel::test::ReadTextFile;
 using orvandel::test::ScratchFolder;
+using orvandel::test::WriteTextFile;
 
 struct ToolRun {
   int exit_code = -1;
@@ -22,13 +26,10 @@ ToolRun RunOrvandel(const std::vector<std::string>& arguments);
 ToolRun RunOrvandelInto(const std::string& standard_output,
                         const std::vector<std::string>& arguments);
 
-/// A file's bytes. Paths are UTF-8.
-std::string ReadFile(const std::string& path);
-void WriteTextFile(const std::string& path, const std::string& text);
+/// Paths are UTF-8.
 bool FileExists(const std::string& path);
 
 /// Number of line breaks.
 long NumLines(const std::string& text);
-bool Contains(const std::string& text, const std::string& part);
 
 }  // namespace orvandel::cli::test

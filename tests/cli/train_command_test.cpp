@@ -93,7 +93,7 @@ TEST(TrainCommand, AFailureLeavesAnOlderFileWhole) {
   WriteTextFile(folder.File("part_qrsi.bmp"), "older");
   EXPECT_EQ(
       RunOrvandel({"train", folder.File("flat.png"), "--save", folder.File("part")}).exit_code, 2);
-  EXPECT_EQ(ReadFile(folder.File("part_qrsi.bmp")), "older");
+  EXPECT_EQ(ReadTextFile(folder.File("part_qrsi.bmp")), "older");
 }
 
 TEST(TrainCommand, AMissingFolderIsNamed) {

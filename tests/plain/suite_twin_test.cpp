@@ -9,8 +9,9 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/manifest.h"
-#include "cli/paths.h"
+#include "evaluation/image_file.h"
+#include "evaluation/manifest.h"
+#include "evaluation/paths.h"
 #include "tests/plain/chain_comparison.h"
 
 namespace orvandel::test {
@@ -22,9 +23,10 @@ constexpr char kSuites[] = ORVANDEL_SUITES;  // a folder of suites; empty when t
 std::vector<std::string> SuiteFolders() {
   std::vector<std::string> folders;
   if (kSuites[0] != '\0') {
-    for (const auto& entry : std::filesystem::directory_iterator(cli::PathFromUtf8(kSuites))) {
+    for (const auto& entry :
+         std::filesystem::directory_iterator(evaluation::PathFromUtf8(kSuites))) {
       if (std::filesystem::exists(entry.path() / "manifest.csv"))
-        folders.push_back(cli::Utf8FromPath(entry.path()));
+        folders.push_back(evaluation::Utf8FromPath(entry.path()));
     }
   }
   std::sort(folders.begin(), folders.end());
@@ -33,15 +35,9 @@ std::vector<std::string> SuiteFolders() {
 }
 
 std::string TestName(const testing::TestParamInfo<std::string>& info) {
-  return info.param.empty() ? "none" : cli::Utf8FromPath(cli::PathFromUtf8(info.param).filename());
-}
-
-ImagePtr ReadImage(const std::string& path) {
-  int width = 0, height = 0, channels = 0, bits = 0;
-  if (im_file_get_size(path.c_str(), 0, &width, &height, &channels, &bits) != 0) return nullptr;
-  ImagePtr image(im_create(1, width, height));
-  if (!image || im_file_read(image.get(), path.c_str(), 0) != 0) return nullptr;
-  return image;
+  return info.param.empty()
+             ? "none"
+             : evaluation::Utf8FromPath(evaluation::PathFromUtf8(info.param).filename());
 }
 
 class SuiteTwin : public testing::TestWithParam<std::string> {
@@ -52,7 +48,7 @@ class SuiteTwin : public testing::TestWithParam<std::string> {
 
   const ImagePtr& Image(const std::string& path) {
     ImagePtr& image = images_[path];
-    if (!image) image = ReadImage(path);
+    if (!image) image = evaluation::ReadImage(path).image;
     return image;
   }
 
@@ -62,12 +58,11 @@ class SuiteTwin : public testing::TestWithParam<std::string> {
 
 TEST_P(SuiteTwin, StagesAgreeOnEveryPicture) {
   std::map<std::string, bool> done;
-  for (const cli::TestCase& test : cli::ReadSuite(GetParam()).cases) {
+  for (const evaluation::TestCase& test : evaluation::ReadSuite(GetParam()).cases) {
     for (const std::string& path : {test.pattern, test.scene}) {
       if (std::exchange(done[path], true)) continue;
       SCOPED_TRACE(path);
-      const ImagePtr image = ReadImage(path);
-      ASSERT_NE(image, nullptr);
+      const ImagePtr image = evaluation::ReadImage(path).image;
       for (const int threshold : {0, 16, 32})
         ExpectSameStages(image, threshold);
     }
@@ -77,10 +72,8 @@ TEST_P(SuiteTwin, StagesAgreeOnEveryPicture) {
 
 TEST_P(SuiteTwin, SearchesAgreeInEveryCase) {
   int num_searches = 0;
-  for (const cli::TestCase& test : cli::ReadSuite(GetParam()).cases) {
+  for (const evaluation::TestCase& test : evaluation::ReadSuite(GetParam()).cases) {
     SCOPED_TRACE(test.name);
-    ASSERT_NE(Image(test.pattern), nullptr);
-    ASSERT_NE(Image(test.scene), nullptr);
     ExpectSameSearch(Image(test.pattern), Image(test.scene));
     ++num_searches;
   }

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "evaluation/case_result.h"
+#include "evaluation/suite_summary.h"
+
+namespace orvandel::evaluation {
+
+// Lines with their line breaks.
+
+/// The head of an aligned table whose first column takes names of so many characters.
+std::string SummaryTableHead(std::size_t name_width);
+std::string SummaryTableRow(const SuiteSummary& summary, std::size_t name_width);
+
+std::string SummaryCsvHead();
+std::string SummaryCsvRow(const SuiteSummary& summary);
+
+/// A CSV file with a line per case. Positions count pixels the classic way, as `find` prints them.
+std::string CasesCsv(std::span<const CaseResult> results);
+
+}  // namespace orvandel::evaluation

@@ -1,0 +1,61 @@
+#include "evaluation/case_params.h"
+
+#include <gtest/gtest.h>
+
+#include "evaluation/file_error.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/text_files.h"
+
+namespace orvandel::evaluation::test {
+
+using orvandel::test::Contains;
+using orvandel::test::ScratchFolder;
+using orvandel::test::WriteTextFile;
+
+namespace {
+
+std::map<std::string, CaseParams> ParamsIn(const std::string& rows) {
+  const ScratchFolder folder;
+  WriteTextFile(folder.File("params.csv"), "case,params\n" + rows);
+  return ReadCaseParams(folder.Path().string());
+}
+
+std::string ErrorIn(const std::string& rows) {
+  try {
+    ParamsIn(rows);
+  } catch (const FileError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(CaseParams, TellSymmetryAndFitOfEachCase) {
+  auto params =
+      ParamsIn("a,symmetry=6;noise=1.2\nb,symmetry=0\nc,tilt=3;symmetry=1;fit_max=1.65\n");
+  EXPECT_EQ(params.at("a").symmetry.fold, 6);
+  EXPECT_TRUE(params.at("b").symmetry.IsFullCircle());
+  EXPECT_EQ(params.at("c").symmetry.fold, 1);
+  EXPECT_EQ(params.at("c").fit_max_px, 1.65);
+  EXPECT_EQ(params.at("a").fit_max_px, 0);
+}
+
+TEST(CaseParams, KeepAllThatIsTold) {
+  auto params = ParamsIn("a,bg=photo:d_desk;flag;size=640x480\n");
+  EXPECT_EQ(params.at("a").values, (std::map<std::string, std::string>{
+                                       {"bg", "photo:d_desk"}, {"flag", ""}, {"size", "640x480"}}));
+  EXPECT_EQ(params.at("a").symmetry.fold, 1);
+}
+
+TEST(CaseParams, ASuiteWithoutTheFileHasNone) {
+  const ScratchFolder folder;
+  EXPECT_TRUE(ReadCaseParams(folder.Path().string()).empty());
+}
+
+TEST(CaseParams, ErrorsNameTheLine) {
+  EXPECT_TRUE(Contains(ErrorIn("a,symmetry=1\nb,symmetry=two\n"), "line 3: symmetry 'two'"));
+  EXPECT_TRUE(Contains(ErrorIn("a,symmetry=-2\n"), "line 2: symmetry '-2'"));
+  EXPECT_TRUE(Contains(ErrorIn("a,fit_max=wide\n"), "line 2: fit_max 'wide'"));
+}
+
+}  // namespace
+}  // namespace orvandel::evaluation::test

@@ -1,0 +1,69 @@
+#include "evaluation/image_file.h"
+
+#include <gtest/gtest.h>
+
+#include "evaluation/file_error.h"
+#include "tests/support/images.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/text_files.h"
+
+namespace orvandel::evaluation::test {
+
+using orvandel::test::Contains;
+using orvandel::test::MakeImage;
+using orvandel::test::ScratchFolder;
+using orvandel::test::WriteTextFile;
+
+namespace {
+
+std::string ErrorOfReading(const std::string& path) {
+  try {
+    ReadImage(path);
+  } catch (const FileError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(ImageFile, PixelsAreThoseOfTheFile) {
+  const ScratchFolder folder;
+  const auto grey = [](int x, int y) { return 20 * x + y; };
+  const ImagePtr written = MakeImage(5, 3, grey);
+  ASSERT_EQ(im_file_write(written.get(), folder.File("a.png").c_str(), 0), 0);
+  const ImageFile file = ReadImage(folder.File("a.png"));
+  ASSERT_EQ(file.image->width, 5);
+  ASSERT_EQ(file.image->height, 3);
+  for (int y = 0; y < 3; ++y) {
+    for (int x = 0; x < 5; ++x)
+      EXPECT_EQ(file.image->row[y][x], grey(x, y)) << x << ", " << y;
+  }
+  EXPECT_FALSE(file.WasConverted());
+}
+
+TEST(ImageFile, TellsThatColourWasConverted) {
+  const ScratchFolder folder;
+  WriteTextFile(folder.File("a.ppm"), "P6\n1 1\n255\nabc");
+  const ImageFile file = ReadImage(folder.File("a.ppm"));
+  EXPECT_EQ(file.channels, 3);
+  EXPECT_TRUE(file.WasConverted());
+}
+
+TEST(ImageFile, ACopyLeavesTheOriginalAlone) {
+  ImageFile file;
+  file.image = MakeImage(2, 1, [](int, int) { return 7; });
+  const ImagePtr copy = CopyOf(file);
+  copy->row[0][1] = 99;
+  EXPECT_EQ(file.image->row[0][1], 7);
+}
+
+TEST(ImageFile, ErrorsSayWhatIsWrongWithWhichFile) {
+  const ScratchFolder folder;
+  WriteTextFile(folder.File("text.png"), "no image");
+  const std::string missing = folder.File("missing.png");
+  EXPECT_EQ(ErrorOfReading(missing), missing + ": no such file");
+  EXPECT_TRUE(Contains(ErrorOfReading(folder.Path().string()), "folder"));
+  EXPECT_TRUE(Contains(ErrorOfReading(folder.File("text.png")), "not a picture"));
+}
+
+}  // namespace
+}  // namespace orvandel::evaluation::test
