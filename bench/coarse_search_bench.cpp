@@ -16,16 +16,16 @@
 namespace orvandel::bench {
 namespace {
 
-/// The plain form on one scene after another. What comes before it is outside the clock.
-class PlainCoarseSearch {
+/// The reference form on one scene after another. What comes before it is outside the clock.
+class ReferenceCoarseSearch {
  public:
-  double operator()(const Picture& pattern, const Picture& scene) {
+  double operator()(const NamedImage& pattern, const NamedImage& scene) {
     Train(pattern);
     Prepare(scene);
     return SecondsOf([&] { Search(nullptr); });
   }
 
-  plain::ProbeCount Count(const Picture& pattern, const Picture& scene) {
+  plain::ProbeCount Count(const NamedImage& pattern, const NamedImage& scene) {
     Train(pattern);
     Prepare(scene);
     plain::ProbeCount count;
@@ -34,13 +34,13 @@ class PlainCoarseSearch {
   }
 
  private:
-  void Train(const Picture& pattern) {
+  void Train(const NamedImage& pattern) {
     if (trained_on_ != &pattern)
       plain::Train(trained_, image_.Restored(*pattern.image), options_.crawl);
     trained_on_ = &pattern;
   }
 
-  void Prepare(const Picture& scene) {
+  void Prepare(const NamedImage& scene) {
     plain::PrepareContours(scene_.get(), image_.Restored(*scene.image), options_.crawl);
     segments_ = plain::ExtractSegments(CLineExtracter(), scene_.get());
   }
@@ -57,53 +57,44 @@ class PlainCoarseSearch {
   plain::Pattern trained_;
   plain::ContourSet scene_{ctd_create()};
   std::vector<CLineSegment> segments_;
-  const Picture* trained_on_ = nullptr;
+  const NamedImage* trained_on_ = nullptr;
   WorkingCopy image_;
 };
 
 void CompareCoarseCounts(const Workload& workload, RatioTable& table) {
   LibraryCoarseSearch library_search;
-  PlainCoarseSearch plain_search;
+  ReferenceCoarseSearch reference_search;
   std::vector<double> probes;
   std::vector<double> probes_and_looks;
-  std::vector<double> plain_probes;
+  std::vector<double> reference_probes;
   for (const SearchCase& search : workload.searches) {
     const CoarseRun run = library_search(*search.pattern, *search.scene);
     probes.push_back(run.probes);
     probes_and_looks.push_back(run.probes + run.map_looks);
-    const plain::ProbeCount count = plain_search.Count(*search.pattern, *search.scene);
-    plain_probes.push_back(static_cast<double>(count.probes));
+    const plain::ProbeCount count = reference_search.Count(*search.pattern, *search.scene);
+    reference_probes.push_back(static_cast<double>(count.probes));
   }
-  table.AddCounts("coarse search, probes", "plain form", "probes", probes, plain_probes);
-  table.AddCounts("coarse search, probes and looks at the map", "plain form", "probes",
-                  probes_and_looks, plain_probes);
+  table.AddCounts("coarse search, probes", "reference form", "probes", probes, reference_probes);
+  table.AddCounts("coarse search, probes and looks at the map", "reference form", "probes",
+                  probes_and_looks, reference_probes);
 }
 
 void CompareCoarseTimes(const Workload& workload, RatioTable& table) {
   LibraryCoarseSearch library_search;
-  PlainCoarseSearch plain_search;
+  ReferenceCoarseSearch reference_search;
   std::vector<RatioTable::Sample> samples;
   for (const SearchCase& search : workload.searches) {
     const auto ours = [&] { return library_search(*search.pattern, *search.scene).seconds; };
-    const auto theirs = [&] { return plain_search(*search.pattern, *search.scene); };
+    const auto theirs = [&] { return reference_search(*search.pattern, *search.scene); };
     samples.push_back({TimeInTurn(ours, theirs)});
   }
-  table.AddTimes("coarse search", "plain form", "ms", samples);
+  table.AddTimes("coarse search", "reference form", "ms", samples);
 }
 
 }  // namespace
 
 void RegisterCoarseSearch(const Workload& workload) {
-  benchmark::RegisterBenchmark("CoarseSearch/plain",
-                               [&workload](benchmark::State& state) {
-                                 PlainCoarseSearch run;
-                                 TimePasses(state, workload.searches, [&](std::size_t i) {
-                                   const SearchCase& search = workload.searches[i];
-                                   return run(*search.pattern, *search.scene);
-                                 });
-                               })
-      ->UseManualTime()
-      ->Unit(benchmark::kMillisecond);
+  RegisterSearchPasses<ReferenceCoarseSearch>("CoarseSearch/reference", workload.searches);
 }
 
 void CompareCoarseSearch(const Workload& workload, RatioTable& table) {

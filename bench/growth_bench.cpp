@@ -9,65 +9,64 @@
 #include "bench/side_by_side.h"
 #include "bench/stages.h"
 #include "bench/svg_plot.h"
+#include "evaluation/cluttered_scenes.h"
 #include "evaluation/paths.h"
-#include "tests/plain/cluttered_scenes.h"
 
 namespace orvandel::bench {
 namespace {
 
 constexpr double kNoise = 2;  // grey levels
 
-Picture Draw(render::Size size, int num_parts, std::uint32_t seed) {
-  return {std::to_string(num_parts) + " parts", plain::Render({size, num_parts, kNoise, seed})};
+NamedImage Draw(render::Size size, int num_parts, std::uint32_t seed) {
+  return {std::to_string(num_parts) + " parts",
+          evaluation::Render({size, num_parts, kNoise, seed})};
 }
 
-/// Collects a library's and a plain series over the same x.
+/// Collects a library's and a reference form's series over the same x.
 struct PairOfSeries {
   PlotSeries library{"Orvandel", {}};
-  PlotSeries plain{"plain form", {}};
+  PlotSeries reference{"reference form", {}};
 
   void Add(double x, const TimePair& times) {
     library.points.push_back({x, times.ours_s * 1000});
-    plain.points.push_back({x, times.theirs_s * 1000});
+    reference.points.push_back({x, times.theirs_s * 1000});
   }
-  std::vector<PlotSeries> Both() const { return {library, plain}; }
+  std::vector<PlotSeries> Both() const { return {library, reference}; }
 };
 
-/// Time to segments, against what `x_of(picture, run)` tells of each picture.
+/// Time to segments, against what `x_of(image, run)` tells of each image.
 template <typename XOf>
-PairOfSeries TimeSegments(const std::vector<Picture>& pictures, const XOf& x_of) {
+PairOfSeries TimeSegments(const std::vector<NamedImage>& images, const XOf& x_of) {
   PairOfSeries series;
-  for (const Picture& picture : pictures) {
+  for (const NamedImage& input : images) {
     LibrarySegments ours;
-    PlainSegments theirs;
-    const TimePair times =
-        TimeInTurn([&] { return ours(picture); }, [&] { return theirs(picture); });
-    series.Add(x_of(picture, ours), times);
+    ReferenceSegments theirs;
+    const TimePair times = TimeInTurn([&] { return ours(input); }, [&] { return theirs(input); });
+    series.Add(x_of(input, ours), times);
   }
   return series;
 }
 
 Plot CostBySize() {
-  std::vector<Picture> pictures;
+  std::vector<NamedImage> images;
   std::uint32_t seed = 0;
   for (const render::Size size :
        {render::Size{320, 240}, render::Size{640, 480}, render::Size{1000, 750},
         render::Size{1280, 1024}, render::Size{1600, 1200}, render::Size{2000, 1500},
         render::Size{2400, 1800}, render::Size{2800, 2100}}) {
-    pictures.push_back(Draw(size, plain::PartsForSize(size), ++seed));
+    images.push_back(Draw(size, evaluation::PartsForSize(size), ++seed));
   }
-  const auto series = TimeSegments(pictures, [](const Picture& picture, const LibrarySegments&) {
-    return picture.Megapixels();
-  });
+  const auto series = TimeSegments(
+      images, [](const NamedImage& input, const LibrarySegments&) { return input.Megapixels(); });
   return {"Image to line segments, equally crowded pictures", "megapixels", "ms", series.Both()};
 }
 
 Plot CostByContours() {
-  std::vector<Picture> pictures;
+  std::vector<NamedImage> images;
   std::uint32_t seed = 0;
   for (const int num_parts : {4, 10, 20, 35, 50, 75, 100, 150, 200, 300})
-    pictures.push_back(Draw({1280, 1024}, num_parts, ++seed));
-  const auto series = TimeSegments(pictures, [](const Picture&, const LibrarySegments& run) {
+    images.push_back(Draw({1280, 1024}, num_parts, ++seed));
+  const auto series = TimeSegments(images, [](const NamedImage&, const LibrarySegments& run) {
     return static_cast<double>(run.num_contours());
   });
   return {"Image to line segments, pictures of 1280 x 1024", "contours", "ms", series.Both()};
@@ -77,15 +76,15 @@ Plot CostByContours() {
 Plot CostBySegments() {
   plain::SearchOptions options;
   options.search.accept_score = 101;
-  const Picture pattern{"bracket", plain::BracketPattern()};
+  const NamedImage pattern{"bracket", evaluation::BracketPattern()};
   PairOfSeries series;
   std::uint32_t seed = 0;
   for (const int num_parts : {2, 4, 8, 12, 16, 20, 26, 32, 40, 50}) {
-    const Picture scene = Draw({640, 480}, num_parts, ++seed);
+    const NamedImage scene = Draw({640, 480}, num_parts, ++seed);
     LibrarySegments segments;
     segments(scene);
     LibrarySearch ours(options);
-    PlainSearch theirs(options);
+    ReferenceSearch theirs(options);
     series.Add(segments.num_segments(), TimeInTurn([&] { return ours(pattern, scene); },
                                                    [&] { return theirs(pattern, scene); }));
   }

@@ -5,35 +5,21 @@
 #include "bench/stages.h"
 
 namespace orvandel::bench {
-namespace {
-
-template <typename Run>
-void Register(const Workload& workload, const char* name) {
-  benchmark::RegisterBenchmark(name,
-                               [&workload](benchmark::State& state) {
-                                 Run run;
-                                 TimePicturePasses(state, workload.pictures, run);
-                               })
-      ->UseManualTime()
-      ->Unit(benchmark::kMillisecond);
-}
-
-}  // namespace
-
 void RegisterImageToSegments(const Workload& workload) {
-  Register<LibrarySegments>(workload, "ImageToSegments/library");
-  Register<PlainSegments>(workload, "ImageToSegments/plain");
+  RegisterImagePasses("ImageToSegments/library", workload.images, [] { return LibrarySegments(); });
+  RegisterImagePasses("ImageToSegments/reference", workload.images,
+                      [] { return ReferenceSegments(); });
 }
 
 void CompareImageToSegments(const Workload& workload, RatioTable& table) {
   std::vector<RatioTable::Sample> samples;
-  for (const Picture& picture : workload.pictures) {
+  for (const NamedImage& input : workload.images) {
     LibrarySegments ours;
-    PlainSegments theirs;
-    samples.push_back({TimeInTurn([&] { return ours(picture); }, [&] { return theirs(picture); }),
-                       picture.Megapixels()});
+    ReferenceSegments theirs;
+    samples.push_back({TimeInTurn([&] { return ours(input); }, [&] { return theirs(input); }),
+                       input.Megapixels()});
   }
-  table.AddTimes("image to line segments", "plain form", "ms/megapixel", samples);
+  table.AddTimes("image to line segments", "reference form", "ms/megapixel", samples);
 }
 
 }  // namespace orvandel::bench

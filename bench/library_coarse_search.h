@@ -24,7 +24,7 @@ struct CoarseRun {
 /// the clock, the making of the spread orientation map inside.
 class LibraryCoarseSearch {
  public:
-  CoarseRun operator()(const Picture& pattern, const Picture& scene) {
+  CoarseRun operator()(const NamedImage& pattern, const NamedImage& scene) {
     Train(pattern);
     void* contours = scene_.get();
     PrepareContours(contours, image_.Restored(*scene.image), {});
@@ -45,7 +45,7 @@ class LibraryCoarseSearch {
   }
 
  private:
-  void Train(const Picture& pattern) {
+  void Train(const NamedImage& pattern) {
     if (trained_on_ == &pattern) return;
     trained_on_ = &pattern;
     PrepareContours(pattern_.get(), image_.Restored(*pattern.image), {});
@@ -56,7 +56,7 @@ class LibraryCoarseSearch {
   plain::ContourSet scene_{ctd_create()};
   SegmentModel model_;
   CLineExtracter scene_lines_;
-  const Picture* trained_on_ = nullptr;
+  const NamedImage* trained_on_ = nullptr;
   WorkingCopy image_;
 };
 

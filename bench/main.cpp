@@ -57,8 +57,7 @@ Options ReadOptions(int argc, char** argv) {
 
 Workload Load(const Options& options) {
   Workload workload;
-  workload.pictures =
-      options.pictures.empty() ? RenderedPictures() : ReadPictures(options.pictures);
+  workload.images = options.pictures.empty() ? RenderedImages() : ReadImages(options.pictures);
   workload.searches = options.suites.empty() ? RenderedSearches() : ReadSearches(options.suites);
   return workload;
 }

@@ -19,12 +19,12 @@ OpenCvCanny::OpenCvCanny() : outputs_(std::make_shared<Outputs>()) {
   cv::setNumThreads(1);
 }
 
-double OpenCvCanny::operator()(const Picture& picture) {
+double OpenCvCanny::operator()(const NamedImage& source) {
   constexpr double kLowThreshold = 50;
   constexpr double kHighThreshold = 100;
   constexpr int kAperture = 3;
   constexpr bool kL2Magnitude = true;
-  const tImage& image = *picture.image;
+  const tImage& image = *source.image;
   // The image library's rows lie at equal distances.
   const std::size_t row_bytes = image.height > 1
                                     ? static_cast<std::size_t>(image.row[1] - image.row[0])
@@ -44,7 +44,7 @@ namespace orvandel::bench {
 
 struct OpenCvCanny::Outputs {};
 OpenCvCanny::OpenCvCanny() = default;
-double OpenCvCanny::operator()(const Picture& /*picture*/) {
+double OpenCvCanny::operator()(const NamedImage& /*source*/) {
   return 0;
 }
 

@@ -19,7 +19,7 @@ class OpenCvCanny {
   OpenCvCanny();
 
   /// Returns the seconds that it took.
-  double operator()(const Picture& picture);
+  double operator()(const NamedImage& source);
 
  private:
   struct Outputs;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include <benchmark/benchmark.h>
 
 #include "bench/workload.h"
@@ -27,16 +30,44 @@ void TimePasses(benchmark::State& state, const Inputs& inputs, SecondsOfInput&& 
   state.counters["inputs"] = static_cast<double>(inputs.size());
 }
 
-/// As above over pictures, with the mean time per megapixel beside it.
-template <typename SecondsOfPicture>
-void TimePicturePasses(benchmark::State& state, const std::vector<Picture>& pictures,
-                       SecondsOfPicture&& seconds_of) {
-  TimePasses(state, pictures, [&](std::size_t i) { return seconds_of(pictures[i]); });
+/// As above over images, with the mean time per megapixel beside it.
+template <typename SecondsOfImage>
+void TimeImagePasses(benchmark::State& state, const std::vector<NamedImage>& images,
+                     SecondsOfImage&& seconds_of) {
+  TimePasses(state, images, [&](std::size_t i) { return seconds_of(images[i]); });
   double megapixels = 0;
-  for (const Picture& picture : pictures)
-    megapixels += picture.Megapixels();
+  for (const NamedImage& input : images)
+    megapixels += input.Megapixels();
   state.counters["ms_per_megapixel"] =
-      state.counters["ms_per_input"].value * static_cast<double>(pictures.size()) / megapixels;
+      state.counters["ms_per_input"].value * static_cast<double>(images.size()) / megapixels;
+}
+
+/// Registers a benchmark of passes over images, which outlive it. `make_run()` makes what times one
+/// image.
+template <typename MakeRun>
+void RegisterImagePasses(const std::string& name, const std::vector<NamedImage>& images,
+                         const MakeRun& make_run) {
+  benchmark::RegisterBenchmark(name.c_str(),
+                               [&images, make_run](benchmark::State& state) {
+                                 auto run = make_run();
+                                 TimeImagePasses(state, images, run);
+                               })
+      ->UseManualTime()
+      ->Unit(benchmark::kMillisecond);
+}
+
+/// As above over searches, timed by a `Run`.
+template <typename Run>
+void RegisterSearchPasses(const char* name, const std::vector<SearchCase>& searches) {
+  benchmark::RegisterBenchmark(name,
+                               [&searches](benchmark::State& state) {
+                                 Run run;
+                                 TimePasses(state, searches, [&](std::size_t i) {
+                                   return run(*searches[i].pattern, *searches[i].scene);
+                                 });
+                               })
+      ->UseManualTime()
+      ->Unit(benchmark::kMillisecond);
 }
 
 }  // namespace orvandel::bench

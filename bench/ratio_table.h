@@ -10,14 +10,14 @@ namespace orvandel::bench {
 /// The comparisons of one run as Markdown: a row for each pair of competitors.
 class RatioTable {
  public:
-  /// One picture or scene.
+  /// One image or scene.
   struct Sample {
     TimePair times;
     double units = 1;  ///< of work: megapixels, or 1 where time is told per call
   };
 
   /// @param work     what was done, e.g. "SubCanny, threshold 16".
-  /// @param against  whom it was compared with, e.g. "plain form".
+  /// @param against  whom it was compared with, e.g. "reference form".
   /// @param unit     of the times, e.g. "ms/megapixel".
   void AddTimes(const std::string& work, const std::string& against, const std::string& unit,
                 const std::vector<Sample>& samples);

@@ -7,21 +7,7 @@
 namespace orvandel::bench {
 namespace {
 
-template <typename Run>
-void Register(const Workload& workload, const char* name) {
-  benchmark::RegisterBenchmark(name,
-                               [&workload](benchmark::State& state) {
-                                 Run run;
-                                 TimePasses(state, workload.searches, [&](std::size_t i) {
-                                   const SearchCase& search = workload.searches[i];
-                                   return run(*search.pattern, *search.scene);
-                                 });
-                               })
-      ->UseManualTime()
-      ->Unit(benchmark::kMillisecond);
-}
-
-bool HasUsualSize(const Picture& scene) {
+bool HasUsualSize(const NamedImage& scene) {
   return scene.image->width == 640 && scene.image->height == 480;
 }
 
@@ -30,28 +16,28 @@ template <typename Accept>
 void AddRow(const Workload& workload, const std::string& work, const Accept& accept,
             RatioTable& table) {
   LibrarySearch ours;
-  PlainSearch theirs;
+  ReferenceSearch theirs;
   std::vector<RatioTable::Sample> samples;
   for (const SearchCase& search : workload.searches) {
     if (!accept(*search.scene)) continue;
     samples.push_back({TimeInTurn([&] { return ours(*search.pattern, *search.scene); },
                                   [&] { return theirs(*search.pattern, *search.scene); })});
   }
-  if (!samples.empty()) table.AddTimes(work, "plain form", "ms", samples);
+  if (!samples.empty()) table.AddTimes(work, "reference form", "ms", samples);
 }
 
 }  // namespace
 
 void RegisterSearch(const Workload& workload) {
-  Register<LibrarySearch>(workload, "LookForIt/library");
-  Register<PlainSearch>(workload, "LookForIt/plain");
+  RegisterSearchPasses<LibrarySearch>("LookForIt/library", workload.searches);
+  RegisterSearchPasses<ReferenceSearch>("LookForIt/reference", workload.searches);
 }
 
 void CompareSearch(const Workload& workload, RatioTable& table) {
   AddRow(workload, "`LookForIt`, 640 x 480", HasUsualSize, table);
   AddRow(
       workload, "`LookForIt`, other sizes",
-      [](const Picture& scene) { return !HasUsualSize(scene); }, table);
+      [](const NamedImage& scene) { return !HasUsualSize(scene); }, table);
 }
 
 }  // namespace orvandel::bench

@@ -6,7 +6,7 @@
 #include "orvandel/classic/qrsis.h"
 #include "tests/plain/pattern_search.h"
 
-// Searches of one trained pattern, the library's way and the plain one. Training is outside the
+// Searches of one trained pattern, the library's way and the reference form's. Training is outside the
 // clock, and done again only when the pattern changes.
 namespace orvandel::bench {
 
@@ -20,7 +20,7 @@ class LibrarySearch {
     search_.SetTimeOutValue(options.search.timeout_us);
   }
 
-  double operator()(const Picture& pattern, const Picture& scene) {
+  double operator()(const NamedImage& pattern, const NamedImage& scene) {
     if (trained_on_ != &pattern) search_.TrainIt(image_.Restored(*pattern.image));
     trained_on_ = &pattern;
     tImage* image = image_.Restored(*scene.image);
@@ -29,15 +29,15 @@ class LibrarySearch {
 
  private:
   QRSIS search_;
-  const Picture* trained_on_ = nullptr;
+  const NamedImage* trained_on_ = nullptr;
   WorkingCopy image_;
 };
 
-class PlainSearch {
+class ReferenceSearch {
  public:
-  explicit PlainSearch(const plain::SearchOptions& options = {}) : options_(options) {}
+  explicit ReferenceSearch(const plain::SearchOptions& options = {}) : options_(options) {}
 
-  double operator()(const Picture& pattern, const Picture& scene) {
+  double operator()(const NamedImage& pattern, const NamedImage& scene) {
     if (trained_on_ != &pattern)
       plain::Train(trained_, image_.Restored(*pattern.image), options_.crawl);
     trained_on_ = &pattern;
@@ -49,7 +49,7 @@ class PlainSearch {
   plain::SearchOptions options_;
   plain::Pattern trained_;
   plain::ContourSet scene_{ctd_create()};
-  const Picture* trained_on_ = nullptr;
+  const NamedImage* trained_on_ = nullptr;
   WorkingCopy image_;
 };
 

@@ -12,15 +12,15 @@
 #include "tests/plain/line_extraction.h"
 #include "tests/plain/pattern_search.h"
 
-// From an image to line segments, the library's way and the plain one, with the parameters that
-// searches have by default. Buffers stay from run to run, those of each picture size by themselves.
+// From an image to line segments, the library's way and the reference form's, with the parameters that
+// searches have by default. Buffers stay from run to run, those of each image size by themselves.
 namespace orvandel::bench {
 
 class LibrarySegments {
  public:
-  double operator()(const Picture& picture) {
-    Buffers& buffers = buffers_[{picture.image->width, picture.image->height}];
-    tImage* image = buffers.image.Restored(*picture.image);
+  double operator()(const NamedImage& input) {
+    Buffers& buffers = buffers_[{input.image->width, input.image->height}];
+    tImage* image = buffers.image.Restored(*input.image);
     void* set = buffers.contours.get();
     const double seconds = SecondsOf([&] {
       PrepareContours(set, image, {});
@@ -31,7 +31,7 @@ class LibrarySegments {
     return seconds;
   }
 
-  /// Of the last picture.
+  /// Of the last image.
   int num_contours() const { return num_contours_; }
   int num_segments() const { return num_segments_; }
 
@@ -46,11 +46,11 @@ class LibrarySegments {
   int num_segments_ = 0;
 };
 
-class PlainSegments {
+class ReferenceSegments {
  public:
-  double operator()(const Picture& picture) {
-    Buffers& buffers = buffers_[{picture.image->width, picture.image->height}];
-    tImage* image = buffers.image.Restored(*picture.image);
+  double operator()(const NamedImage& input) {
+    Buffers& buffers = buffers_[{input.image->width, input.image->height}];
+    tImage* image = buffers.image.Restored(*input.image);
     void* set = buffers.contours.get();
     return SecondsOf([&] {
       plain::PrepareContours(set, image, {});

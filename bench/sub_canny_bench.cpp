@@ -1,4 +1,4 @@
-// The edge detector, beside its plain form and OpenCV's Canny.
+// The edge detector, beside its reference form and OpenCV's Canny.
 
 #include <map>
 #include <memory>
@@ -19,15 +19,15 @@ namespace {
 constexpr int kThresholds[] = {16, 32};
 constexpr char kUnit[] = "ms/megapixel";
 
-/// A detector with a working image and an edge record for each size of picture, as a host has them
+/// A detector with a working image and an edge record for each size of image, as a host has them
 /// for its camera.
 template <typename Detect>
 class DetectorRun {
  public:
   explicit DetectorRun(Detect detect) : detect_(std::move(detect)) {}
 
-  double operator()(const Picture& picture) {
-    const tImage& original = *picture.image;
+  double operator()(const NamedImage& input) {
+    const tImage& original = *input.image;
     Buffers& buffers = buffers_[{original.width, original.height}];
     tImage* image = buffers.image.Restored(original);
     buffers.edges.SetSize(original.width, original.height);
@@ -48,27 +48,16 @@ auto LibraryRun(int threshold) {
       [threshold](tImage* image, CEdgeImgComplement* edges) { SubCanny(image, threshold, edges); });
 }
 
-auto PlainRun(int threshold) {
+auto ReferenceRun(int threshold) {
   return DetectorRun([threshold](tImage* image, CEdgeImgComplement* edges) {
     plain::SubCanny(image, threshold, edges);
   });
 }
 
-template <typename MakeRun>
-void Register(const Workload& workload, const std::string& name, const MakeRun& make_run) {
-  benchmark::RegisterBenchmark(name.c_str(),
-                               [&workload, make_run](benchmark::State& state) {
-                                 auto run = make_run();
-                                 TimePicturePasses(state, workload.pictures, run);
-                               })
-      ->UseManualTime()
-      ->Unit(benchmark::kMillisecond);
-}
-
 template <typename Ours, typename Theirs>
-RatioTable::Sample Compare(const Picture& picture, Ours ours, Theirs theirs) {
-  return {TimeInTurn([&] { return ours(picture); }, [&] { return theirs(picture); }),
-          picture.Megapixels()};
+RatioTable::Sample Compare(const NamedImage& input, Ours ours, Theirs theirs) {
+  return {TimeInTurn([&] { return ours(input); }, [&] { return theirs(input); }),
+          input.Megapixels()};
 }
 
 }  // namespace
@@ -76,25 +65,28 @@ RatioTable::Sample Compare(const Picture& picture, Ours ours, Theirs theirs) {
 void RegisterSubCanny(const Workload& workload) {
   for (const int threshold : kThresholds) {
     const std::string suffix = "/threshold:" + std::to_string(threshold);
-    Register(workload, "SubCanny/library" + suffix, [threshold] { return LibraryRun(threshold); });
-    Register(workload, "SubCanny/plain" + suffix, [threshold] { return PlainRun(threshold); });
+    RegisterImagePasses("SubCanny/library" + suffix, workload.images,
+                        [threshold] { return LibraryRun(threshold); });
+    RegisterImagePasses("SubCanny/reference" + suffix, workload.images,
+                        [threshold] { return ReferenceRun(threshold); });
   }
-  if (kHasOpenCv) Register(workload, "Canny/OpenCV", [] { return OpenCvCanny(); });
+  if (kHasOpenCv)
+    RegisterImagePasses("Canny/OpenCV", workload.images, [] { return OpenCvCanny(); });
 }
 
 void CompareSubCanny(const Workload& workload, RatioTable& table) {
   for (const int threshold : kThresholds) {
-    std::vector<RatioTable::Sample> against_plain;
+    std::vector<RatioTable::Sample> against_reference;
     std::vector<RatioTable::Sample> against_opencv;
-    for (const Picture& picture : workload.pictures) {
-      against_plain.push_back(Compare(picture, LibraryRun(threshold), PlainRun(threshold)));
+    for (const NamedImage& input : workload.images) {
+      against_reference.push_back(Compare(input, LibraryRun(threshold), ReferenceRun(threshold)));
       if (kHasOpenCv) {
-        against_opencv.push_back(Compare(picture, LibraryRun(threshold), OpenCvCanny()));
+        against_opencv.push_back(Compare(input, LibraryRun(threshold), OpenCvCanny()));
       }
     }
     const std::string work = "`SubCanny`, threshold " + std::to_string(threshold);
     if (kHasOpenCv) table.AddTimes(work, "OpenCV's Canny", kUnit, against_opencv);
-    table.AddTimes(work, "plain form", kUnit, against_plain);
+    table.AddTimes(work, "reference form", kUnit, against_reference);
   }
 }
 

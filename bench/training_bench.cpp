@@ -4,21 +4,21 @@
 #include "bench/stages.h"
 #include "bench/stopwatch.h"
 #include "bench/working_copy.h"
+#include "evaluation/cluttered_scenes.h"
 #include "orvandel/classic/qrsis.h"
-#include "tests/plain/cluttered_scenes.h"
 #include "tests/plain/pattern_search.h"
 
 namespace orvandel::bench {
 namespace {
 
 /// The bracket among a few parts, differently each time: 200 x 200 pixels with much to learn.
-const std::vector<Picture>& Patterns() {
-  static const std::vector<Picture> patterns = [] {
+const std::vector<NamedImage>& Patterns() {
+  static const std::vector<NamedImage> patterns = [] {
     constexpr std::uint32_t kNumPatterns = 8;
-    std::vector<Picture> drawn;
+    std::vector<NamedImage> drawn;
     for (std::uint32_t seed = 1; seed <= kNumPatterns; ++seed) {
       drawn.push_back(
-          {"pattern " + std::to_string(seed), plain::Render({{200, 200}, 3, 1.5, seed})});
+          {"pattern " + std::to_string(seed), evaluation::Render({{200, 200}, 3, 1.5, seed})});
     }
     return drawn;
   }();
@@ -28,7 +28,7 @@ const std::vector<Picture>& Patterns() {
 class LibraryTraining {
  public:
   LibraryTraining() { search_.Initialize(); }
-  double operator()(const Picture& pattern) {
+  double operator()(const NamedImage& pattern) {
     tImage* image = image_.Restored(*pattern.image);
     return SecondsOf([&] { search_.TrainIt(image); });
   }
@@ -38,9 +38,9 @@ class LibraryTraining {
   WorkingCopy image_;
 };
 
-class PlainTraining {
+class ReferenceTraining {
  public:
-  double operator()(const Picture& pattern) {
+  double operator()(const NamedImage& pattern) {
     tImage* image = image_.Restored(*pattern.image);
     // The library keeps a copy of the pattern, which is part of its work.
     return SecondsOf([&] {
@@ -55,32 +55,21 @@ class PlainTraining {
   WorkingCopy image_;
 };
 
-template <typename Run>
-void Register(const char* name) {
-  benchmark::RegisterBenchmark(name,
-                               [](benchmark::State& state) {
-                                 Run run;
-                                 TimePicturePasses(state, Patterns(), run);
-                               })
-      ->UseManualTime()
-      ->Unit(benchmark::kMillisecond);
-}
-
 }  // namespace
 
 void RegisterTraining() {
-  Register<LibraryTraining>("TrainIt/library");
-  Register<PlainTraining>("TrainIt/plain");
+  RegisterImagePasses("TrainIt/library", Patterns(), [] { return LibraryTraining(); });
+  RegisterImagePasses("TrainIt/reference", Patterns(), [] { return ReferenceTraining(); });
 }
 
 void CompareTraining(RatioTable& table) {
   LibraryTraining ours;
-  PlainTraining theirs;
+  ReferenceTraining theirs;
   std::vector<RatioTable::Sample> samples;
-  for (const Picture& pattern : Patterns()) {
+  for (const NamedImage& pattern : Patterns()) {
     samples.push_back({TimeInTurn([&] { return ours(pattern); }, [&] { return theirs(pattern); })});
   }
-  table.AddTimes("`TrainIt`, 200 x 200", "plain form", "ms", samples);
+  table.AddTimes("`TrainIt`, 200 x 200", "reference form", "ms", samples);
 }
 
 }  // namespace orvandel::bench

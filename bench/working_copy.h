@@ -7,7 +7,7 @@
 
 namespace orvandel::bench {
 
-/// An image that is used up again and again. Its memory stays the same, as that of a host's camera
+/// An image that is overwritten again and again. Its memory stays the same, as that of a host's camera
 /// buffer does, so that no run pays for fresh pages.
 class WorkingCopy {
  public:

@@ -6,16 +6,16 @@
 #include <map>
 #include <stdexcept>
 
+#include "evaluation/cluttered_scenes.h"
 #include "evaluation/image_file.h"
 #include "evaluation/manifest.h"
 #include "evaluation/paths.h"
-#include "tests/plain/cluttered_scenes.h"
 
 namespace orvandel::bench {
 namespace {
 
-using plain::ClutteredScene;
-using SharedPicture = std::shared_ptr<const Picture>;
+using evaluation::ClutteredScene;
+using SharedImage = std::shared_ptr<const NamedImage>;
 
 std::string NameOf(const ClutteredScene& scene) {
   return std::to_string(scene.size.width) + " x " + std::to_string(scene.size.height) + ", " +
@@ -24,9 +24,9 @@ std::string NameOf(const ClutteredScene& scene) {
          std::to_string(scene.seed);
 }
 
-SharedPicture Share(std::string name, ImagePtr image) {
+SharedImage Share(std::string name, ImagePtr image) {
   if (!image) throw std::runtime_error("no memory for " + name);
-  return std::make_shared<const Picture>(Picture{std::move(name), std::move(image)});
+  return std::make_shared<const NamedImage>(NamedImage{std::move(name), std::move(image)});
 }
 
 /// Paths in order, so that every run measures in the same one.
@@ -44,25 +44,25 @@ std::vector<std::filesystem::path> FilesBelow(const std::string& folder, const A
 
 }  // namespace
 
-std::vector<Picture> RenderedPictures() {
+std::vector<NamedImage> RenderedImages() {
   constexpr render::Size kSizes[] = {{512, 384}, {640, 480}, {1280, 1024}, {2000, 1500}};
-  std::vector<Picture> pictures;
+  std::vector<NamedImage> images;
   std::uint32_t seed = 0;
   for (const render::Size size : kSizes) {
-    const int usual = plain::PartsForSize(size);
+    const int usual = evaluation::PartsForSize(size);
     for (const int num_parts : {std::max(usual / 4, 1), usual, 3 * usual}) {
       for (const double noise_sigma : {0.0, 3.0, 8.0}) {
         const ClutteredScene scene{size, num_parts, noise_sigma, ++seed};
-        pictures.push_back({NameOf(scene), Render(scene)});
+        images.push_back({NameOf(scene), Render(scene)});
       }
     }
   }
-  return pictures;
+  return images;
 }
 
 std::vector<SearchCase> RenderedSearches() {
   constexpr std::uint32_t kNumScenes = 60;
-  const SharedPicture pattern = Share("bracket", plain::BracketPattern());
+  const SharedImage pattern = Share("bracket", evaluation::BracketPattern());
   std::vector<SearchCase> cases;
   for (std::uint32_t i = 0; i < kNumScenes; ++i) {
     const ClutteredScene scene{{640, 480}, static_cast<int>(4 + 5 * (i % 6)), 1.0 + i % 5, 100 + i};
@@ -71,18 +71,18 @@ std::vector<SearchCase> RenderedSearches() {
   return cases;
 }
 
-std::vector<Picture> ReadPictures(const std::string& folder) {
-  std::vector<Picture> pictures;
+std::vector<NamedImage> ReadImages(const std::string& folder) {
+  std::vector<NamedImage> images;
   for (const auto& file : FilesBelow(folder, [](const auto& p) { return p.extension() == ".png"; }))
-    pictures.push_back({evaluation::Utf8FromPath(file.filename()),
-                        evaluation::ReadImage(evaluation::Utf8FromPath(file)).image});
-  return pictures;
+    images.push_back({evaluation::Utf8FromPath(file.filename()),
+                      evaluation::ReadImage(evaluation::Utf8FromPath(file)).image});
+  return images;
 }
 
 std::vector<SearchCase> ReadSearches(const std::string& folder) {
-  std::map<std::string, SharedPicture> read;
-  const auto picture = [&](const std::string& path) {
-    SharedPicture& shared = read[path];
+  std::map<std::string, SharedImage> read;
+  const auto input = [&](const std::string& path) {
+    SharedImage& shared = read[path];
     if (!shared) shared = Share(path, evaluation::ReadImage(path).image);
     return shared;
   };
@@ -91,7 +91,7 @@ std::vector<SearchCase> ReadSearches(const std::string& folder) {
        FilesBelow(folder, [](const auto& p) { return p.filename() == "manifest.csv"; })) {
     const evaluation::Suite suite = evaluation::ReadSuite(evaluation::Utf8FromPath(file));
     for (const evaluation::TestCase& test : suite.cases)
-      cases.push_back({suite.name + "/" + test.name, picture(test.pattern), picture(test.scene)});
+      cases.push_back({suite.name + "/" + test.name, input(test.pattern), input(test.scene)});
   }
   std::stable_sort(cases.begin(), cases.end(), [](const SearchCase& a, const SearchCase& b) {
     return a.pattern->name < b.pattern->name;

@@ -1,28 +1,38 @@
 #pragma once
 
-#include <memory>
 #include <vector>
 
 #include "base/geometry.h"
 #include "cli/image_input.h"
 #include "cli/search_options.h"
-#include "orvandel/classic/ctd.h"
+#include "contours/contour_handle.h"
+#include "orvandel/classic/crawler.h"
 
 namespace orvandel::cli {
 
-struct ContourSetDeleter {
-  void operator()(void* handle) const { ctd_delete(handle); }
-};
-/// A `ctd_` handle that releases itself; `get()` is the handle.
-using ContourSet = std::unique_ptr<void, ContourSetDeleter>;
+/// The options with an estimate from the image for `kEstimateThreshold`.
+CrawlOptions WithThreshold(const CrawlOptions& options, const ImageFile& file);
 
-/// The contours of a picture.
+/// An empty set. Throws std::bad_alloc when memory is short.
+ContourHandle NewContourSet();
+
+/// The contours of an image.
 ///
 /// @param raw  as they are followed, instead of smoothed, evenly spaced and largest first as
 ///             training and search use them.
-ContourSet FindContours(const ImageFile& picture, const ContourOptions& options, bool raw);
+ContourHandle FindContours(const ImageFile& file, const CrawlOptions& options, bool raw);
 
-/// The points of one contour of a `ctd_` handle, in order.
-std::vector<Point> ContourPoints(void* contours, int i);
+inline CCrawler& FieldsOf(const ContourHandle& set) {
+  return *static_cast<CCrawler*>(set.get());
+}
+
+/// One contour, to be drawn or listed.
+struct Polyline {
+  std::vector<Point> points;
+  bool is_closed = false;
+};
+
+/// The contours of a set, in its order.
+std::vector<Polyline> PolylinesOf(const ContourHandle& set);
 
 }  // namespace orvandel::cli

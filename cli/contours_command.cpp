@@ -17,7 +17,6 @@
 #include "cli/report.h"
 #include "cli/tool_error.h"
 #include "evaluation/number_text.h"
-#include "orvandel/classic/crawler.h"
 
 namespace orvandel::cli {
 
@@ -41,7 +40,7 @@ Examples:
 
 struct ContoursArguments {
   std::string image;
-  ContourOptions contour;
+  CrawlOptions crawl;
   bool raw = false;
   bool all = false;
   bool csv = false;
@@ -67,75 +66,76 @@ Extent ExtentOf(const std::vector<Point>& points) {
   return extent;
 }
 
-void PrintCsv(void* contours, Report& report) {
+void PrintCsv(const std::vector<Polyline>& contours, Report& report) {
   report.Print("contour,points,closed,min_x,min_y,max_x,max_y\n");
-  for (int i = 0; i < ctd_contour_count(contours); ++i) {
-    const Extent e = ExtentOf(ContourPoints(contours, i));
-    report.Print(fmt::format("{},{},{},{},{},{},{}\n", i, ctd_contour_size(contours, i),
-                             ctd_contour_closed(contours, i), Fixed(e.least.x, 3),
-                             Fixed(e.least.y, 3), Fixed(e.most.x, 3), Fixed(e.most.y, 3)));
+  for (std::size_t i = 0; i < contours.size(); ++i) {
+    const auto& [points, is_closed] = contours[i];
+    const Extent e = ExtentOf(points);
+    report.Print(fmt::format("{},{},{},{},{},{},{}\n", i, points.size(), is_closed ? 1 : 0,
+                             Fixed(e.least.x, 3), Fixed(e.least.y, 3), Fixed(e.most.x, 3),
+                             Fixed(e.most.y, 3)));
   }
 }
 
-void PrintTable(void* contours, int num_rows, Report& report) {
+void PrintTable(const std::vector<Polyline>& contours, std::size_t num_rows, Report& report) {
   report.Print(
       fmt::format("\n{:>7}  {:>7}  {:6}  {:>19}  {:>19}\n", "contour", "points", "", "x", "y"));
-  for (int i = 0; i < num_rows; ++i) {
-    const Extent e = ExtentOf(ContourPoints(contours, i));
-    report.Print(fmt::format(
-        "{:>7}  {:>7}  {:6}  {:>8} - {:>8}  {:>8} - {:>8}\n", i, ctd_contour_size(contours, i),
-        ctd_contour_closed(contours, i) != 0 ? "closed" : "open", Fixed(e.least.x, 2),
-        Fixed(e.most.x, 2), Fixed(e.least.y, 2), Fixed(e.most.y, 2)));
+  for (std::size_t i = 0; i < num_rows; ++i) {
+    const auto& [points, is_closed] = contours[i];
+    const Extent e = ExtentOf(points);
+    report.Print(fmt::format("{:>7}  {:>7}  {:6}  {:>8} - {:>8}  {:>8} - {:>8}\n", i, points.size(),
+                             is_closed ? "closed" : "open", Fixed(e.least.x, 2), Fixed(e.most.x, 2),
+                             Fixed(e.least.y, 2), Fixed(e.most.y, 2)));
   }
 }
 
-void PrintText(void* contours, bool all, Report& report) {
-  constexpr int kFewRows = 20;
-  const int num_contours = ctd_contour_count(contours);
-  const int num_rows = all ? num_contours : std::min(num_contours, kFewRows);
-  report.Print(fmt::format("{} contours of {} points, edge threshold {}\n", num_contours,
-                           ctd_point_count(contours),
-                           static_cast<const CCrawler*>(contours)->edge_threshold));
+void PrintText(const ContourHandle& set, bool all, Report& report) {
+  constexpr std::size_t kFewRows = 20;
+  const std::vector<Polyline> contours = PolylinesOf(set);
+  const std::size_t num_rows = all ? contours.size() : std::min(contours.size(), kFewRows);
+  report.Print(fmt::format("{} contours of {} points, edge threshold {}\n", contours.size(),
+                           ctd_point_count(set.get()), FieldsOf(set).edge_threshold));
   if (num_rows > 0) PrintTable(contours, num_rows, report);
-  if (num_rows < num_contours)
-    report.Print(fmt::format("... and {} more (--all)\n", num_contours - num_rows));
+  if (num_rows < contours.size())
+    report.Print(fmt::format("... and {} more (--all)\n", contours.size() - num_rows));
 }
 
-void Draw(const ImageFile& picture, void* contours, const DrawOptions& options) {
+void Draw(const ImageFile& file, const ContourHandle& set, const DrawOptions& options) {
   constexpr double kLineWidth = 1.3;
-  Canvas canvas = DarkenedCanvas(picture, options);
-  for (int i = 0; i < ctd_contour_count(contours); ++i)
-    canvas.DrawPolyline(ContourPoints(contours, i), /*closed=*/false, kLineWidth,
-                        DistinctColour(i));
+  Canvas canvas = DarkenedCanvas(file, options);
+  int num_drawn = 0;
+  for (const Polyline& contour : PolylinesOf(set))
+    canvas.DrawPolyline(contour.points, /*closed=*/false, kLineWidth, DistinctColour(num_drawn++));
   WriteFile(options.file, canvas.EncodePng());
 }
 
-void WriteFiles(const ImageFile& picture, void* contours, const ContoursArguments& arguments) {
+void WriteFiles(const ImageFile& file, const ContourHandle& set,
+                const ContoursArguments& arguments) {
   if (!arguments.save_file.empty())
     WriteFile(arguments.save_file,
-              BytesWritten([contours](const char* path) { return ctd_save(contours, path); }));
-  if (!arguments.dump_file.empty()) WriteFile(arguments.dump_file, ListContours(contours));
-  if (arguments.draw.IsWanted()) Draw(picture, contours, arguments.draw);
+              BytesWritten([&set](const char* path) { return ctd_save(set.get(), path); }));
+  if (!arguments.dump_file.empty()) WriteFile(arguments.dump_file, ListContours(set.get()));
+  if (arguments.draw.IsWanted()) Draw(file, set, arguments.draw);
 }
 
 int Run(const ContoursArguments& arguments) {
-  CheckOptions(arguments.contour);
-  const ImageFile picture = ReadImage(arguments.image);
-  if (arguments.verbose) NoteConversion(picture);
-  const ContourSet contours = FindContours(picture, arguments.contour, arguments.raw);
-  WriteFiles(picture, contours.get(), arguments);
+  CheckOptions(arguments.crawl);
+  const ImageFile file = ReadImage(arguments.image);
+  if (arguments.verbose) NoteConversion(file);
+  const ContourHandle set = FindContours(file, arguments.crawl, arguments.raw);
+  WriteFiles(file, set, arguments);
   Report report(arguments.output);
   if (arguments.csv)
-    PrintCsv(contours.get(), report);
+    PrintCsv(PolylinesOf(set), report);
   else
-    PrintText(contours.get(), arguments.all, report);
+    PrintText(set, arguments.all, report);
   report.Finish();
   return kExitSuccess;
 }
 
 void AddOptions(CLI::App& app, ContoursArguments& arguments) {
   app.add_option("IMAGE", arguments.image, "The picture to look at.")->required();
-  AddContourOptions(app, arguments.contour);
+  AddContourOptions(app, arguments.crawl);
   app.add_flag("--raw", arguments.raw,
                "The contours as they are followed: not smoothed, spaced or sorted.");
   app.add_flag("--all", arguments.all, "List every contour, not the first 20 only.")

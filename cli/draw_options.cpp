@@ -37,13 +37,13 @@ void AddDrawOptions(CLI::App& app, DrawOptions& options, const std::string& what
       ->group("Output");
 }
 
-Canvas DarkenedCanvas(const ImageFile& picture, const DrawOptions& options) {
+Canvas DarkenedCanvas(const ImageFile& file, const DrawOptions& options) {
   constexpr double kBrightness = 0.45;
-  const int longer_side = std::max(picture.image->width, picture.image->height);
+  const int longer_side = std::max(file.image->width, file.image->height);
   if (longer_side > evaluation::kMaxImageSide / options.zoom)
-    throw FileError(picture.path,
+    throw FileError(file.path,
                     fmt::format("too large to be drawn {} times larger (--zoom)", options.zoom));
-  return Canvas(*picture.image, options.zoom, kBrightness);
+  return Canvas(*file.image, options.zoom, kBrightness);
 }
 
 }  // namespace orvandel::cli

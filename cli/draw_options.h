@@ -14,18 +14,18 @@ namespace orvandel::cli {
 /// What the commands that show what the library sees draw, and where.
 struct DrawOptions {
   std::string file;  ///< PNG; empty for none
-  int zoom = 1;      ///< canvas pixels a picture pixel
+  int zoom = 1;      ///< canvas pixels an image pixel
 
   bool IsWanted() const { return !file.empty(); }
 };
 
 /// Adds --draw and --zoom; `options` must live as long as `app`.
 ///
-/// @param what  is drawn over the darkened picture, for the help.
+/// @param what  is drawn over the darkened image, for the help.
 void AddDrawOptions(CLI::App& app, DrawOptions& options, const std::string& what);
 
-/// The picture, darkened so that colours stand out, to draw on. Throws FileError when it would be
-/// larger than pictures may be.
-Canvas DarkenedCanvas(const ImageFile& picture, const DrawOptions& options);
+/// The image, darkened so that colours stand out, to draw on. Throws FileError when it would be
+/// larger than images may be.
+Canvas DarkenedCanvas(const ImageFile& file, const DrawOptions& options);
 
 }  // namespace orvandel::cli

@@ -69,7 +69,7 @@ Command AddEvaluateCommand(CLI::App& program) {
                                 {kAbout, kUsage, kFooter});
   AddOptions(app, *arguments);
   const auto run = [arguments] {
-    CheckOptions(arguments->search.contour);
+    CheckOptions(arguments->search.crawl);
     return Evaluate(*arguments);
   };
   return {&app, run};

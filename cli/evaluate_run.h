@@ -14,7 +14,7 @@ struct EvaluateArguments {
   bool csv = false;        ///< instead of an aligned table
   std::string output;      ///< file for the table; empty for standard output
   std::string cases_file;  ///< CSV file with a line per case; empty for none
-  std::string overlay;     ///< folder for overlay pictures; empty for none
+  std::string overlay;     ///< folder for overlay images; empty for none
 };
 
 /// Searches all suites and prints the table.

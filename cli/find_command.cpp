@@ -59,7 +59,7 @@ Examples:
   orvandel find --knowledge part shots/*.png --json --timeout 20ms)";
 
 struct FindArguments {
-  std::vector<std::string> pictures;
+  std::vector<std::string> images;
   std::string knowledge;
   std::optional<Rectangle> pattern_rect;
   SearchOptions search;
@@ -71,20 +71,20 @@ struct FindArguments {
 
   bool HasKnowledge() const { return !knowledge.empty(); }
   std::string PatternPath() const {
-    return HasKnowledge() ? KnowledgeFile(knowledge) : pictures.front();
+    return HasKnowledge() ? KnowledgeFile(knowledge) : images.front();
   }
   std::vector<std::string> Scenes() const {
-    return {pictures.begin() + (HasKnowledge() ? 0 : 1), pictures.end()};
+    return {images.begin() + (HasKnowledge() ? 0 : 1), images.end()};
   }
 };
 
 void CheckArguments(const FindArguments& arguments) {
-  CheckOptions(arguments.search.contour);
+  CheckOptions(arguments.search.crawl);
   if (arguments.HasKnowledge() && arguments.pattern_rect)
     throw UsageError(
         "--pattern-rect cuts the pattern out of a PATTERN picture and does not go with "
         "--knowledge; give it to `orvandel train`");
-  if (!arguments.HasKnowledge() && arguments.pictures.empty())
+  if (!arguments.HasKnowledge() && arguments.images.empty())
     throw UsageError("PATTERN is missing: give the pattern picture, or --knowledge NAME");
   if (arguments.Scenes().empty())
     throw UsageError(arguments.HasKnowledge()
@@ -97,7 +97,7 @@ void Learn(const FindArguments& arguments, PatternFinder& finder) {
   ImageFile pattern = ReadImage(arguments.PatternPath());
   if (arguments.verbose) NoteConversion(pattern);
   if (arguments.pattern_rect) pattern = CutOut(pattern, *arguments.pattern_rect);
-  finder.Train(pattern);
+  finder.Train(std::move(pattern));
 }
 
 std::unique_ptr<FindReport> MakeReport(const FindArguments& arguments, const FindContext& context,
@@ -140,16 +140,16 @@ class FindRun {
 
  private:
   SceneOutcome LookIn(const std::string& scene) {
-    ImageFile picture;
+    ImageFile file;
     try {
-      picture = ReadImage(scene);
+      file = ReadImage(scene);
     } catch (const FileError& error) {
       return {scene, std::nullopt, error.what()};
     }
-    if (arguments_.verbose) NoteConversion(picture);
-    if (arguments_.overlay.empty()) return {scene, finder_.Find(std::move(picture.image)), ""};
-    const FindResult result = finder_.Find(CopyOf(picture));
-    DrawOverlay(picture, result);
+    if (arguments_.verbose) NoteConversion(file);
+    if (arguments_.overlay.empty()) return {scene, finder_.Find(std::move(file.image)), ""};
+    const FindResult result = finder_.Find(CopyOf(file));
+    DrawOverlay(file, result);
     return {scene, result, ""};
   }
 
@@ -178,7 +178,7 @@ class FindRun {
 };
 
 void AddOptions(CLI::App& app, FindArguments& arguments) {
-  app.add_option("PICTURES", arguments.pictures,
+  app.add_option("PICTURES", arguments.images,
                  "The pattern picture first, then the scenes to look in. BMP, PNG, JPEG, PGM and "
                  "PPM are read; colour becomes grey.")
       ->option_text(" ");

@@ -32,12 +32,12 @@ Json PatternObject(const FindContext& context) {
 
 Json OptionsObject(const SearchOptions& options, int edge_threshold) {
   return {{"edge_threshold", edge_threshold},
-          {"min_contour", options.contour.min_contour},
-          {"max_contour", options.contour.max_contour},
-          {"accept_score", options.accept_score},
-          {"min_scale", options.min_scale},
-          {"max_scale", options.max_scale},
-          {"timeout_ms", options.timeout_us / 1000.0}};
+          {"min_contour", options.crawl.min_size},
+          {"max_contour", options.crawl.max_size},
+          {"accept_score", static_cast<int>(options.search.accept_score)},
+          {"min_scale", options.search.min_scale},
+          {"max_scale", options.search.max_scale},
+          {"timeout_ms", options.search.timeout_us / 1000.0}};
 }
 
 class JsonReport : public FindReport {

@@ -42,7 +42,7 @@ std::size_t NumCharacters(const std::string& text) {
 class TextReport : public FindReport {
  public:
   TextReport(const FindContext& context, Report& report)
-      : report_(report), timeout_ms_(context.options.timeout_us / 1000.0) {
+      : report_(report), timeout_ms_(context.options.search.timeout_us / 1000.0) {
     for (const std::string& scene : context.scenes)
       scene_width_ = std::max(scene_width_, NumCharacters(scene));
     PrintRow({"scene", "status", "x", "y", "angle deg", "angle rad", "scale", "score", "time ms"});

@@ -46,7 +46,7 @@ Examples:
 
 struct LinesArguments {
   std::string image;
-  ContourOptions contour;
+  CrawlOptions crawl;
   bool csv = false;
   std::string output;
   DrawOptions draw;
@@ -92,12 +92,12 @@ void PrintText(const std::vector<CLineSegment>& lines, Report& report) {
   }
 }
 
-void Draw(const ImageFile& picture, void* contours, const std::vector<CLineSegment>& lines,
+void Draw(const ImageFile& file, const ContourHandle& set, const std::vector<CLineSegment>& lines,
           const DrawOptions& options) {
   constexpr Colour kContourColour{120, 120, 120};
-  Canvas canvas = DarkenedCanvas(picture, options);
-  for (int i = 0; i < ctd_contour_count(contours); ++i)
-    canvas.DrawPolyline(ContourPoints(contours, i), /*closed=*/false, 1.0, kContourColour);
+  Canvas canvas = DarkenedCanvas(file, options);
+  for (const Polyline& contour : PolylinesOf(set))
+    canvas.DrawPolyline(contour.points, /*closed=*/false, 1.0, kContourColour);
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const Colour colour = DistinctColour(static_cast<int>(i));
     canvas.DrawLine(StartOf(lines[i]), EndOf(lines[i]), 2.0, colour);
@@ -108,14 +108,14 @@ void Draw(const ImageFile& picture, void* contours, const std::vector<CLineSegme
 }
 
 int Run(const LinesArguments& arguments) {
-  CheckOptions(arguments.contour);
-  const ImageFile picture = ReadImage(arguments.image);
-  if (arguments.verbose) NoteConversion(picture);
-  const ContourSet contours = FindContours(picture, arguments.contour, /*raw=*/false);
+  CheckOptions(arguments.crawl);
+  const ImageFile file = ReadImage(arguments.image);
+  if (arguments.verbose) NoteConversion(file);
+  const ContourHandle contours = FindContours(file, arguments.crawl, /*raw=*/false);
   CLineExtracter extracter;
   extracter.Extract(contours.get());
   const std::vector<CLineSegment>& lines = extracter.GetSegments();
-  if (arguments.draw.IsWanted()) Draw(picture, contours.get(), lines, arguments.draw);
+  if (arguments.draw.IsWanted()) Draw(file, contours, lines, arguments.draw);
   Report report(arguments.output);
   if (arguments.csv)
     PrintCsv(lines, report);
@@ -127,7 +127,7 @@ int Run(const LinesArguments& arguments) {
 
 void AddOptions(CLI::App& app, LinesArguments& arguments) {
   app.add_option("IMAGE", arguments.image, "The picture to look at.")->required();
-  AddContourOptions(app, arguments.contour);
+  AddContourOptions(app, arguments.crawl);
   app.add_flag("--csv", arguments.csv,
                "Print CSV, a header and a line per straight edge, with directions as well.")
       ->group("Output");

@@ -33,16 +33,16 @@ Colour ColourOf(const FindResult& result) {
   return result.HasPose() ? kDoubtfulColour : kMissingColour;
 }
 
-void DrawContours(Canvas& canvas, PatternFinder& finder, const Similarity& pose, Colour colour) {
+void DrawContours(Canvas& canvas, const PatternFinder& finder, const Similarity& pose,
+                  Colour colour) {
   constexpr double kWidth = 1.5;
-  void* const contours = finder.Contours();
-  const Point reference = finder.Reference();
+  const Point reference = finder.Facts().reference;
   const SimilarityMap scene_from_pattern(pose);
-  for (int i = 0; i < ctd_contour_count(contours); ++i) {
-    std::vector<Point> points = ContourPoints(contours, i);
-    for (Point& p : points)
+  std::vector<Polyline> contours = finder.Contours();
+  for (Polyline& contour : contours) {
+    for (Point& p : contour.points)
       p = scene_from_pattern * (p - reference);
-    canvas.DrawPolyline(points, ctd_contour_closed(contours, i) != 0, kWidth, colour);
+    canvas.DrawPolyline(contour.points, contour.is_closed, kWidth, colour);
   }
 }
 
@@ -133,7 +133,7 @@ std::string WithoutSeparators(std::string name) {
 
 }  // namespace
 
-void DrawFindResult(Canvas& canvas, PatternFinder& finder, const FindResult& result) {
+void DrawFindResult(Canvas& canvas, const PatternFinder& finder, const FindResult& result) {
   const Colour colour = ColourOf(result);
   if (result.HasPose()) {
     DrawContours(canvas, finder, result.scene_from_pattern, colour);

@@ -12,7 +12,7 @@ namespace orvandel::cli {
 /// with an arrow along the pattern's x axis, the numbers, and a frame, in green for a find and in
 /// orange for a pose that is not good enough. Without a pose there is only a red frame and the
 /// status.
-void DrawFindResult(Canvas& canvas, PatternFinder& finder, const FindResult& result);
+void DrawFindResult(Canvas& canvas, const PatternFinder& finder, const FindResult& result);
 
 /// A folder of overlay images, made when the first one is written.
 class OverlayFolder {

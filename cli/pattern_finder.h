@@ -1,12 +1,15 @@
 #pragma once
 
-#include <optional>
 #include <string>
+#include <vector>
 
 #include "base/geometry.h"
+#include "cli/contour_set.h"
 #include "cli/image_input.h"
 #include "cli/search_options.h"
-#include "orvandel/classic/qrsis.h"
+#include "orvandel/classic/line_extracter.h"
+#include "search/segment_model.h"
+#include "search/segment_search.h"
 
 namespace orvandel::cli {
 
@@ -24,7 +27,7 @@ const char* StatusWord(FindStatus status);
 struct FindResult {
   FindStatus status = FindStatus::kTimedOut;
   /// Of pattern points measured from the reference point, the best one, where `HasPose`. Pixels are
-  /// counted as the library does: the centre of the top-left one is (0.5, 0.5).
+  /// counted as the engine does: the centre of the top-left one is (0.5, 0.5).
   Similarity scene_from_pattern;
   double score = 0;    ///< percent
   double time_ms = 0;  ///< of the search alone, without reading the file
@@ -50,37 +53,37 @@ std::string Describe(const PatternFacts& facts);
 /// A pattern that can be looked for in many scenes.
 class PatternFinder {
  public:
-  explicit PatternFinder(const SearchOptions& options);
+  explicit PatternFinder(const SearchOptions& options) : options_(options) {}
   PatternFinder(const PatternFinder&) = delete;
   PatternFinder& operator=(const PatternFinder&) = delete;
 
   /// Learns the pattern. Throws FileError, with what to change, when it has no contour or no
   /// straight edge.
-  void Train(const ImageFile& pattern);
+  void Train(ImageFile pattern);
 
   /// Learns the pattern that `Save` wrote. Throws FileError as `Train` does, and when the file
   /// cannot be read.
   void Load(const std::string& name);
 
   /// Writes the pattern to the file that `KnowledgeFile` tells. Throws FileError.
-  void Save(const std::string& name);
+  void Save(const std::string& name) const;
 
   /// Looks for the pattern; overwrites the scene's pixels.
   FindResult Find(ImagePtr scene);
 
-  PatternFacts Facts();
+  PatternFacts Facts() const;
 
-  /// `ctd_` handle of the pattern's contours; stays with the finder.
-  void* Contours() { return search_.GetCrawlerPatternData(); }
-
-  /// Mean of the contour points, pattern pixels.
-  Point Reference();
+  /// Of the pattern.
+  std::vector<Polyline> Contours() const { return PolylinesOf(pattern_contours_); }
 
  private:
-  void CheckTrained(const std::string& path);
-
   SearchOptions options_;
-  QRSIS search_;
+  ImageFile pattern_;
+  CrawlOptions crawl_;  ///< with the threshold that the pattern was learnt with
+  ContourHandle pattern_contours_;
+  SegmentModel model_;
+  ContourHandle scene_contours_;
+  CLineExtracter scene_lines_;
 };
 
 /// The file that holds the pattern called `name`.

@@ -6,7 +6,7 @@
 
 namespace orvandel::cli {
 
-/// A PNG file of a colour picture.
+/// A PNG file of a colour image.
 ///
 /// @param rgb  rows of red, green, blue bytes, back to back.
 /// @return  the file's bytes. Throws std::bad_alloc when memory is short.

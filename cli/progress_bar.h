@@ -5,7 +5,7 @@
 
 namespace orvandel::cli {
 
-/// A bar on standard error while many pictures are worked through. Silent where standard error is
+/// A bar on standard error while many images are worked through. Silent where standard error is
 /// no terminal, and for a handful of steps.
 class ProgressBar {
  public:

@@ -45,15 +45,15 @@ Rectangle ParseRectangle(std::string_view text) {
   return {x, y, width, height};
 }
 
-void CheckInside(const Rectangle& part, int picture_width, int picture_height,
-                 const std::string& picture_path) {
+void CheckInside(const Rectangle& part, int image_width, int image_height,
+                 const std::string& image_path) {
   const std::int64_t right = std::int64_t{part.x} + part.width;
   const std::int64_t bottom = std::int64_t{part.y} + part.height;
-  if (right <= picture_width && bottom <= picture_height) return;
-  throw UsageError(fmt::format(
-      "--pattern-rect: {},{},{},{} reaches beyond the picture {}, which is {} x {} "
-      "pixels",
-      part.x, part.y, part.width, part.height, picture_path, picture_width, picture_height));
+  if (right <= image_width && bottom <= image_height) return;
+  throw UsageError(
+      fmt::format("--pattern-rect: {},{},{},{} reaches beyond the picture {}, which is {} x {} "
+                  "pixels",
+                  part.x, part.y, part.width, part.height, image_path, image_width, image_height));
 }
 
 }  // namespace orvandel::cli

@@ -5,7 +5,7 @@
 
 namespace orvandel::cli {
 
-/// A part of a picture, whole pixels.
+/// A part of an image, whole pixels.
 struct Rectangle {
   int x = 0;  ///< first column
   int y = 0;  ///< first row
@@ -14,11 +14,11 @@ struct Rectangle {
 };
 
 /// Reads "X,Y,WIDTH,HEIGHT". Throws UsageError for anything else, for a corner left of or above the
-/// picture and for a size below 1.
+/// image and for a size below 1.
 Rectangle ParseRectangle(std::string_view text);
 
-/// Throws UsageError when the rectangle reaches beyond a picture of this size.
-void CheckInside(const Rectangle& part, int picture_width, int picture_height,
-                 const std::string& picture_path);
+/// Throws UsageError when the rectangle reaches beyond an image of this size.
+void CheckInside(const Rectangle& part, int image_width, int image_height,
+                 const std::string& image_path);
 
 }  // namespace orvandel::cli

@@ -34,7 +34,7 @@ int IntegerInRange(std::string_view option, std::string_view text, int least, in
 }
 
 int ParseEdgeThreshold(std::string_view text) {
-  if (text == "auto") return ContourOptions::kEstimate;
+  if (text == "auto") return kEstimateThreshold;
   return IntegerInRange("--edge-threshold", text, 0, kMaxEdgeThreshold,
                         ", nor auto for an estimate from the picture");
 }
@@ -51,8 +51,8 @@ void ParseScaleRange(std::string_view text, SearchOptions& options) {
         "--scale: '{}' must go up from a MIN above 0; for one known size give some play, as in "
         "0.95,1.05",
         text));
-  options.min_scale = *least;
-  options.max_scale = *most;
+  options.search.min_scale = *least;
+  options.search.max_scale = *most;
 }
 
 CLI::Option* AddParsed(CLI::App& app, const char* name, const char* type, const char* description,
@@ -64,7 +64,7 @@ CLI::Option* AddParsed(CLI::App& app, const char* name, const char* type, const 
 
 }  // namespace
 
-void AddContourOptions(CLI::App& app, ContourOptions& options) {
+void AddContourOptions(CLI::App& app, CrawlOptions& options) {
   AddParsed(
       app, "--edge-threshold", "N|auto",
       "Least gradient magnitude of an edge, 0 to 252 (16). A lower one sees fainter edges and "
@@ -73,35 +73,36 @@ void AddContourOptions(CLI::App& app, ContourOptions& options) {
   AddParsed(app, "--min-contour", "N",
             "Fewest points of a contour, about one a pixel (10). A larger one ignores specks.",
             [&options](const std::string& text) {
-              options.min_contour = IntegerInRange("--min-contour", text, 1, kMostPoints);
+              options.min_size = IntegerInRange("--min-contour", text, 1, kMostPoints);
             });
   AddParsed(app, "--max-contour", "N", "Most points of a contour (100000).",
             [&options](const std::string& text) {
-              options.max_contour = IntegerInRange("--max-contour", text, 1, kMostPoints);
+              options.max_size = IntegerInRange("--max-contour", text, 1, kMostPoints);
             });
 }
 
 void AddSearchOptions(CLI::App& app, SearchOptions& options) {
-  AddContourOptions(app, options.contour);
+  AddContourOptions(app, options.crawl);
   AddParsed(app, "--accept-score", "PERCENT",
             "Share of the pattern's contour that must be seen for it to count as found, 0 to 100 "
             "(80). The search ends at a pose that reaches it.",
             [&options](const std::string& text) {
-              options.accept_score = IntegerInRange("--accept-score", text, 0, 100, " (percent)");
+              options.search.accept_score =
+                  IntegerInRange("--accept-score", text, 0, 100, " (percent)");
             });
   AddParsed(
       app, "--scale", "MIN,MAX",
       "Sizes that are tried, scene over pattern (0.25,4). A narrow range is faster and surer.",
       [&options](const std::string& text) { ParseScaleRange(text, options); });
-  AddParsed(app, "--timeout", "TIME",
-            "Time for one scene, as in 500us, 20ms or 1.5s; 0 to 3.999s (1s).",
-            [&options](const std::string& text) { options.timeout_us = ParseTimeoutUs(text); });
+  AddParsed(
+      app, "--timeout", "TIME", "Time for one scene, as in 500us, 20ms or 1.5s; 0 to 3.999s (1s).",
+      [&options](const std::string& text) { options.search.timeout_us = ParseTimeoutUs(text); });
 }
 
-void CheckOptions(const ContourOptions& options) {
-  if (options.min_contour <= options.max_contour) return;
+void CheckOptions(const CrawlOptions& options) {
+  if (options.min_size <= options.max_size) return;
   throw UsageError(fmt::format("--min-contour {} is above --max-contour {}, so no contour is kept",
-                               options.min_contour, options.max_contour));
+                               options.min_size, options.max_size));
 }
 
 }  // namespace orvandel::cli

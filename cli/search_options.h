@@ -1,6 +1,7 @@
 #pragma once
 
-#include <string>
+#include "search/contour_preparation.h"
+#include "search/segment_search_options.h"
 
 namespace CLI {
 class App;
@@ -8,35 +9,26 @@ class App;
 
 namespace orvandel::cli {
 
-/// How contours are found in a picture.
-struct ContourOptions {
-  static constexpr int kEstimate = -1;  ///< the threshold that asks for an estimate
-
-  int edge_threshold = 16;  ///< gradient magnitude, 0 to 252; larger sees fainter edges no more
-  int min_contour = 10;     ///< points; shorter contours are dropped
-  int max_contour = 100000;
-};
+/// The edge threshold that asks for an estimate from the image.
+inline constexpr int kEstimateThreshold = -1;
 
 /// How a pattern is learnt and looked for.
 struct SearchOptions {
-  ContourOptions contour;
-  int accept_score = 80;    ///< percent; the search ends at a pose that reaches it
-  double min_scale = 0.25;  ///< scene size over pattern size
-  double max_scale = 4.0;
-  int timeout_us = 1'000'000;
+  CrawlOptions crawl;  ///< its threshold may be `kEstimateThreshold`
+  SegmentSearchOptions search;
 };
 
 /// What is true of a match: its score reaches the accept score. False for not-a-number.
 inline bool IsAccepted(double score, const SearchOptions& options) {
-  return score >= options.accept_score;
+  return score >= options.search.accept_score;
 }
 
 // Both fill `options` while the command line is parsed; it must live as long as `app`.
 
-void AddContourOptions(CLI::App& app, ContourOptions& options);
+void AddContourOptions(CLI::App& app, CrawlOptions& options);
 void AddSearchOptions(CLI::App& app, SearchOptions& options);
 
 /// Throws UsageError when options contradict each other.
-void CheckOptions(const ContourOptions& options);
+void CheckOptions(const CrawlOptions& options);
 
 }  // namespace orvandel::cli

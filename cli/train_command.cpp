@@ -39,7 +39,7 @@ struct TrainArguments {
   std::string pattern;
   std::string name;
   std::optional<Rectangle> pattern_rect;
-  ContourOptions contour;
+  CrawlOptions crawl;
   bool verbose = false;
 };
 
@@ -51,14 +51,14 @@ ImageFile ReadPattern(const TrainArguments& arguments) {
 }
 
 int Run(const TrainArguments& arguments) {
-  CheckOptions(arguments.contour);
+  CheckOptions(arguments.crawl);
   SearchOptions options;
-  options.contour = arguments.contour;
+  options.crawl = arguments.crawl;
   PatternFinder finder(options);
   finder.Train(ReadPattern(arguments));
   finder.Save(arguments.name);
   const PatternFacts facts = finder.Facts();
-  const bool is_estimate = arguments.contour.edge_threshold == ContourOptions::kEstimate;
+  const bool is_estimate = arguments.crawl.edge_threshold == kEstimateThreshold;
   Report report("");
   report.Print(fmt::format("pattern          {} x {} pixels\n", facts.width, facts.height));
   report.Print(
@@ -83,7 +83,7 @@ void AddOptions(CLI::App& app, TrainArguments& arguments) {
          [&arguments](const std::string& text) { arguments.pattern_rect = ParseRectangle(text); },
          "Learn only this part of the picture, in pixels.")
       ->type_name("X,Y,W,H");
-  AddContourOptions(app, arguments.contour);
+  AddContourOptions(app, arguments.crawl);
   app.add_flag("--verbose", arguments.verbose, "Say what was converted.");
 }
 

@@ -1,5 +1,5 @@
-# The library that hosts load, and the same object files as a static library for the tests, which look behind the
-# published interface.
+# The library that hosts load, and the same object files as a static library for tool, benchmarks and tests, which look
+# behind the published interface.
 
 get_property(stages GLOBAL PROPERTY ORVANDEL_STAGES)
 set(objects ${stages})

@@ -1,6 +1,6 @@
-// The least that a host needs: learn a pattern from one picture and find it in another.
+// The least that a host needs: learn a pattern from one image and find it in another.
 //
-//   find_part PATTERN SCENE        exit code 0 found, 1 not found, 2 a picture cannot be used
+//   find_part PATTERN SCENE        exit code 0 found, 1 not found, 2 an image cannot be used
 
 #include <cstdio>
 #include <memory>
@@ -10,8 +10,8 @@
 
 using Image = std::unique_ptr<tImage, decltype(&im_delete)>;
 
-/// Reads a picture file as 8-bit grey; null when it cannot be read.
-static Image ReadPicture(const char* path) {
+/// Reads an image file as 8-bit grey; null when it cannot be read.
+static Image ReadImage(const char* path) {
   constexpr int kByExtension = 0;
   int width = 0, height = 0, channels = 0, bits = 0;
   im_file_get_size(path, kByExtension, &width, &height, &channels, &bits);
@@ -27,15 +27,15 @@ static int Fail(const char* reason) {
 
 int main(int argc, char** argv) {
   if (argc != 3) return Fail("usage: find_part PATTERN SCENE");
-  const Image pattern = ReadPicture(argv[1]);
-  const Image scene = ReadPicture(argv[2]);
+  const Image pattern = ReadImage(argv[1]);
+  const Image scene = ReadImage(argv[2]);
   if (!pattern || !scene) return Fail("cannot read both pictures");
 
   QRSIS search;
   search.Initialize();
   search.SetMinMaxScale(0.5, 2.0);  // sizes to look for, relative to the pattern's
 
-  // Training and search use up their image: copy one with im_duplicate to keep its grey values.
+  // Training and search overwrite their image: copy one with im_duplicate to keep its grey values.
   if (search.TrainIt(pattern.get()) != 0) return Fail("the pattern needs straight, clear edges");
   const bool searched = search.LookForIt(scene.get()) == 0;  // false: nothing to compare with
 

@@ -1,4 +1,4 @@
-// Makes the example that the documentation and the demonstration use: a pattern picture, scenes of
+// Makes the example that the documentation and the demonstration use: a pattern image, scenes of
 // it among other parts, and a manifest with the true poses.
 //
 //   orvandel_render_example DIR        writes DIR/pattern.png, DIR/scenes/*.png, DIR/manifest.csv
@@ -153,8 +153,8 @@ std::string Utf8(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
-void WritePicture(const ImagePtr& picture, const std::filesystem::path& path) {
-  if (im_file_write(picture.get(), Utf8(path).c_str(), 0) != 0)
+void WriteImage(const ImagePtr& image, const std::filesystem::path& path) {
+  if (im_file_write(image.get(), Utf8(path).c_str(), 0) != 0)
     throw std::runtime_error("cannot write " + Utf8(path));
 }
 
@@ -175,8 +175,8 @@ void WriteScene(const ExampleScene& scene, const std::filesystem::path& folder,
   placements.insert(placements.end(), brackets.begin(), brackets.end());
   placements.insert(placements.end(), scene.on_top.begin(), scene.on_top.end());
 
-  WritePicture(RenderScene(placements, scene.imaging, kSceneSize),
-               folder / "scenes" / (scene.name + ".png"));
+  WriteImage(RenderScene(placements, scene.imaging, kSceneSize),
+             folder / "scenes" / (scene.name + ".png"));
   params += ParamsRow(scene, first_bracket + scene.on_top.size());
   if (brackets.empty()) manifest += ManifestRow(scene.name, -1, ",,,,");
   for (std::size_t i = 0; i < brackets.size(); ++i) {
@@ -187,7 +187,7 @@ void WriteScene(const ExampleScene& scene, const std::filesystem::path& folder,
 
 void WriteExample(const std::filesystem::path& folder) {
   std::filesystem::create_directories(folder / "scenes");
-  WritePicture(RenderPattern(MetalBracket(), kPatternImaging), folder / "pattern.png");
+  WriteImage(RenderPattern(MetalBracket(), kPatternImaging), folder / "pattern.png");
   std::string manifest = "case,pattern,scene,instance,cx,cy,angle_deg,scale,occlusion\n";
   std::string params = "case,params\n";
   for (const ExampleScene& scene : ExampleScenes())

@@ -9,12 +9,12 @@
 namespace orvandel::render {
 namespace {
 
-/// A fill's grey values over the picture: `grey` at (0, 0) and its steps by column and by row.
-Fill InPicture(const Fill& fill, const Pose& picture_from_part) {
-  const Point along = Direction(picture_from_part.angle_deg);
+/// A fill's grey values over the image: `grey` at (0, 0) and its steps by column and by row.
+Fill InImage(const Fill& fill, const Pose& image_from_part) {
+  const Point along = Direction(image_from_part.angle_deg);
   const Point slope =
-      (1.0 / picture_from_part.scale) * (fill.per_x * along + fill.per_y * QuarterTurn(along));
-  const Point origin{picture_from_part.x, picture_from_part.y};
+      (1.0 / image_from_part.scale) * (fill.per_x * along + fill.per_y * QuarterTurn(along));
+  const Point origin{image_from_part.x, image_from_part.y};
   return {fill.grey - Dot(slope, origin), slope.x, slope.y};
 }
 
@@ -61,9 +61,9 @@ double* Canvas::Row(int y) {
   return grey_.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(size_.width);
 }
 
-void Canvas::Paint(const Shape& shape, const Pose& picture_from_part) {
-  const Coverage coverage = CoverShape(shape, picture_from_part, size_);
-  const Fill fill = InPicture(shape.fill, picture_from_part);
+void Canvas::Paint(const Shape& shape, const Pose& image_from_part) {
+  const Coverage coverage = CoverShape(shape, image_from_part, size_);
+  const Fill fill = InImage(shape.fill, image_from_part);
   const double* share = coverage.share.data();
   for (int y = coverage.top; y < coverage.top + coverage.height; ++y) {
     double* row = Row(y);
@@ -90,7 +90,7 @@ void Canvas::Blur(double sigma_px) {
 void Canvas::Dim(double falloff, double direction_deg) {
   const Point direction = Direction(direction_deg);
   const Point centre{(size_.width - 1) / 2.0, (size_.height - 1) / 2.0};
-  // Half the picture's extent along the direction; 1 keeps a single pixel in full light.
+  // Half the image's extent along the direction; 1 keeps a single pixel in full light.
   const double half =
       std::max(std::abs(direction.x) * centre.x + std::abs(direction.y) * centre.y, 1.0);
   for (int y = 0; y < size_.height; ++y) {

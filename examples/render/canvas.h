@@ -8,13 +8,13 @@
 
 namespace orvandel::render {
 
-/// A picture in the making: grey values that are neither rounded nor clipped until it is done.
+/// An image in the making: grey values that are neither rounded nor clipped until it is done.
 class Canvas {
  public:
   Canvas(Size size, double ground);
 
   /// Paints a shape over what is there; a pixel it covers in part becomes a mixture of both.
-  void Paint(const Shape& shape, const Pose& picture_from_part);
+  void Paint(const Shape& shape, const Pose& image_from_part);
 
   /// Moves every value away from `ground` (factor above 1) or towards it.
   void ScaleContrast(double ground, double factor);
@@ -22,7 +22,7 @@ class Canvas {
   /// Gaussian blur; the border's values go on outside. A sigma of 0 changes nothing.
   void Blur(double sigma_px);
 
-  /// Dims the picture along a direction, linearly from full light at the side that the direction
+  /// Dims the image along a direction, linearly from full light at the side that the direction
   /// comes from to 1 - `falloff` of it at the other.
   void Dim(double falloff, double direction_deg);
 

@@ -64,27 +64,27 @@ class EdgeAccumulator {
   Coverage& coverage_;
 };
 
-Outline Place(const Outline& outline, const Pose& picture_from_part) {
+Outline Place(const Outline& outline, const Pose& image_from_part) {
   Outline placed;
   placed.reserve(outline.size());
   for (const Point& point : outline)
-    placed.push_back(picture_from_part * point);
+    placed.push_back(image_from_part * point);
   return placed;
 }
 
-/// The picture's pixels that an outline in the picture can touch, with all shares 0.
-Coverage EmptyOver(const Outline& placed, Size picture) {
+/// The image's pixels that an outline in the image can touch, with all shares 0.
+Coverage EmptyOver(const Outline& placed, Size image) {
   if (placed.empty()) return {};
   const auto by_x = [](Point a, Point b) { return a.x < b.x; };
   const auto by_y = [](Point a, Point b) { return a.y < b.y; };
   const auto [left, right] = std::minmax_element(placed.begin(), placed.end(), by_x);
   const auto [top, bottom] = std::minmax_element(placed.begin(), placed.end(), by_y);
   Coverage coverage;
-  coverage.left = PixelAt(left->x + 0.5, picture.width);
-  coverage.top = PixelAt(top->y + 0.5, picture.height);
-  coverage.width = std::min(PixelAt(right->x + 0.5, picture.width) + 1, picture.width);
+  coverage.left = PixelAt(left->x + 0.5, image.width);
+  coverage.top = PixelAt(top->y + 0.5, image.height);
+  coverage.width = std::min(PixelAt(right->x + 0.5, image.width) + 1, image.width);
   coverage.width -= coverage.left;
-  coverage.height = std::min(PixelAt(bottom->y + 0.5, picture.height) + 1, picture.height);
+  coverage.height = std::min(PixelAt(bottom->y + 0.5, image.height) + 1, image.height);
   coverage.height -= coverage.top;
   coverage.share.resize(static_cast<std::size_t>(coverage.width) *
                         static_cast<std::size_t>(coverage.height));
@@ -133,12 +133,12 @@ double Coverage::Total() const {
   return total;
 }
 
-Coverage CoverShape(const Shape& shape, const Pose& picture_from_part, Size picture) {
-  const Outline placed = Place(shape.outline, picture_from_part);
-  Coverage coverage = EmptyOver(placed, picture);
+Coverage CoverShape(const Shape& shape, const Pose& image_from_part, Size image) {
+  const Outline placed = Place(shape.outline, image_from_part);
+  Coverage coverage = EmptyOver(placed, image);
   AddOutline(placed, /*is_hole=*/false, coverage);
   for (const Outline& hole : shape.holes)
-    AddOutline(Place(hole, picture_from_part), /*is_hole=*/true, coverage);
+    AddOutline(Place(hole, image_from_part), /*is_hole=*/true, coverage);
   SumAlongRows(coverage);
   return coverage;
 }

@@ -6,13 +6,13 @@
 
 namespace orvandel::render {
 
-/// Width and height of a picture, pixels.
+/// Width and height of an image, pixels.
 struct Size {
   int width = 640;
   int height = 480;
 };
 
-/// The share of each pixel's area that a shape covers, over the part of the picture that the shape
+/// The share of each pixel's area that a shape covers, over the part of the image that the shape
 /// can reach.
 struct Coverage {
   int left = 0;  ///< column of the first share
@@ -21,7 +21,7 @@ struct Coverage {
   int height = 0;
   std::vector<double> share;  ///< row by row, 0 to 1 up to rounding
 
-  double At(int column, int row) const;  ///< by picture pixel; 0 outside
+  double At(int column, int row) const;  ///< by image pixel; 0 outside
   double Total() const;                  ///< covered area, pixels
 };
 
@@ -30,6 +30,6 @@ struct Coverage {
 /// Method: each edge adds the trapezoid between itself and the right border of its pixel rows, with
 /// the sign of its direction; in a closed outline what lies outside cancels. The trapezoids are
 /// stored as differences along the row, so the cost is the outline's length, not the area.
-Coverage CoverShape(const Shape& shape, const Pose& picture_from_part, Size picture);
+Coverage CoverShape(const Shape& shape, const Pose& image_from_part, Size image);
 
 }  // namespace orvandel::render

@@ -2,38 +2,23 @@
 
 #include <cmath>
 
+#include "base/geometry.h"
 #include "base/rounding.h"
 
 namespace orvandel::render {
 
-// The pixel grid of pictures and truth: x right, y down, and the CENTRE of the top-left pixel is
-// (0, 0), so that pixel covers the square from (-0.5, -0.5) to (0.5, 0.5).
+// The pixel grid of images and truth: x right, y down, and the CENTRE of the top-left pixel is
+// (0, 0), so that pixel covers the square from (-0.5, -0.5) to (0.5, 0.5). Points are in pixels or
+// in a part's own units.
 
-/// A point or a difference of points, in pixels or in a part's own units.
-struct Point {
-  double x = 0;
-  double y = 0;
-};
-
-inline Point operator+(Point a, Point b) {
-  return {a.x + b.x, a.y + b.y};
-}
-inline Point operator-(Point a, Point b) {
-  return {a.x - b.x, a.y - b.y};
-}
-inline Point operator*(double factor, Point p) {
-  return {factor * p.x, factor * p.y};
-}
-inline double Dot(Point a, Point b) {
-  return a.x * b.x + a.y * b.y;
-}
 /// Positive when `b` lies clockwise of `a` on the screen.
 inline double Cross(Point a, Point b) {
   return a.x * b.y - a.y * b.x;
 }
+/// Clockwise on the screen.
 inline Point QuarterTurn(Point p) {
   return {-p.y, p.x};
-}  ///< clockwise on the screen
+}
 
 inline double Length(Point p) {
   return std::sqrt(Dot(p, p));
@@ -43,7 +28,7 @@ inline Point Normalized(Point p) {
 }
 
 /// Nearest multiple of 2^-30. C libraries differ in the last bit of sin, cos and exp; values that
-/// are rounded like this are the same everywhere, and so are the pictures made from them. At 1000
+/// are rounded like this are the same everywhere, and so are the images made from them. At 1000
 /// pixels the rounding is 5e-7 pixel.
 inline double WithoutLastBits(double value) {
   constexpr double kSteps = 1073741824.0;
@@ -56,12 +41,12 @@ inline Point Direction(double angle_deg) {
   return {WithoutLastBits(std::cos(radians)), WithoutLastBits(std::sin(radians))};
 }
 
-/// Where a part lies in a picture. A point q of the part is seen at
+/// Where a part lies in an image. A point q of the part is seen at
 ///
 ///   (x, y) + scale * R(angle) * q      R = [[cos, -sin], [sin, cos]]
 ///
-/// A part's origin is the centre of the picture that frames it. A pixel position p of a w x h
-/// pattern picture is therefore q = p - ((w - 1) / 2, (h - 1) / 2), and a placement's pose is the
+/// A part's origin is the centre of the image that frames it. A pixel position p of a w x h
+/// pattern image is therefore q = p - ((w - 1) / 2, (h - 1) / 2), and a placement's pose is the
 /// truth to expect of a search. All values are finite.
 struct Pose {
   double x = 0;  ///< where the part's origin lies, pixels
@@ -70,11 +55,11 @@ struct Pose {
   double scale = 1;      ///< pixels per part unit, above 0
 };
 
-/// The place in the picture of a point of the part.
-inline Point operator*(const Pose& picture_from_part, Point in_part) {
-  const Point along = Direction(picture_from_part.angle_deg);
-  return Point{picture_from_part.x, picture_from_part.y} +
-         picture_from_part.scale * (in_part.x * along + in_part.y * QuarterTurn(along));
+/// The place in the image of a point of the part.
+inline Point operator*(const Pose& image_from_part, Point in_part) {
+  const Point along = Direction(image_from_part.angle_deg);
+  return Point{image_from_part.x, image_from_part.y} +
+         image_from_part.scale * (in_part.x * along + in_part.y * QuarterTurn(along));
 }
 
 }  // namespace orvandel::render

@@ -5,7 +5,7 @@
 namespace orvandel::render {
 namespace {
 
-ImagePtr TakePicture(const std::vector<Placement>& placements, const Imaging& imaging, Size size) {
+ImagePtr TakeImage(const std::vector<Placement>& placements, const Imaging& imaging, Size size) {
   if (size.width < 1 || size.height < 1) return nullptr;
   Canvas canvas(size, imaging.ground);
   for (const auto& [part, pose] : placements) {
@@ -30,11 +30,11 @@ void PaintSilhouette(const Placement& placement, double value, Canvas& canvas) {
 
 ImagePtr RenderPattern(const Part& part, const Imaging& imaging) {
   const Pose centred{(part.frame.width - 1) / 2.0, (part.frame.height - 1) / 2.0};
-  return TakePicture({{part, centred}}, imaging, part.frame);
+  return TakeImage({{part, centred}}, imaging, part.frame);
 }
 
 ImagePtr RenderScene(const std::vector<Placement>& placements, const Imaging& imaging, Size size) {
-  return TakePicture(placements, imaging, size);
+  return TakeImage(placements, imaging, size);
 }
 
 double OccludedShare(const std::vector<Placement>& placements, std::size_t index, Size size) {

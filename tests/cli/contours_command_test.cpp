@@ -63,7 +63,7 @@ TEST_F(ContoursCommand, AHighThresholdOrSizeSeesNothing) {
 TEST_F(ContoursCommand, TheSavedFileIsReadBack) {
   const ToolRun run = RunOrvandel({"contours", image_, "--save", folder_.File("box.ctd")});
   ASSERT_EQ(run.exit_code, 0) << run.err;
-  const ContourSet set(ctd_create());
+  const ContourHandle set = NewContourSet();
   ASSERT_EQ(ctd_load(set.get(), (folder_.File("box.ctd")).c_str()), 0);
   EXPECT_EQ(ctd_contour_count(set.get()), 1);
   EXPECT_EQ(ctd_contour_closed(set.get(), 0), 1);

@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "evaluation/cluttered_scenes.h"
 #include "tests/plain/chain_comparison.h"
-#include "tests/plain/cluttered_scenes.h"
 #include "tests/support/image_patterns.h"
 
 namespace orvandel::test {
@@ -27,7 +27,7 @@ TEST(ChainTwin, StagesAgreeOnRenderedScenesOfAllSizes) {
       SCOPED_TRACE(testing::Message() << size.width << " x " << size.height << ", seed " << seed);
       const double noise_sigma = 4 * (seed - 1);
       ExpectSameStagesAtAllThresholds(
-          plain::Render({size, plain::PartsForSize(size), noise_sigma, seed}));
+          evaluation::Render({size, evaluation::PartsForSize(size), noise_sigma, seed}));
     }
   }
 }
@@ -58,13 +58,13 @@ TEST(ChainTwin, StagesAgreeOnStrangePictures) {
 
 TEST(ChainTwin, SearchesAgreeOnRenderedScenes) {
   constexpr render::Size kSizes[] = {{320, 240}, {640, 480}, {800, 600}};
-  const ImagePtr pattern = plain::BracketPattern();
+  const ImagePtr pattern = evaluation::BracketPattern();
   int num_found = 0;
   for (const render::Size size : kSizes) {
     for (std::uint32_t seed = 1; seed <= 6; ++seed) {
       SCOPED_TRACE(testing::Message() << size.width << " x " << size.height << ", seed " << seed);
-      const ImagePtr scene =
-          plain::Render({size, plain::PartsForSize(size), static_cast<double>(seed), seed});
+      const ImagePtr scene = evaluation::Render(
+          {size, evaluation::PartsForSize(size), static_cast<double>(seed), seed});
       plain::SearchOptions options;
       options.crawl.edge_threshold = seed % 2 == 0 ? 16 : 32;
       num_found += ExpectSameSearch(pattern, scene, options).score >= 60 ? 1 : 0;
@@ -74,12 +74,12 @@ TEST(ChainTwin, SearchesAgreeOnRenderedScenes) {
 }
 
 TEST(ChainTwin, SearchesAgreeAtAllThresholds) {
-  const ImagePtr scene = plain::Render({{320, 240}, 3, 3, 21});
+  const ImagePtr scene = evaluation::Render({{320, 240}, 3, 3, 21});
   for (const int threshold : kThresholds) {
     SCOPED_TRACE(testing::Message() << "threshold " << threshold);
     plain::SearchOptions options;
     options.crawl.edge_threshold = threshold;
-    ExpectSameSearch(plain::BracketPattern(), scene, options);
+    ExpectSameSearch(evaluation::BracketPattern(), scene, options);
   }
 }
 
@@ -91,14 +91,15 @@ TEST(ChainTwin, SearchesAgreeWithoutAnAcceptedPose) {
   options.search.max_scale = 2;
   for (const std::uint32_t seed : {11U, 12U, 13U}) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
-    ExpectSameSearch(plain::BracketPattern(), plain::Render({{640, 480}, 12, 3, seed}), options);
+    ExpectSameSearch(evaluation::BracketPattern(), evaluation::Render({{640, 480}, 12, 3, seed}),
+                     options);
   }
 }
 
 TEST(ChainTwin, SearchesAgreeWhereThereIsNothing) {
   constexpr unsigned kSeed = 7;
   UniformRandom random(kSeed);
-  const ImagePtr pattern = plain::BracketPattern();
+  const ImagePtr pattern = evaluation::BracketPattern();
   for (const NamedGrid& picture : StrangePictures({320, 240}, random)) {
     for (const int threshold : kThresholds) {
       SCOPED_TRACE(testing::Message() << picture << ", threshold " << threshold);

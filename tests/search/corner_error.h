@@ -13,7 +13,7 @@ namespace orvandel::test {
 inline constexpr double kPixelCentre = 0.5;
 
 /// Where a found pose lays a pattern position, in the renderer's coordinates.
-inline render::Point PlacedAt(const Found& found, render::Point reference, render::Point position) {
+inline Point PlacedAt(const Found& found, Point reference, Point position) {
   const double dx = position.x + kPixelCentre - reference.x;
   const double dy = position.y + kPixelCentre - reference.y;
   const double c = std::cos(found.angle);
@@ -26,14 +26,14 @@ inline render::Point PlacedAt(const Found& found, render::Point reference, rende
 /// them, from where the truth has them. Pixels.
 inline double CornerError(QRSIS& search, const Found& found, render::Size pattern,
                           const render::Pose& scene_from_part) {
-  render::Point reference;
+  Point reference;
   search.GetPatternRef(&reference.x, &reference.y);
-  const render::Point middle{(pattern.width - 1) / 2.0, (pattern.height - 1) / 2.0};
+  const Point middle{(pattern.width - 1) / 2.0, (pattern.height - 1) / 2.0};
   double sum = 0;
   for (const double x : {0.0, pattern.width - 1.0}) {
     for (const double y : {0.0, pattern.height - 1.0}) {
-      const render::Point corner{x, y};
-      const render::Point truth = scene_from_part * (corner - middle);
+      const Point corner{x, y};
+      const Point truth = scene_from_part * (corner - middle);
       sum += render::Length(PlacedAt(found, reference, corner) - truth);
     }
   }

@@ -1,15 +1,15 @@
-#include "tests/plain/cluttered_scenes.h"
+#include "evaluation/cluttered_scenes.h"
 
 #include <algorithm>
 #include <vector>
 
+#include "evaluation/uniform_random.h"
 #include "examples/render/parts.h"
-#include "tests/support/uniform_random.h"
 
-namespace orvandel::plain {
+namespace orvandel::evaluation {
 namespace {
 
-render::Part RandomPart(test::UniformRandom& random) {
+render::Part RandomPart(UniformRandom& random) {
   switch (random.Integer(0, 4)) {
     case 0:
       return render::Gear();
@@ -24,8 +24,8 @@ render::Part RandomPart(test::UniformRandom& random) {
   }
 }
 
-/// Anywhere in the picture, but `margin` pixels away from its border.
-render::Pose RandomPose(test::UniformRandom& random, render::Size size, double margin) {
+/// Anywhere in the image, but `margin` pixels away from its border.
+render::Pose RandomPose(UniformRandom& random, render::Size size, double margin) {
   render::Pose pose;
   pose.x = random.Real(margin, std::max(size.width - margin, margin + 1));
   pose.y = random.Real(margin, std::max(size.height - margin, margin + 1));
@@ -38,7 +38,7 @@ render::Pose RandomPose(test::UniformRandom& random, render::Size size, double m
 
 ImagePtr Render(const ClutteredScene& scene) {
   constexpr double kBracketMargin = 120;  // half its diagonal at scale 1
-  test::UniformRandom random(scene.seed);
+  UniformRandom random(scene.seed);
   std::vector<render::Placement> placements;
   for (int i = 0; i < scene.num_parts; ++i) {
     // One part in four may cover the bracket.
@@ -69,4 +69,4 @@ int PartsForSize(render::Size size) {
                   static_cast<int>(size.width * static_cast<double>(size.height) / kPixelsPerPart));
 }
 
-}  // namespace orvandel::plain
+}  // namespace orvandel::evaluation

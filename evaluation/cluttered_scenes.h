@@ -5,7 +5,7 @@
 #include "examples/render/scene.h"
 #include "platform/image_ptr.h"
 
-namespace orvandel::plain {
+namespace orvandel::evaluation {
 
 /// A scene of the example's bracket among other parts, at a place, angle and scale of its own.
 struct ClutteredScene {
@@ -15,13 +15,13 @@ struct ClutteredScene {
   std::uint32_t seed = 1;  ///< decides everything else
 };
 
-/// Draws it; the same fields give the same picture on every platform.
+/// Draws it; the same fields give the same image on every platform.
 ImagePtr Render(const ClutteredScene& scene);
 
-/// The picture to train on.
+/// The image to train on.
 ImagePtr BracketPattern();
 
-/// As many parts beside the bracket as make pictures of any size equally crowded.
+/// As many parts beside the bracket as make images of any size equally crowded.
 int PartsForSize(render::Size size);
 
-}  // namespace orvandel::plain
+}  // namespace orvandel::evaluation
