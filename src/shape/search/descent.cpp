@@ -11,7 +11,7 @@ namespace orvandel::shape {
 namespace {
 
 /// Poses that go on after so many levels, per wanted instance of up to this many at least.
-constexpr std::size_t kMostAfterFirstLook = 120;
+constexpr std::size_t kMostAfterFirstLook = 60;
 constexpr std::array<std::size_t, 3> kMostAfterLevels = {60, 16, 5};
 constexpr std::size_t kMostPerWanted = 3;
 
@@ -115,6 +115,7 @@ void Descent::Enter(std::span<const Candidate> candidates, int level) {
 void Descent::FitLevel(int level, std::vector<Tracked>& arrived) {
   TrackingStep first = StepOn(level);
   TrackingStep second = first;
+  second.range = 1;
   second.reach = 2.0F;
   second.damping = 0.001;
   auto& active = buffers_.active;

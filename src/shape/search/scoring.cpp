@@ -24,6 +24,9 @@ double MedianOf(std::vector<float>& values) {
   return static_cast<double>(*middle);
 }
 
+/// What a pattern misses by where chance imitates it to 0.13, as well as any in photographs: it keeps its score.
+constexpr double kTypicalMiss = 0.87;
+
 /// Sums of c n n', and the ratio of its smaller to its larger eigenvalue.
 struct Spread {
   double xx = 0.0;
@@ -105,9 +108,11 @@ PoseScore ScorePose(const EdgePoints& points, const GradientPlane& gradients,
 }
 
 double ScoreAboveChance(double raw, double chance) {
-  // A pattern that chance imitates to 0.13, as good as any in photographs, keeps its score.
-  constexpr double kTypicalMiss = 0.87;
   return std::max(0.0, 1.0 - kTypicalMiss * (1.0 - raw) / (1.0 - chance));
+}
+
+double RawScoreOf(double score, double chance) {
+  return 1.0 - (1.0 - score) * (1.0 - chance) / kTypicalMiss;
 }
 
 }  // namespace orvandel::shape

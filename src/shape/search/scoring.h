@@ -35,4 +35,7 @@ PoseScore ScorePose(const EdgePoints& points, const GradientPlane& gradients,
 /// so that one threshold serves all patterns.
 double ScoreAboveChance(double raw, double chance);
 
+/// The way back, for scores above 0.
+double RawScoreOf(double score, double chance);
+
 }  // namespace orvandel::shape
