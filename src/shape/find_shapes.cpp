@@ -60,6 +60,9 @@ constexpr std::size_t kMany = 200;
 /// Where the best score reaches this, no other polarity is tried.
 constexpr double kGoodScore = 0.5;
 
+/// A further polarity's candidates must reach this share of the best ones before, and are half as many.
+constexpr float kFurtherShare = 0.85F;
+
 class Stopwatch {
  public:
   double MicrosecondsSinceLast() {
@@ -114,10 +117,11 @@ class ShapeSearch {
   void Run() {
     PrepareScene();
     buffers_.found.clear();
+    float best_candidate = 0.0F;
     for (const EdgeSign sign : SignsToTry()) {
       if (BestScore() >= kGoodScore) break;
       descent_.sign = sign;
-      FindCandidates();
+      best_candidate = FindCandidates(best_candidate);
       TrackCandidates();
       ScoreArrived();
     }
@@ -156,15 +160,19 @@ class ShapeSearch {
     result_.times_us.pyramid += watch_.MicrosecondsSinceLast();
   }
 
-  void FindCandidates() {
+  /// @param best_before  best score of the polarities tried before, 0 at first
+  /// @return             best score of a candidate
+  float FindCandidates(float best_before) {
     buffers_.candidates.clear();
     buffers_.candidate_ends.clear();
-    float best_score = 0.0F;
+    const bool is_first = best_before == 0.0F;
+    float best_score = kFurtherShare * best_before;
     CoarseLimits limits;
     limits.least_score = kLeastCoarseScore;
     limits.share_of_best = descent_.num_wanted == 1 ? kCoarseShare : kCoarseShareSeveral;
-    limits.max_hits = std::max(kMaxHits, kHitsPerWanted * descent_.num_wanted);
-    limits.max_candidates = std::max(kMaxCandidates, kCandidatesPerWanted * descent_.num_wanted);
+    limits.max_hits = std::max(kMaxHits, kHitsPerWanted * descent_.num_wanted) / (is_first ? 1 : 2);
+    limits.max_candidates =
+        std::max(kMaxCandidates, kCandidatesPerWanted * descent_.num_wanted) / (is_first ? 1 : 2);
     for (const Grid& grid : buffers_.grids) {
       BuildMaps(grid);
       result_.times_us.response_maps += watch_.MicrosecondsSinceLast();
@@ -175,6 +183,7 @@ class ShapeSearch {
       buffers_.candidate_ends.push_back(buffers_.candidates.size());
       result_.times_us.coarse_search += watch_.MicrosecondsSinceLast();
     }
+    return best_score;
   }
 
   void BuildMaps(const Grid& grid) {

@@ -13,7 +13,7 @@ namespace {
 
 /// Points for the exhaustive search: byte sums of 4 votes each hold 63.
 constexpr std::size_t kCoarsePoints = 48;
-constexpr std::size_t kFinePoints = 200;
+constexpr std::size_t kFinePoints = 128;
 constexpr std::size_t kAllPoints = 1600;
 
 /// Fewer edge points than this say nothing about a pose.

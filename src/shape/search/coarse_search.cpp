@@ -220,14 +220,15 @@ class GridSearch {
     const std::int32_t x = hit.x;
     const std::int32_t y = first_row + hit.row;
     if (x >= maps_.Width() || y >= maps_.Height()) return;
+    const int beyond_columns = buffers_.outside_columns[static_cast<std::size_t>(x)];
+    const int beyond_rows = buffers_.outside_rows[static_cast<std::size_t>(y)];
+    // Near a corner some points may be beyond both a column and a row.
+    const int num_visible = beyond_columns > 0 && beyond_rows > 0
+                                ? CountPointsWithin(x, y)
+                                : num_points_ - beyond_columns - beyond_rows;
     const auto all = static_cast<float>(num_points_);
-    auto visible = all;
-    if (buffers_.outside_columns[static_cast<std::size_t>(x)] +
-            buffers_.outside_rows[static_cast<std::size_t>(y)] >
-        0) {
-      visible = CountPointsWithin(x, y);
-      if (visible < kLeastVisible * all) return;
-    }
+    const auto visible = static_cast<float>(num_visible);
+    if (visible < kLeastVisible * all) return;
     const float score =
         static_cast<float>(hit.votes) / (static_cast<float>(kFullVote) * std::sqrt(visible * all));
     if (score < threshold_) return;
@@ -236,14 +237,14 @@ class GridSearch {
                              static_cast<std::uint32_t>(buffers_.poses.size() - 1)});
   }
 
-  float CountPointsWithin(std::int32_t x, std::int32_t y) const {
+  int CountPointsWithin(std::int32_t x, std::int32_t y) const {
     int count = 0;
     for (int i = 0; i < num_points_; ++i) {
       const std::int32_t column = x + placed_.dx[static_cast<std::size_t>(i)];
       const std::int32_t row = y + placed_.dy[static_cast<std::size_t>(i)];
       count += column >= 0 && column < maps_.Width() && row >= 0 && row < maps_.Height() ? 1 : 0;
     }
-    return static_cast<float>(count);
+    return count;
   }
 
   /// Drops hits below the threshold of now; if still too many are left, also those below their median.
