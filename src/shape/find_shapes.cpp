@@ -17,6 +17,14 @@
 
 namespace orvandel::shape {
 
+/// A pose that was tracked to its end, with its score.
+struct Found {
+  Tracked tracked;
+  EdgeSign sign = EdgeSign::kSame;
+  PoseScore raw;
+  double score = 0.0;
+};
+
 struct Workspace::Buffers {
   SceneLevels scene;
   std::vector<Grid> grids;
@@ -29,7 +37,7 @@ struct Workspace::Buffers {
   ScoringBuffers scoring;
   OverlapBuffers overlap;
   std::vector<Tracked> arrived;
-  std::vector<Match> found;
+  std::vector<Found> found;
   std::vector<Match> matches;
   std::vector<Point> hulls;
   std::vector<Point> hull;
@@ -126,27 +134,32 @@ class ShapeSearch {
       ScoreArrived();
     }
     RemoveOverlaps();
-    result_.matches = buffers_.matches;
+    RefineMatches();
   }
 
  private:
-  std::vector<EdgeSign> SignsToTry() const {
+  /// One after the other, as long as nothing good is found.
+  std::span<const EdgeSign> SignsToTry() const {
+    static constexpr EdgeSign kOnlySame[] = {EdgeSign::kSame};
+    static constexpr EdgeSign kOnlyReversed[] = {EdgeSign::kReversed};
+    static constexpr EdgeSign kOneOrTheOther[] = {EdgeSign::kSame, EdgeSign::kReversed};
+    static constexpr EdgeSign kAnywhere[] = {EdgeSign::kSame, EdgeSign::kEither};
     switch (options_.polarity) {
       case Polarity::kSame:
-        return {EdgeSign::kSame};
+        return kOnlySame;
       case Polarity::kReversed:
-        return {EdgeSign::kReversed};
+        return kOnlyReversed;
       case Polarity::kEither:
-        return {EdgeSign::kSame, EdgeSign::kReversed};
+        return kOneOrTheOther;
       default:
-        return {EdgeSign::kSame, EdgeSign::kEither};
+        return kAnywhere;
     }
   }
 
   double BestScore() const {
     double best = 0.0;
-    for (const Match& match : buffers_.found)
-      best = std::max(best, match.score);
+    for (const Found& found : buffers_.found)
+      best = std::max(best, found.score);
     return best;
   }
 
@@ -223,63 +236,100 @@ class ShapeSearch {
     for (Tracked& tracked : buffers_.arrived) {
       FitFinally(model_, buffers_.scene, descent_, buffers_.tracking, tracked);
       const int level = tracked.level;
-      const LevelPose pose = OnLevel(tracked.pose, level);
-      const GradientPlane& gradients = buffers_.scene.Gradients(level);
-      const EdgePoints& points =
-          model_.LevelOf(static_cast<double>(1 << level) / tracked.pose.scale).all;
-      TrackingStep step = MeasuringStep(buffers_.scene, level, descent_.sign);
-      const PoseScore score =
-          ScorePose(points, gradients, step, buffers_.tracking, buffers_.scoring, pose);
-      Match match;
-      match.scene_from_pattern = {tracked.pose.x, tracked.pose.y,
-                                  NormalizedAngle(tracked.pose.angle), tracked.pose.scale};
-      match.score = ScoreAboveChance(score.raw, chance);
-      match.coverage = score.coverage;
-      match.fit_error = score.rms * static_cast<double>(1 << level);
-      match.contrast = score.contrast;
-      match.is_reversed = score.is_reversed;
-      match.share_outside = 1.0 - score.visible;
-      step.holds_scale = options_.min_scale == options_.max_scale;
-      step.holds_angle = options_.angle_extent == 0.0;
-      match.covariance = CovarianceAt(points, gradients, step, level, buffers_.tracking, pose);
-      buffers_.found.push_back(match);
+      const EdgePoints& points = model_.LevelOf(PixelsOf(level) / tracked.pose.scale).all;
+      const TrackingStep step = MeasuringStep(buffers_.scene, level, descent_.sign);
+      Found found;
+      found.tracked = tracked;
+      found.sign = descent_.sign;
+      found.raw = ScorePose(points, buffers_.scene.Gradients(level), step, buffers_.tracking,
+                            buffers_.scoring, OnLevel(tracked.pose, level));
+      found.score = ScoreAboveChance(found.raw.raw, chance);
+      buffers_.found.push_back(found);
     }
-    result_.times_us.refinement += watch_.MicrosecondsSinceLast();
+    result_.times_us.scoring += watch_.MicrosecondsSinceLast();
   }
 
   /// Best first; drops what overlaps a better one by too much, and what is below the least score.
   void RemoveOverlaps() {
-    std::stable_sort(buffers_.found.begin(), buffers_.found.end(),
-                     [](const Match& a, const Match& b) { return a.score > b.score; });
-    buffers_.matches.clear();
+    std::sort(buffers_.found.begin(), buffers_.found.end(), [](const Found& a, const Found& b) {
+      if (a.score != b.score) return a.score > b.score;
+      if (a.tracked.pose.y != b.tracked.pose.y) return a.tracked.pose.y < b.tracked.pose.y;
+      if (a.tracked.pose.x != b.tracked.pose.x) return a.tracked.pose.x < b.tracked.pose.x;
+      return a.tracked.pose.angle < b.tracked.pose.angle;
+    });
     buffers_.hulls.clear();
     const auto most = options_.max_matches == 0 ? buffers_.found.size()
                                                 : static_cast<std::size_t>(options_.max_matches);
-    for (const Match& match : buffers_.found) {
-      if (buffers_.matches.size() >= most || match.score < options_.min_score) break;
-      if (!(match.score > 0.0) || OverlapsBetter(match)) continue;
-      Match reported = match;
-      const Point at = match.scene_from_pattern * model_.origin;
-      reported.scene_from_pattern.x = at.x;
-      reported.scene_from_pattern.y = at.y;
-      buffers_.matches.push_back(reported);
+    std::size_t num_kept = 0;
+    for (const Found& found : buffers_.found) {
+      if (num_kept >= most || found.score < options_.min_score) break;
+      if (!(found.score > 0.0) || OverlapsBetter(found.tracked.pose)) continue;
       buffers_.hulls.insert(buffers_.hulls.end(), buffers_.hull.begin(), buffers_.hull.end());
+      buffers_.found[num_kept++] = found;
     }
+    buffers_.found.resize(num_kept);
   }
 
-  bool OverlapsBetter(const Match& match) {
-    const SimilarityMap map(match.scene_from_pattern);
+  /// Leaves the outline of the pose in `hull`.
+  bool OverlapsBetter(const Candidate& pose) {
+    const SimilarityMap map(Similarity{pose.x, pose.y, pose.angle, pose.scale});
     buffers_.hull.clear();
     for (const Point p : model_.hull)
       buffers_.hull.push_back(map * p);
     const double area = AreaOf(buffers_.hull);
     const std::size_t corners = model_.hull.size();
-    for (std::size_t i = 0; i < buffers_.matches.size(); ++i) {
-      const auto other = std::span(buffers_.hulls).subspan(i * corners, corners);
+    for (std::size_t first = 0; first < buffers_.hulls.size(); first += corners) {
+      const auto other = std::span(buffers_.hulls).subspan(first, corners);
       const double shared = SharedArea(buffers_.hull, other, buffers_.overlap);
       if (shared > options_.max_overlap * std::min(area, AreaOf(other))) return true;
     }
     return false;
+  }
+
+  void RefineMatches() {
+    buffers_.matches.clear();
+    for (const Found& found : buffers_.found) {
+      const RefinedPose refined = Refined(found);
+      Match match;
+      match.scene_from_pattern = refined.scene_from_pattern;
+      // From the pattern's centre to the origin that was asked for.
+      const Point origin = refined.scene_from_pattern * model_.origin;
+      match.scene_from_pattern.x = origin.x;
+      match.scene_from_pattern.y = origin.y;
+      match.covariance = refined.covariance;
+      match.score = found.score;
+      match.coverage = found.raw.coverage;
+      match.fit_error = found.raw.rms * PixelsOf(found.tracked.level);
+      match.contrast = found.raw.contrast;
+      match.is_reversed = found.raw.is_reversed;
+      match.share_outside = 1.0 - found.raw.visible;
+      buffers_.matches.push_back(match);
+    }
+    result_.matches = buffers_.matches;
+    result_.times_us.refinement += watch_.MicrosecondsSinceLast();
+  }
+
+  struct RefinedPose {
+    Similarity scene_from_pattern;  ///< of the pattern's centre
+    std::array<double, 16> covariance = {};
+  };
+
+  /// The pose as exact as it gets. Tracking at the finest level that has edges is the start.
+  RefinedPose Refined(const Found& found) {
+    descent_.sign = found.sign;
+    const Tracked polished =
+        Polished(model_, buffers_.scene, descent_, buffers_.tracking, found.tracked);
+    const int level = polished.level;
+    TrackingStep step = MeasuringStep(buffers_.scene, level, found.sign);
+    step.holds_scale = options_.min_scale == options_.max_scale;
+    step.holds_angle = options_.angle_extent == 0.0;
+    RefinedPose refined;
+    refined.scene_from_pattern = {polished.pose.x, polished.pose.y,
+                                  NormalizedAngle(polished.pose.angle), polished.pose.scale};
+    refined.covariance = CovarianceAt(model_.LevelOf(PixelsOf(level) / polished.pose.scale).all,
+                                      buffers_.scene.Gradients(level), step, level,
+                                      buffers_.tracking, OnLevel(polished.pose, level));
+    return refined;
   }
 
   const ShapeModel& model_;

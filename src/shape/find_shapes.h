@@ -57,6 +57,7 @@ struct StageTimes {
   double response_maps = 0.0;
   double coarse_search = 0.0;
   double tracking = 0.0;
+  double scoring = 0.0;
   double refinement = 0.0;
   double total = 0.0;
 };

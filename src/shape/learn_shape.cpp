@@ -40,7 +40,7 @@ LearnResult LearnShape(const ImageView& image, const LearnOptions& options) {
         "The pattern image has too few edges to be found by: it is flat, too small, or all masked.",
         nullptr};
   }
-  model->chances = LearnChances(*model);
+  if (options.learns_chance) model->chances = LearnChances(*model);
   return {LearnStatus::kOk, {}, std::make_shared<const ShapeModel>(std::move(*model))};
 }
 

@@ -17,6 +17,9 @@ struct LearnOptions {
   std::optional<Point> origin;
   /// As large as the pattern image: what is not 0 belongs to the pattern. Empty: everything does.
   ImageView8 mask;
+  /// Whether to learn how well chance imitates the pattern, which takes most of the time. Without, scores are not set
+  /// against it, and the default threshold is too low for simple patterns.
+  bool learns_chance = true;
 };
 
 enum class LearnStatus : std::uint8_t { kOk, kEmptyImage, kBadOptions, kNoEdges };

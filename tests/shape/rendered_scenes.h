@@ -21,8 +21,11 @@ inline GreyImage SceneOf(const render::Part& part, const render::Pose& pose,
   return ToGreyImage(render::RenderScene({{part, pose}}, imaging, size));
 }
 
+/// Learnt without chance levels, which take most of the time.
 inline std::shared_ptr<const shape::ShapeModel> Learnt(const GreyImage& image) {
-  return shape::LearnShape(image.View()).model;
+  shape::LearnOptions options;
+  options.learns_chance = false;
+  return shape::LearnShape(image.View(), options).model;
 }
 
 inline Similarity ToSimilarity(const render::Pose& pose) {

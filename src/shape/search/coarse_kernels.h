@@ -14,6 +14,23 @@ inline constexpr std::int32_t kBlockRows = 2;
 /// Points are summed up in thirds, whole groups of this many each.
 inline constexpr std::size_t kPointGroup = 8;
 
+/// Coarse points of a pattern; arrays of a whole number of groups.
+struct DirectedPoints {
+  const float* x;
+  const float* y;
+  const float* direction;  ///< of the normal, in bins, 0 or more
+  std::size_t padded;
+};
+
+/// A pose, and the response maps that its points are to be looked up in.
+struct PosePlacing {
+  float cosine;  ///< times grid positions per pattern pixel
+  float sine;
+  float turn;  ///< rotation in bins, 0 or more
+  std::int32_t stride;
+  std::int32_t plane_size;
+};
+
 /// A pattern at one pose: where each of its points reads the response maps, relative to the position.
 struct PoseOffsets {
   const std::int32_t* offsets;
@@ -47,6 +64,11 @@ struct CoarseHit {
 };
 
 struct CoarseKernels {
+  /// Grid positions of points from the pattern's centre, and where each reads the maps. Points lie within
+  /// 16000 positions.
+  void (*place_points)(const DirectedPoints& points, const PosePlacing& placing, std::int32_t* dx,
+                       std::int32_t* dy, std::int32_t* offsets);
+
   /// Limits of `num_columns` columns with so many points outside each.
   void (*limit_columns)(const std::int16_t* num_outside, std::int32_t num_columns,
                         const ColumnLimits& rule, std::int16_t* const* columns);

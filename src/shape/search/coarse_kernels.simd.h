@@ -8,6 +8,23 @@ namespace {
 
 using Byte = std::uint8_t;
 
+/// Nearest whole number; halves go up. Sums with 16384 keep five bits of fraction at least, so what is rounded
+/// is the position to a thirtieth or better, the same everywhere.
+inline std::int32_t Nearest(float value) {
+  return static_cast<std::int32_t>(value + 16384.5F) - 16384;
+}
+
+void PlacePoints(const DirectedPoints& points, const PosePlacing& placing, std::int32_t* dx,
+                 std::int32_t* dy, std::int32_t* offsets) {
+  for (std::size_t i = 0; i < points.padded; ++i) {
+    dx[i] = Nearest(placing.cosine * points.x[i] - placing.sine * points.y[i]);
+    dy[i] = Nearest(placing.sine * points.x[i] + placing.cosine * points.y[i]);
+    const std::int32_t bin =
+        static_cast<std::int32_t>(points.direction[i] + placing.turn + 0.5F) & 15;
+    offsets[i] = bin * placing.plane_size + dy[i] * placing.stride + dx[i];
+  }
+}
+
 /// Adds the votes of points [begin, end) to the sums of a block.
 inline void AddVotes(const Byte* origin, std::ptrdiff_t stride, const std::int32_t* offsets,
                      std::size_t begin, std::size_t end, Byte* sums) {
@@ -65,6 +82,30 @@ inline bool AnyReaches(const Byte* sums, const Byte* limits) {
   return any != 0;
 }
 
+/// Positions of one row of a block that meet their limits.
+inline std::size_t WriteHits(const Byte* sums, const Byte* limits, std::int32_t x, std::int32_t row,
+                             CoarseHit* hits) {
+  constexpr std::int32_t kGroup = 8;
+  Byte meets[kBlockColumns];
+  for (std::int32_t i = 0; i < kBlockColumns; ++i)
+    meets[i] = sums[i] >= limits[i] ? 1 : 0;
+  std::size_t num_hits = 0;
+  for (std::int32_t first = 0; first < kBlockColumns; first += kGroup) {
+    Byte any = 0;
+    for (std::int32_t i = first; i < first + kGroup; ++i)
+      any = static_cast<Byte>(any | meets[i]);
+    if (any == 0) continue;
+    for (std::int32_t i = first; i < first + kGroup; ++i) {
+      if (meets[i] == 0) continue;
+      hits[num_hits].x = static_cast<std::uint16_t>(x + i);
+      hits[num_hits].row = static_cast<std::uint16_t>(row);
+      hits[num_hits].votes = sums[i];
+      ++num_hits;
+    }
+  }
+  return num_hits;
+}
+
 std::size_t ScanRows(const Byte* origin, std::ptrdiff_t stride, const PoseOffsets& pose,
                      const VoteLimits& limits, std::int32_t num_columns, CoarseHit* hits) {
   std::size_t num_hits = 0;
@@ -80,16 +121,8 @@ std::size_t ScanRows(const Byte* origin, std::ptrdiff_t stride, const PoseOffset
       is_alive = AnyReaches(sums, least);
     }
     if (!is_alive) continue;
-    for (std::int32_t row = 0; row < kBlockRows; ++row) {
-      for (std::int32_t i = 0; i < kBlockColumns; ++i) {
-        const Byte votes = sums[row * kBlockColumns + i];
-        if (votes < least[i]) continue;
-        hits[num_hits].x = static_cast<std::uint16_t>(x + i);
-        hits[num_hits].row = static_cast<std::uint16_t>(row);
-        hits[num_hits].votes = votes;
-        ++num_hits;
-      }
-    }
+    for (std::int32_t row = 0; row < kBlockRows; ++row)
+      num_hits += WriteHits(sums + row * kBlockColumns, least, x, row, hits + num_hits);
   }
   return num_hits;
 }
@@ -97,7 +130,7 @@ std::size_t ScanRows(const Byte* origin, std::ptrdiff_t stride, const PoseOffset
 }  // namespace
 
 namespace ORVANDEL_SIMD_NAMESPACE {
-const CoarseKernels kCoarseKernels = {LimitColumns, ScanRows};
+const CoarseKernels kCoarseKernels = {PlacePoints, LimitColumns, ScanRows};
 }
 
 }  // namespace orvandel::shape

@@ -33,60 +33,60 @@ constexpr float kChordVisible = 0.613F;
 constexpr std::size_t kMaxPoints = 63;
 constexpr std::size_t kMaxGroups = (kMaxPoints + kPointGroup - 1) / kPointGroup;
 
+constexpr std::size_t kMaxPadded = kMaxGroups * kPointGroup;
+
 struct PosePoints {
-  std::array<std::int32_t, kMaxPoints> dx;
-  std::array<std::int32_t, kMaxPoints> dy;
-  std::array<std::int32_t, kMaxGroups * kPointGroup> offsets;
+  std::array<std::int32_t, kMaxPadded> dx;
+  std::array<std::int32_t, kMaxPadded> dy;
+  std::array<std::int32_t, kMaxPadded> offsets;
   PoseOffsets table;
 };
 
 /// Coarse points of a model level with the directions of their normals.
 struct CoarsePoints {
   std::size_t size = 0;
-  std::array<double, kMaxPoints> x;
-  std::array<double, kMaxPoints> y;
-  std::array<double, kMaxPoints> direction;  ///< of the normal, in bins
+  std::array<float, kMaxPadded> x = {};
+  std::array<float, kMaxPadded> y = {};
+  std::array<float, kMaxPadded> direction = {};
 };
 
 constexpr double kBinsPerRadian = kDirectionBins / kTwoPi;
 
-CoarsePoints DirectedPoints(const EdgePoints& points) {
-  CoarsePoints directed;
-  directed.size = std::min(points.size, kMaxPoints);
-  for (std::size_t i = 0; i < directed.size; ++i) {
-    directed.x[i] = static_cast<double>(points.x[i]);
-    directed.y[i] = static_cast<double>(points.y[i]);
-    directed.direction[i] = kBinsPerRadian * ArcTan2(static_cast<double>(points.normal_y[i]),
-                                                     static_cast<double>(points.normal_x[i]));
+CoarsePoints ToCoarsePoints(const EdgePoints& points) {
+  CoarsePoints coarse;
+  coarse.size = std::min(points.size, kMaxPoints);
+  for (std::size_t i = 0; i < coarse.size; ++i) {
+    coarse.x[i] = points.x[i];
+    coarse.y[i] = points.y[i];
+    const double direction =
+        ArcTan2(static_cast<double>(points.normal_y[i]), static_cast<double>(points.normal_x[i]));
+    coarse.direction[i] = static_cast<float>(kBinsPerRadian * direction + kDirectionBins);
   }
-  return directed;
+  return coarse;
 }
 
 double GridPixels(int level) {
   return static_cast<double>(std::int64_t{1} << level);
 }
 
-std::int32_t RoundToInt(double value) {
-  return static_cast<std::int32_t>(std::floor(value + 0.5));
-}
-
 void PlacePoints(const CoarsePoints& points, const ResponseMaps& maps, double scale_in_grid,
-                 double angle, PosePoints& placed) {
+                 double angle, const CoarseKernels& kernels, PosePoints& placed) {
   const SinCos turn = SinCosOf(angle);
-  const double cosine = scale_in_grid * turn.cosine;
-  const double sine = scale_in_grid * turn.sine;
-  const double turned_bins = kBinsPerRadian * angle + 2.0 * kDirectionBins;
-  for (std::size_t i = 0; i < points.size; ++i) {
-    placed.dx[i] = RoundToInt(cosine * points.x[i] - sine * points.y[i]);
-    placed.dy[i] = RoundToInt(sine * points.x[i] + cosine * points.y[i]);
-    const std::int32_t bin = RoundToInt(points.direction[i] + turned_bins) & (kDirectionBins - 1);
-    placed.offsets[i] = static_cast<std::int32_t>(bin * maps.PlaneSize() +
-                                                  placed.dy[i] * maps.Stride() + placed.dx[i]);
-  }
   const std::size_t groups = (points.size + kPointGroup - 1) / kPointGroup;
+  const DirectedPoints directed = {points.x.data(), points.y.data(), points.direction.data(),
+                                   groups * kPointGroup};
+  PosePlacing placing = {};
+  placing.cosine = static_cast<float>(scale_in_grid * turn.cosine);
+  placing.sine = static_cast<float>(scale_in_grid * turn.sine);
+  const double turned = kBinsPerRadian * NormalizedAngle(angle);
+  placing.turn = static_cast<float>(turned + kDirectionBins);
+  placing.stride = static_cast<std::int32_t>(maps.Stride());
+  placing.plane_size = static_cast<std::int32_t>(maps.PlaneSize());
+  kernels.place_points(directed, placing, placed.dx.data(), placed.dy.data(),
+                       placed.offsets.data());
   // Places of the last group that have no point read the map of nothing.
   for (std::size_t i = points.size; i < groups * kPointGroup; ++i)
-    placed.offsets[i] = static_cast<std::int32_t>(kDirectionBins * maps.PlaneSize());
+    placed.offsets[i] = kDirectionBins * placing.plane_size;
   placed.table.offsets = placed.offsets.data();
   for (std::size_t third = 0; third < 3; ++third)
     placed.table.ends[third] = (groups * (third + 1) + 2) / 3 * kPointGroup;
@@ -139,7 +139,7 @@ class GridSearch {
   float Threshold() const { return std::max(floor_, limits_.share_of_best * best_); }
 
   void TryPose(const CoarsePoints& points, const CoarseBuffers::Pose& pose, double scale_in_grid) {
-    PlacePoints(points, maps_, scale_in_grid, pose.angle, placed_);
+    PlacePoints(points, maps_, scale_in_grid, pose.angle, kernels_, placed_);
     num_points_ = static_cast<int>(points.size);
     CountOutsideAll();
     const VoteRule rule = RuleOf(threshold_);
@@ -377,7 +377,7 @@ void SearchGrid(const ShapeModel& model, const ResponseMaps& maps, bool is_poole
   for (int i = 0; i < num_scales; ++i) {
     const double scale =
         range.min_scale + (range.max_scale - range.min_scale) * (i + 0.5) / num_scales;
-    const CoarsePoints points = DirectedPoints(model.LevelOf(gradient_pixels / scale).coarse);
+    const CoarsePoints points = ToCoarsePoints(model.LevelOf(gradient_pixels / scale).coarse);
     const double angle_step = kRimStep * grid_pixels / (model.radius * scale);
     const int num_angles = 1 + static_cast<int>(range.angle_extent / angle_step);
     for (int k = 0; k < num_angles; ++k) {

@@ -36,10 +36,6 @@ constexpr double kAngleSlack = 0.035;
 /// Two poses are one where no point moves by more than about this, level pixels.
 constexpr double kSamePose = 1.5;
 
-double PixelsOf(int level) {
-  return static_cast<double>(1 << level);
-}
-
 void HoldScale(const DescentOptions& options, double slack, Candidate& pose) {
   pose.scale = std::clamp(pose.scale, options.min_scale / slack, options.max_scale * slack);
 }
@@ -141,9 +137,12 @@ void Descent::FitLevel(int level, std::vector<Tracked>& arrived) {
   active.resize(end);
   KeepBest(active, kMostAfterLevels, level);
   end = 0;
+  std::size_t num_arrived = 0;
+  const std::size_t most_arrived =
+      std::max(kMostAfterLevels[1], kMostPerWanted * options_.num_wanted);
   for (const Tracked& tracked : active) {
     if (HasArrived(tracked, level)) {
-      arrived.push_back(tracked);
+      if (num_arrived++ < most_arrived) arrived.push_back(tracked);
     } else {
       active[end++] = tracked;
     }
@@ -209,32 +208,71 @@ void Descent::KeepBest(std::vector<Tracked>& list, std::span<const std::size_t> 
   list.resize(num_kept);
 }
 
-void FitFinally(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
-                TrackingBuffers& tracking, Tracked& tracked) {
-  const int level = tracked.level;
-  const GradientPlane& gradients = scene.Gradients(level);
-  const ModelLevel& points = model.LevelOf(PixelsOf(level) / tracked.pose.scale);
+namespace {
+
+/// A step with all that is found; the pose beyond the range is held at its border, and the rest of it fitted on.
+void FitOn(const EdgePoints& points, const GradientPlane& gradients, const DescentOptions& options,
+           TrackingBuffers& tracking, TrackingStep& step, Tracked& tracked) {
+  LevelPose pose = OnLevel(tracked.pose, tracked.level);
+  tracked.fit = Track(points, gradients, step, tracking, pose);
+  const Candidate free = {
+      ToScene(pose.x, tracked.level), ToScene(pose.y, tracked.level), pose.angle,
+      step.holds_scale ? tracked.pose.scale : pose.scale * PixelsOf(tracked.level),
+      tracked.pose.score};
+  tracked.pose = free;
+  HoldScale(options, 1.0, tracked.pose);
+  HoldAngle(options, 0.0, tracked.pose);
+  constexpr double kRounding = 1e-12;
+  step.holds_scale = step.holds_scale || tracked.pose.scale != free.scale;
+  step.holds_angle =
+      step.holds_angle || std::abs(NormalizedAngle(tracked.pose.angle - free.angle)) > kRounding;
+}
+
+TrackingStep FinalStep(const SceneLevels& scene, int level, const DescentOptions& options) {
   TrackingStep step = MeasuringStep(scene, level, options.sign);
   step.holds_scale = options.min_scale == options.max_scale;
   step.holds_angle = options.angle_extent == 0.0;
   step.damping = 1e-4;
+  return step;
+}
+
+}  // namespace
+
+void FitFinally(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
+                TrackingBuffers& tracking, Tracked& tracked) {
+  const GradientPlane& gradients = scene.Gradients(tracked.level);
+  const ModelLevel& points = model.LevelOf(PixelsOf(tracked.level) / tracked.pose.scale);
+  TrackingStep step = FinalStep(scene, tracked.level, options);
   constexpr int kRounds = 4;
   for (int round = 0; round < kRounds; ++round) {
+    // Edges count as far as they scatter.
     step.reach = static_cast<float>(std::clamp(4.5 * tracked.fit.rms, 0.5, 1.5));
-    LevelPose pose = OnLevel(tracked.pose, level);
-    tracked.fit = Track(round < 2 ? points.fine : points.all, gradients, step, tracking, pose);
-    const double scale = tracked.pose.scale;
-    tracked.pose = {ToScene(pose.x, level), ToScene(pose.y, level), pose.angle,
-                    step.holds_scale ? scale : pose.scale * PixelsOf(level), tracked.pose.score};
-    // A pose beyond the range is held at its border, and the rest of it fitted on.
-    const Candidate free = tracked.pose;
-    HoldScale(options, 1.0, tracked.pose);
-    HoldAngle(options, 0.0, tracked.pose);
-    step.holds_scale = step.holds_scale || tracked.pose.scale != free.scale;
-    if (options.angle_extent < kTwoPi)
-      step.holds_angle =
-          step.holds_angle || std::abs(NormalizedAngle(tracked.pose.angle - free.angle)) > 1e-12;
+    FitOn(round < kRounds / 2 ? points.fine : points.all, gradients, options, tracking, step,
+          tracked);
   }
+}
+
+Tracked Polished(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
+                 TrackingBuffers& tracking, const Tracked& arrived) {
+  // In noise, half the threshold finds more true edges than false ones this close to the pose.
+  constexpr float kLowerThreshold = 0.5F;
+  constexpr double kEnoughCoverage = 0.5;
+  constexpr int kRounds = 3;
+  Tracked best = arrived;
+  for (int level = arrived.level - 1;
+       level >= 0 && PixelsOf(level) / best.pose.scale >= kFinestFactor; --level) {
+    Tracked finer = best;
+    finer.level = level;
+    const EdgePoints& points = model.LevelOf(PixelsOf(level) / best.pose.scale).all;
+    TrackingStep step = FinalStep(scene, level, options);
+    step.least_slope *= kLowerThreshold;
+    step.reach = 2.0F;
+    for (int round = 0; round < kRounds; ++round)
+      FitOn(points, scene.Gradients(level), options, tracking, step, finer);
+    if (finer.fit.coverage < kEnoughCoverage * arrived.fit.coverage) break;
+    best = finer;
+  }
+  return best;
 }
 
 }  // namespace orvandel::shape

@@ -74,8 +74,18 @@ class Descent {
 void FitFinally(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
                 TrackingBuffers& tracking, Tracked& tracked);
 
+/// A pose that arrived above the finest level, because noise or blur hide many edges below, fitted on there with what
+/// edges there are: they are the more exact, and enough of them are left. Where they are not, the pose stays.
+Tracked Polished(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
+                 TrackingBuffers& tracking, const Tracked& arrived);
+
 /// The step that measures on a level with its threshold.
 TrackingStep MeasuringStep(const SceneLevels& scene, int level, EdgeSign sign);
+
+/// Scene pixels per pixel of a level.
+inline double PixelsOf(int level) {
+  return static_cast<double>(1 << level);
+}
 
 /// A pose in a level's pixels.
 LevelPose OnLevel(const Candidate& pose, int level);
