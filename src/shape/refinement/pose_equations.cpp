@@ -72,6 +72,21 @@ void FitLight(const StretchSums& sums, const PoseSolution& solution, const Light
 
 }  // namespace
 
+double LeftOver(const StretchSums& sums, const PoseSolution& solution, const StretchLight& light) {
+  double factors[kNumColumns] = {};
+  for (int i = 0; i < kPattern; ++i)
+    factors[i] = -solution.by_column[i] * light.derivative_gain;
+  factors[kPattern] = -light.gain;
+  factors[kOne] = -light.bias;
+  factors[kScene] = 1.0;
+  double square = 0.0;
+  for (int i = 0; i < kNumColumns; ++i) {
+    for (int j = 0; j < kNumColumns; ++j)
+      square += factors[i] * factors[j] * sums.at[i][j];
+  }
+  return square;
+}
+
 Projection Project(const StretchSums& sums, const LightPrior& prior, Column column) {
   return {AboutMean(sums, column) * Shrunk(sums.PatternSpread(), prior.gain_precision),
           sums.at[kOne][column] * Shrunk(sums.Weight(), prior.bias_precision)};

@@ -40,6 +40,9 @@ struct PoseSolution {
 PoseSolution SolvePose(std::span<const StretchSums> sums, const FittedColumns& fitted,
                        const LightPrior& prior, std::span<StretchLight> lights);
 
+/// Weighted sum of squares of what the solution and a stretch's light leave of the scene.
+double LeftOver(const StretchSums& sums, const PoseSolution& solution, const StretchLight& light);
+
 /// What the elimination of a stretch's own gain and bias takes from column j: `pattern` times the
 /// pattern's grey about its mean, and `one`.
 struct Projection {

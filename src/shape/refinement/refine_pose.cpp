@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "base/rounding.h"
+#include "shape/refinement/keep_test.h"
+#include "shape/refinement/pose_covariance.h"
 #include "shape/refinement/refinement_buffers.h"
 #include "shape/refinement/strip_fit.h"
 
@@ -15,21 +17,29 @@ using Buffers = RefinementWorkspace::Buffers;
 /// Scales at a pyramid level's pixels, so that the next coarser one is as good from the upper limit on.
 constexpr double kMostScaleAtLevel = 1.4142135623730951;
 
-/// A level needs at least so many pixels each way, for a kernel of doubled width.
-constexpr int kLeastSide = 8;
+/// Half the diagonal of the smallest part, scene pixels.
+constexpr double kLeastRadius = 4.0;
+
+/// Pixels of a level that are taken around the part, for what the pose may move there.
+constexpr double kMargin = 8.0;
 
 /// A step as small leaves an error of second order, below what noise leaves.
 constexpr double kSmallStep = 0.02;  ///< pattern pixels
 constexpr double kSmallBlurStep = 0.05;
+/// Round blur of less variance, scene pixels squared, may as well be Gaussian: a disk of that variance
+/// has a radius of 1.5 pixels. A disk must fit the edges better by some per cent.
+constexpr double kLeastDiskVariance = 0.6;
+constexpr double kDiskResidual = 0.94;    ///< of the variance
+constexpr double kDiskWorthTrying = 2.0;  ///< likewise, at the first look
 constexpr int kMostLooks = 8;
 constexpr int kMostCoarseLooks = 4;
 /// Starts that are further off, in pixels of a level, begin a level coarser.
 constexpr double kSafeStart = 1.2;
 constexpr int kMostCoarser = 2;
 
-bool IsUsable(const Similarity& pose) {
+bool IsUsable(const Similarity& pose, const RefinementModel& model) {
   return std::isfinite(pose.x) && std::isfinite(pose.y) && std::isfinite(pose.angle) &&
-         std::isfinite(pose.scale) && pose.scale > 0.0;
+         std::isfinite(pose.scale) && pose.scale * model.radius >= kLeastRadius;
 }
 
 int LevelFor(double scale) {
@@ -49,10 +59,89 @@ int LevelsCoarser(double start_error_px, double scale) {
   return coarser;
 }
 
-int SmallerSide(const ImageView& scene) {
-  return std::visit(
-      [](const auto& image) { return image.IsEmpty() ? 0 : std::min(image.width, image.height); },
-      scene);
+/// Looks at the scene until the steps are small. kRefined, or why there was nothing to be fitted.
+RefinementOutcome LookUntilSettled(const RefinementModel& model, const RefinementOptions& options,
+                                   int most_looks, Buffers& buffers, StripFit& fit) {
+  for (int look = 0; look < most_looks; ++look) {
+    const RefinementOutcome outcome = ImproveFit(model, options, look == 0, buffers, fit);
+    if (outcome != RefinementOutcome::kRefined) return outcome;
+    if (look > 0 && fit.step_px < kSmallStep && fit.blur_step < kSmallBlurStep) break;
+  }
+  return RefinementOutcome::kRefined;
+}
+
+/// Fits a line or a disk where the scene's blur asks for one.
+RefinementOutcome ShapeBlur(const RefinementModel& model, const RefinementOptions& options,
+                            Buffers& buffers, StripFit& fit) {
+  if (FindLineBlur(options, buffers, fit))
+    return LookUntilSettled(model, options, kMostLooks, buffers, fit);
+  const double scale = fit.scene_from_pattern.scale;
+  if (fit.moments.round * scale * scale < kLeastDiskVariance) return RefinementOutcome::kRefined;
+  const StripFit with_round = fit;
+  fit.shape = BlurShape::kDisk;
+  if (ImproveFit(model, options, true, buffers, fit) == RefinementOutcome::kRefined &&
+      fit.noise.steep < kDiskWorthTrying * with_round.noise.steep &&
+      LookUntilSettled(model, options, kMostLooks, buffers, fit) == RefinementOutcome::kRefined &&
+      fit.noise.steep < kDiskResidual * with_round.noise.steep)
+    return RefinementOutcome::kRefined;
+  fit = with_round;
+  return ImproveFit(model, options, true, buffers, fit);
+}
+
+/// From coarse to fine, then with the kernel and the blur that the scene asks for.
+RefinementOutcome FitPose(const RefinementModel& model, const ImageView& scene,
+                          const RefinementOptions& options, Buffers& buffers, StripFit& fit) {
+  RefinementOutcome outcome = RefinementOutcome::kRefined;
+  const double start_scale = fit.scene_from_pattern.scale;
+  const int finest = LevelFor(start_scale);
+  buffers.source.is_wide = false;
+  for (int level = finest + LevelsCoarser(options.start_error_px, start_scale); level >= finest;
+       --level) {
+    fit.level = level;
+    if (!OpenScene(scene, level, model, fit.scene_from_pattern, kMargin, buffers.source))
+      return RefinementOutcome::kTooFewPixels;
+    outcome = LookUntilSettled(model, options, level > finest ? kMostCoarseLooks : kMostLooks,
+                               buffers, fit);
+    if (outcome != RefinementOutcome::kRefined) return outcome;
+  }
+  if (HasAliasedEdges(fit)) {
+    buffers.source.is_wide = true;
+    fit.has_own_light = false;  // what aliasing leaves at the edges may have looked like light
+    outcome = LookUntilSettled(model, options, kMostLooks, buffers, fit);
+    if (outcome != RefinementOutcome::kRefined) return outcome;
+  }
+  return ShapeBlur(model, options, buffers, fit);
+}
+
+ExtraBlur BlurInScene(const StripFit& fit) {
+  const Similarity& pose = fit.scene_from_pattern;
+  ExtraBlur blur;
+  blur.shape = fit.shape;
+  if (fit.shape == BlurShape::kDisk) {
+    blur.radius_px = pose.scale * DiskRadiusOf(fit.moments.round);
+  } else if (fit.shape == BlurShape::kLine) {
+    const LineBlur line = LineOf(fit.moments);
+    blur.length_px = pose.scale * line.length;
+    blur.variance_px2 = pose.scale * pose.scale * line.rest;
+    const double direction = NormalizedAngle(2.0 * (ArcTan2(line.sine, line.cosine) + pose.angle));
+    blur.direction = 0.5 * direction;  // a line has no sense
+  } else {
+    blur.variance_px2 = pose.scale * pose.scale * fit.moments.round;
+  }
+  return blur;
+}
+
+/// The covariance of a start that is returned: as sure as the search says it is, alike in all directions.
+PoseCovariance StartCovariance(const RefinementModel& model, const RefinementOptions& options,
+                               const Similarity& start) {
+  const double deviation =
+      options.start_deviation_px > 0.0 ? options.start_deviation_px : options.start_error_px;
+  // Half of a corner's square comes from the shift, a quarter each from angle and scale.
+  FitCovariance covariance;
+  const double square = 0.25 * deviation * deviation / (start.scale * start.scale);
+  for (int i = 0; i < kNumPoseColumns; ++i)
+    covariance.at[i][i] = square;
+  return InScene(covariance, start, model.radius);
 }
 
 }  // namespace
@@ -61,29 +150,25 @@ Refinement RefinePose(const RefinementModel& model, const ImageView& scene, cons
                       const RefinementOptions& options, RefinementWorkspace& workspace) {
   Refinement result;
   result.scene_from_pattern = start;
-  if (!IsUsable(start)) return result;
+  if (!IsUsable(start, model)) return result;
+  result.covariance = StartCovariance(model, options, start);
   Buffers& buffers = workspace.Get();
   StripFit fit;
   fit.scene_from_pattern = start;
-  const int finest = LevelFor(start.scale);
-  for (int level = finest + LevelsCoarser(options.start_error_px, start.scale); level >= finest;
-       --level) {
-    if ((SmallerSide(scene) >> level) < kLeastSide) return result;
-    fit.level = level;
-    OpenScene(scene, level, model, fit.scene_from_pattern, 8.0, buffers.source);
-    if (level > 0 && std::min(buffers.source.means.width, buffers.source.means.height) < kLeastSide)
-      return result;
-    const int most = level > finest ? kMostCoarseLooks : kMostLooks;
-    for (int look = 0; look < most; ++look) {
-      if (!ImproveFit(model, options, look == 0, buffers, fit)) return result;
-      if (look > 0 && fit.step_px < kSmallStep && std::abs(fit.blur_step) < kSmallBlurStep) break;
-    }
-  }
-  result.outcome = RefinementOutcome::kRefined;
+  result.outcome = FitPose(model, scene, options, buffers, fit);
+  if (result.outcome != RefinementOutcome::kRefined) return result;
+
+  const FitCovariance covariance = PropagateNoise(model, fit, buffers);
+  result.outcome = JudgeFit(model, options, start, fit, covariance, buffers);
+  result.rms_residual = fit.rms_residual;
+  result.explained_share = fit.explained_share;
+  result.gain = fit.consensus.gain;
+  result.bias = fit.consensus.bias + buffers.source.offset - fit.consensus.gain * model.grey_offset;
+  result.blur = BlurInScene(fit);
+  if (result.outcome != RefinementOutcome::kRefined) return result;
   result.scene_from_pattern = fit.scene_from_pattern;
   result.scene_from_pattern.angle = NormalizedAngle(fit.scene_from_pattern.angle);
-  result.gain = fit.solution.by_column[kPattern];
-  result.bias = fit.solution.by_column[kOne];
+  result.covariance = InScene(covariance, fit.scene_from_pattern, model.radius);
   return result;
 }
 

@@ -92,7 +92,7 @@ class RefinementWorkspace {
 /// Improves a pose to what the pixels' noise allows, by least squares on the grey values of all
 /// pixels along the pattern's edges. docs/refinement.md derives the method and its limits.
 ///
-/// Throws std::bad_alloc alone. A start that is not finite, or has a scale that is not above 0, comes
+/// Throws std::bad_alloc alone. A start that is not finite, or makes the part a few pixels small, comes
 /// back as kTooFewPixels.
 Refinement RefinePose(const RefinementModel& model, const ImageView& scene, const Similarity& start,
                       const RefinementOptions& options, RefinementWorkspace& workspace);

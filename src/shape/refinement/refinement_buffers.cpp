@@ -16,6 +16,14 @@ void RefinementWorkspace::Buffers::Resize(const Strip& strip) {
   lights.resize(strip.stretches.size());
 }
 
+void RefinementWorkspace::Buffers::ResizeForCovariance(const Strip& strip) {
+  const auto size = static_cast<std::size_t>(strip.Size());
+  for (std::vector<float>& values : influence)
+    values.resize(size);
+  strength.resize(size);
+  pulls.resize(strip.stretches.size());
+}
+
 std::array<float*, kNumColumns> RefinementWorkspace::Buffers::ColumnPointers() {
   std::array<float*, kNumColumns> pointers = {};
   for (std::size_t i = 0; i < columns.size(); ++i)

@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/rounding.h"
 
 namespace orvandel::shape {
 namespace {
+
+/// Pixels each way that the wider kernel takes.
+constexpr int kWidestKernel = 8;
 
 struct Box {
   double left;
@@ -15,20 +19,31 @@ struct Box {
   double bottom;
 };
 
+void Include(Point point, Box& box) {
+  box.left = std::min(box.left, point.x);
+  box.right = std::max(box.right, point.x);
+  box.top = std::min(box.top, point.y);
+  box.bottom = std::max(box.bottom, point.y);
+}
+
 /// The box around the pattern image, carried by a pose.
 Box BoxAround(const RefinementModel& model, const Similarity& to_from_pattern) {
   const SimilarityMap map(to_from_pattern);
   Box box = {1e9, 1e9, -1e9, -1e9};
   for (const double x : {0.0, model.width - 1.0}) {
     for (const double y : {0.0, model.height - 1.0}) {
-      const Point corner = map * (Point{x, y} - model.origin);
-      box.left = std::min(box.left, corner.x);
-      box.right = std::max(box.right, corner.x);
-      box.top = std::min(box.top, corner.y);
-      box.bottom = std::max(box.bottom, corner.y);
+      Include(map * (Point{x, y} - model.origin), box);
     }
   }
   return box;
+}
+
+/// Width and height of the source's own pixels.
+std::pair<int, int> SizeOf(const SceneSource& source) {
+  if (source.level > 0) return {source.means.width, source.means.height};
+  return std::visit(
+      [](const auto& image) { return std::pair<int, int>(image.width, image.height); },
+      source.scene);
 }
 
 int ClampedFloor(double value, int high) {
@@ -53,6 +68,19 @@ void TakeMeans(const ImageViewOf<Pixel>& scene, SceneSource& source) {
     for (int x = 0; x < source.means.width; ++x)
       out[x] *= share;
   }
+}
+
+template <typename Pixel>
+void OpenMeans(const ImageViewOf<Pixel>& image, const RefinementModel& model,
+               const Similarity& scene_from_pattern, double margin_px, SceneSource& source) {
+  const Box box = BoxAround(model, AtLevel(scene_from_pattern, source.level));
+  const int width = image.width >> source.level;
+  const int height = image.height >> source.level;
+  source.left = ClampedFloor(box.left - margin_px, width);
+  source.top = ClampedFloor(box.top - margin_px, height);
+  source.means.Resize(ClampedFloor(box.right + margin_px + 1.0, width) - source.left,
+                      ClampedFloor(box.bottom + margin_px + 1.0, height) - source.top);
+  TakeMeans(image, source);
 }
 
 /// A whole grey level near the middle of what the part's surroundings have.
@@ -83,26 +111,22 @@ Similarity AtLevel(const Similarity& scene_from_pattern, int level) {
   return at_level;
 }
 
-void OpenScene(const ImageView& scene, int level, const RefinementModel& model,
+bool OpenScene(const ImageView& scene, int level, const RefinementModel& model,
                const Similarity& scene_from_pattern, double margin_px, SceneSource& source) {
   source.scene = scene;
   source.level = level;
   source.left = 0;
   source.top = 0;
+  source.offset = 0.0;
   std::visit(
       [&](const auto& image) {
+        if (image.IsEmpty()) return;
         source.offset = TypicalGrey(image, BoxAround(model, scene_from_pattern));
-        if (level == 0) return;
-        const Box box = BoxAround(model, AtLevel(scene_from_pattern, level));
-        const int width = image.width >> level;
-        const int height = image.height >> level;
-        source.left = ClampedFloor(box.left - margin_px, width);
-        source.top = ClampedFloor(box.top - margin_px, height);
-        source.means.Resize(ClampedFloor(box.right + margin_px + 1.0, width) - source.left,
-                            ClampedFloor(box.bottom + margin_px + 1.0, height) - source.top);
-        TakeMeans(image, source);
+        if (level > 0) OpenMeans(image, model, scene_from_pattern, margin_px, source);
       },
       scene);
+  const auto [width, height] = SizeOf(source);
+  return std::min(width, height) >= kWidestKernel;
 }
 
 ImagePlace PlaceIn(const SceneSource& source, const Similarity& scene_from_pattern) {
@@ -132,6 +156,29 @@ void SampleScene(const SceneSource& source, const Similarity& scene_from_pattern
     const PixelGrid<std::uint16_t> grid = {deep->pixels, deep->stride, deep->width, deep->height};
     sample(grid, source.is_wide ? kernels.sample_wide_16 : kernels.sample_16);
   }
+}
+
+SourceBox BoxInSource(const SceneSource& source, const Strip& strip,
+                      const Similarity& scene_from_pattern) {
+  if (strip.Size() == 0) return {};
+  constexpr double kKernelReach = 4.0;  // of the wider kernel, and one for rounding
+  const auto [left, right] = std::minmax_element(strip.x.begin(), strip.x.end());
+  const auto [top, bottom] = std::minmax_element(strip.y.begin(), strip.y.end());
+  const ImagePlace place = PlaceIn(source, scene_from_pattern);
+  Box box = {1e9, 1e9, -1e9, -1e9};
+  for (const double x : {static_cast<double>(*left), static_cast<double>(*right)}) {
+    for (const double y : {static_cast<double>(*top), static_cast<double>(*bottom)})
+      Include({place.x + place.cosine * x - place.sine * y,
+               place.y + place.sine * x + place.cosine * y},
+              box);
+  }
+  const auto [width, height] = SizeOf(source);
+  SourceBox pixels;
+  pixels.left = ClampedFloor(box.left - kKernelReach, width);
+  pixels.top = ClampedFloor(box.top - kKernelReach, height);
+  pixels.width = ClampedFloor(box.right + kKernelReach + 1.0, width) - pixels.left;
+  pixels.height = ClampedFloor(box.bottom + kKernelReach + 1.0, height) - pixels.top;
+  return pixels;
 }
 
 }  // namespace orvandel::shape

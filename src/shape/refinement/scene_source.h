@@ -29,7 +29,8 @@ Similarity AtLevel(const Similarity& scene_from_pattern, int level);
 /// Points the source at a level of the scene and makes its means.
 ///
 /// @param margin_px  around the pattern's box, level pixels: how far the pose may still move.
-void OpenScene(const ImageView& scene, int level, const RefinementModel& model,
+/// @return           whether the source is large enough to be sampled.
+bool OpenScene(const ImageView& scene, int level, const RefinementModel& model,
                const Similarity& scene_from_pattern, double margin_px, SceneSource& source);
 
 /// Samples the scene at a strip's pixels: column kScene, and 1 or 0 in `inside`.
@@ -38,5 +39,15 @@ void SampleScene(const SceneSource& source, const Similarity& scene_from_pattern
 
 /// Where the strip lies in the source's own pixels.
 ImagePlace PlaceIn(const SceneSource& source, const Similarity& scene_from_pattern);
+
+/// Pixels of the source that a strip's samples can come from.
+struct SourceBox {
+  int left = 0;
+  int top = 0;
+  int width = 0;  ///< not above 0 where there are none
+  int height = 0;
+};
+SourceBox BoxInSource(const SceneSource& source, const Strip& strip,
+                      const Similarity& scene_from_pattern);
 
 }  // namespace orvandel::shape

@@ -23,6 +23,9 @@ constexpr double kSharperFrom[kNumStrips - 1] = {0.6, 2.6};
 constexpr double kLeastBlur = -0.3;
 constexpr double kMostBlur = 30.0;
 
+/// Times what noise would seem to explain, that a scene which shows the pattern must.
+constexpr double kLeastEvidence = 4.0;
+
 /// Residuals weigh nothing from six deviations on: with Tukey's weights half as much already at 3.2.
 constexpr double kReach = 6.0;
 /// What the model does not fit at the edges counts fully for what is an outlier, and by this share for
@@ -30,6 +33,16 @@ constexpr double kReach = 6.0;
 constexpr double kMismatchShare = 0.3;
 /// Edges may always be this far off, pattern pixels, before they are outliers.
 constexpr double kFreeMismatch = 0.02;
+
+/// Deviation of residuals at the edges, by that in flat places, from which edges count as aliased.
+constexpr double kAliasedRatio = 2.2;
+
+/// Blur counts as elongated where its moments differ by this, pattern pixels squared: what aliasing can
+/// feign, and a share of the blur that there is.
+constexpr double kLeastElongation = 0.17;
+constexpr double kElongationByBlur = 0.06;
+constexpr double kOwnBlur = 0.9;
+constexpr double kSureElongation = 5.0;  ///< in deviations
 
 constexpr double kRoundingVariance = 1.0 / 12.0;
 
@@ -41,12 +54,10 @@ double SamplingVariance(bool is_wide) {
   return (is_wide ? 4.0 : 1.0) * kSplineVariance + kPixelVariance;
 }
 
-/// Variance by which the samples are softer than the pattern's values, pattern pixels squared.
-double BlurOf(const Buffers& buffers, const StripFit& fit) {
+/// By what the samples are softer than the pattern's values at the same blur, pattern pixels squared.
+double SamplingBlur(const Buffers& buffers, const StripFit& fit) {
   const double scale = AtLevel(fit.scene_from_pattern, fit.level).scale;
-  const double blur = SamplingVariance(buffers.source.is_wide) / (scale * scale) -
-                      SamplingVariance(false) + fit.blur_variance;
-  return std::clamp(blur, kLeastBlur, kMostBlur);
+  return SamplingVariance(buffers.source.is_wide) / (scale * scale) - SamplingVariance(false);
 }
 
 std::size_t ChooseStrip(const RefinementModel& model, double blur, std::size_t strip) {
@@ -75,6 +86,23 @@ void BlendLevels(const RefinementModel& model, const Strip& strip, double blur,
   const double share = (blur - a.variance) / (b.variance - a.variance);
   const auto pointers = buffers.ColumnPointers();
   kernels.blend(ArraysOf(a), ArraysOf(b), static_cast<float>(share), strip.x.data(), strip.y.data(),
+                static_cast<float>(1.0 / model.radius), strip.Size(), pointers.data());
+}
+
+/// Fills in the pattern's columns for a disk or a line.
+void BlurPattern(const RefinementModel& model, const Strip& strip, const StripFit& fit,
+                 double sampling, const StripKernels& kernels, Buffers& buffers) {
+  if (fit.shape == BlurShape::kLine) {
+    MakeLineKernel(LineOf(fit.moments), sampling, buffers.blur_kernel);
+  } else {
+    MakeDiskKernel(fit.moments.round, sampling, buffers.blur_kernel);
+  }
+  Blur(model.image, model.width, model.height, buffers.blur_kernel, buffers.padded,
+       buffers.blurred);
+  SplineValues(buffers.blurred, strip, buffers.blurred_level);
+  const LevelArrays arrays = ArraysOf(buffers.blurred_level);
+  const auto pointers = buffers.ColumnPointers();
+  kernels.blend(arrays, arrays, 0.0F, strip.x.data(), strip.y.data(),
                 static_cast<float>(1.0 / model.radius), strip.Size(), pointers.data());
 }
 
@@ -130,11 +158,9 @@ void WeighAlike(const Strip& strip, Buffers& buffers) {
 void WeighByResiduals(const Strip& strip, const StripKernels& kernels, double gain, StripFit& fit,
                       Buffers& buffers) {
   const auto pointers = buffers.ColumnPointers();
-  fit.noise = FindResidualNoise(strip, pointers.data(), buffers.residuals.data(),
-                                buffers.inside.data(), gain, -buffers.source.offset);
-  // Rounding alone leaves so much, in scene and pattern.
   const double least = kRoundingVariance * kSplineSquare * kSplineSquare * (1.0 + gain * gain);
-  fit.noise.base = std::max(fit.noise.base, least);
+  fit.noise = FindResidualNoise(strip, buffers.lights, pointers.data(), buffers.residuals.data(),
+                                buffers.inside.data(), gain, -buffers.source.offset, least);
   const double square = gain * gain;
   PixelNoise noise = {};
   noise.base = static_cast<float>(fit.noise.base);
@@ -148,14 +174,46 @@ void WeighByResiduals(const Strip& strip, const StripKernels& kernels, double ga
                        buffers.inside.data(), noise, strip.Size(), buffers.weights.data());
 }
 
-FittedColumns ColumnsToFit(const RefinementOptions& options) {
+FittedColumns ColumnsToFit(const RefinementOptions& options, bool line_blur) {
   FittedColumns fitted;
   for (const Column column : {kOne, kPattern, kMoveX, kMoveY})
     fitted.Add(column);
   if (options.fit_angle) fitted.Add(kTurn);
   if (options.fit_scale) fitted.Add(kGrow);
   fitted.Add(kRoundBlur);
+  if (line_blur) {
+    fitted.Add(kAxisBlur);
+    fitted.Add(kDiagonalBlur);
+  }
   return fitted;
+}
+
+/// Share of the scene's weighted variation along the outline that the solution explains, noise left
+/// out.
+double ExplainedShare(const StripFit& fit, const Buffers& buffers) {
+  double whole = 0.0;
+  double left = 0.0;
+  double noise = 0.0;
+  for (std::size_t t = 0; t < buffers.sums.size(); ++t) {
+    if (!(buffers.lights[t].trust > 0.0)) continue;
+    whole += buffers.sums[t].SceneSpread();
+    left += LeftOver(buffers.sums[t], fit.solution, buffers.lights[t]);
+    noise += buffers.num_pixels[t];
+  }
+  whole -= noise;
+  left -= noise;
+  return whole > 0.0 ? std::clamp(1.0 - left / whole, 0.0, 1.0) : 0.0;
+}
+
+double RmsResidual(const Buffers& buffers) {
+  double square = 0.0;
+  double weight = 0.0;
+  for (std::size_t i = 0; i < buffers.residuals.size(); ++i) {
+    const double residual = static_cast<double>(buffers.residuals[i]);
+    square += static_cast<double>(buffers.weights[i]) * residual * residual;
+    weight += static_cast<double>(buffers.weights[i]);
+  }
+  return weight > 0.0 ? std::sqrt(square / weight) : 0.0;
 }
 
 double SignAsked(EdgePolarity polarity) {
@@ -175,7 +233,34 @@ void Solve(const Strip& strip, const StripKernels& kernels, const RefinementOpti
     buffers.lights[t].derivative_gain = has_own ? buffers.fits[t].gain : fit.consensus.gain;
     if (!(buffers.sums[t].Weight() > 0.0)) buffers.lights[t].trust = 0.0;
   }
-  fit.solution = SolvePose(buffers.sums, ColumnsToFit(options), prior, buffers.lights);
+  fit.solution = SolvePose(buffers.sums, ColumnsToFit(options, fit.shape == BlurShape::kLine),
+                           prior, buffers.lights);
+  for (StretchLight& light : buffers.lights) {
+    // A stretch that was left out may come back where it fits the others' light.
+    if (light.trust > 0.0) continue;
+    light.gain = fit.consensus.gain;
+    light.bias = fit.consensus.bias;
+  }
+}
+
+/// Whether the scene shows the pattern's contrast, and says where it is.
+bool IsDetermined(const StripFit& fit, const Buffers& buffers) {
+  // What the pattern explains, in units of noise; by chance it is one for each stretch.
+  double explained = 0.0;
+  int num_stretches = 0;
+  for (const StretchFit& stretch : buffers.fits) {
+    explained += stretch.gain * stretch.gain * stretch.importance;
+    num_stretches += stretch.num_pixels > 0 ? 1 : 0;
+  }
+  if (!(explained > kLeastEvidence * fit.correlation * num_stretches)) return false;
+
+  const FittedColumns& fitted = fit.solution.fitted;
+  for (int i = 0; i < fitted.count; ++i) {
+    if (!std::isfinite(fit.solution.unknowns[i])) return false;
+    const bool is_shift = fitted.columns[i] == kMoveX || fitted.columns[i] == kMoveY;
+    if (is_shift && !(fit.solution.inverse.at[i][i] > 0.0)) return false;
+  }
+  return std::isfinite(fit.consensus.gain) && fit.consensus.gain != 0.0;
 }
 
 /// exp(-step), for a step of the pattern against itself.
@@ -193,12 +278,39 @@ void TakeStep(const RefinementModel& model, double longest, StripFit& fit) {
   fit.step_px = std::sqrt(square);
   const double share = fit.step_px > longest ? longest / fit.step_px : 1.0;
   fit.scene_from_pattern = fit.scene_from_pattern * StepBack(fit.solution, share, model.radius);
-  const double before = fit.blur_variance;
-  fit.blur_variance += share * fit.solution.by_column[kRoundBlur];
-  fit.blur_step = fit.blur_variance - before;
+  const BlurMoments step = {share * fit.solution.by_column[kRoundBlur],
+                            share * fit.solution.by_column[kAxisBlur],
+                            share * fit.solution.by_column[kDiagonalBlur]};
+  fit.moments.round += step.round;
+  fit.moments.axis += step.axis;
+  fit.moments.diagonal += step.diagonal;
+  fit.blur_step = std::abs(step.round) + std::abs(step.axis) + std::abs(step.diagonal);
 }
 
 }  // namespace
+
+bool FindLineBlur(const RefinementOptions& options, Buffers& buffers, StripFit& fit) {
+  const PoseSolution solution =
+      SolvePose(buffers.sums, ColumnsToFit(options, true), fit.prior, buffers.lights);
+  const int last = solution.fitted.count - 1;
+  const double axis = solution.by_column[kAxisBlur];
+  const double diagonal = solution.by_column[kDiagonalBlur];
+  const double size = std::sqrt(axis * axis + diagonal * diagonal);
+  const double deviation = std::sqrt(fit.correlation * (solution.inverse.at[last - 1][last - 1] +
+                                                        solution.inverse.at[last][last]));
+  if (size < kLeastElongation + kElongationByBlur * (std::max(fit.blur, 0.0) + kOwnBlur))
+    return false;
+  if (size < kSureElongation * deviation) return false;
+  fit.shape = BlurShape::kLine;
+  // A round blur stands in for the mean of the directions; the line may take as much in one of them.
+  fit.moments.axis = axis;
+  fit.moments.diagonal = diagonal;
+  return true;
+}
+
+bool HasAliasedEdges(const StripFit& fit) {
+  return fit.noise.steep_ratio > kAliasedRatio;
+}
 
 double NoiseCorrelation(const Strip& strip, double scale_at_level, bool is_wide) {
   const double kernel_area = (is_wide ? 4.0 : 1.0) / (kSplineSquare * kSplineSquare);
@@ -206,23 +318,38 @@ double NoiseCorrelation(const Strip& strip, double scale_at_level, bool is_wide)
   return std::max(kernel_area / pixel_area, 1.0);
 }
 
-bool ImproveFit(const RefinementModel& model, const RefinementOptions& options, bool is_first,
-                Buffers& buffers, StripFit& fit) {
+void SampleAlike(const Strip& strip, const Similarity& scene_from_pattern, Buffers& buffers) {
   const StripKernels& kernels = StripKernelsOf(ActiveSimdLevel());
-  const double blur = BlurOf(buffers, fit);
-  const std::size_t chosen = ChooseStrip(model, blur, fit.strip);
+  SampleScene(buffers.source, scene_from_pattern, kernels, strip, buffers.columns[kScene].data(),
+              buffers.inside.data());
+  CountPixels(strip, buffers);
+  WeighAlike(strip, buffers);
+  SumStretches(strip, kernels, buffers);
+}
+
+RefinementOutcome ImproveFit(const RefinementModel& model, const RefinementOptions& options,
+                             bool is_first, Buffers& buffers, StripFit& fit) {
+  const StripKernels& kernels = StripKernelsOf(ActiveSimdLevel());
+  const double sampling = SamplingBlur(buffers, fit);
+  fit.blur = std::clamp(sampling + fit.moments.round, kLeastBlur, kMostBlur);
+  fit.sampled_pose = fit.scene_from_pattern;
+  const std::size_t chosen = ChooseStrip(model, fit.blur, fit.strip);
   const bool is_new = is_first || chosen != fit.strip;
   fit.strip = chosen;
   const Strip& strip = model.strips[chosen];
-  if (strip.num_pixels < kLeastPixels) return false;
+  if (strip.num_pixels < kLeastPixels) return RefinementOutcome::kTooFewPixels;
   buffers.Resize(strip);
-  BlendLevels(model, strip, blur, kernels, buffers);
+  if (fit.shape == BlurShape::kRound) {
+    BlendLevels(model, strip, fit.blur, kernels, buffers);
+  } else {
+    BlurPattern(model, strip, fit, sampling, kernels, buffers);
+  }
   SampleScene(buffers.source, fit.scene_from_pattern, kernels, strip,
               buffers.columns[kScene].data(), buffers.inside.data());
   const int num_pixels = CountPixels(strip, buffers);
   fit.pixels_in_scene = num_pixels;
-  if (num_pixels < kLeastPixels) return false;
-  const double correlation = NoiseCorrelation(
+  if (num_pixels < kLeastPixels) return RefinementOutcome::kTooFewPixels;
+  const double correlation = fit.correlation = NoiseCorrelation(
       strip, AtLevel(fit.scene_from_pattern, fit.level).scale, buffers.source.is_wide);
 
   constexpr double kNever = std::numeric_limits<double>::infinity();
@@ -249,8 +376,12 @@ bool ImproveFit(const RefinementModel& model, const RefinementOptions& options, 
     const bool has_prior = fit.prior.gain_precision < kNever || fit.prior.bias_precision < kNever;
     if (has_prior) Solve(strip, kernels, options, fit.prior, fit, buffers);
   }
+  fit.explained_share = ExplainedShare(fit, buffers);
+  FindResiduals(strip, kernels, fit.solution, buffers);
+  fit.rms_residual = RmsResidual(buffers);
+  if (!IsDetermined(fit, buffers)) return RefinementOutcome::kNotDetermined;
   TakeStep(model, 3.0, fit);
-  return true;
+  return RefinementOutcome::kRefined;
 }
 
 }  // namespace orvandel::shape

@@ -70,6 +70,21 @@ struct PixelNoise {
   float grey_offset;
 };
 
+/// Pose parameters whose covariance is wanted: the columns kMoveX to kGrow.
+inline constexpr int kNumPoseColumns = 4;
+
+/// Pixels of a row whose cells are marked together.
+inline constexpr int kCellRun = 16;
+
+/// How strongly each pixel of an image moves the pose: kNumPoseColumns numbers a pixel, row by row. Rows
+/// are whole runs of kCellRun pixels; a mark a run says that something was added to it.
+struct InfluenceCells {
+  float* cells;
+  std::uint8_t* marks;
+  std::int32_t width;  ///< a multiple of kCellRun
+  std::int32_t height;
+};
+
 /// The loops over a strip's pixels. Counts are multiples of kStripBlock (refinement_model.h). Sums are
 /// made in eight partial ones, pixel i into sum i mod 8, whatever the vectors' width; so all levels give
 /// the same bits.
@@ -100,6 +115,27 @@ struct StripKernels {
   /// Robust weights over variances, times presence and inside.
   void (*find_weights)(const float* const* columns, const float* residuals, const float* presence,
                        const float* inside, const PixelNoise& noise, int count, float* weights);
+
+  /// How a change of a sample's grey moves the pose: influence[k] = weight * sum of factors[k][j] *
+  /// column j. `moved` gets the sums of influence times residual.
+  void (*find_influence)(const float* const* columns, const float (*factors)[kNumColumns],
+                         const float* weights, const float* residuals, int first, int count,
+                         float* const* influence, double* moved);
+
+  /// Spreads the samples' influence over the pixels that they were made of: of a scene, or of the
+  /// pattern image with the 3 x 3 weights (1 4 1)/6. `strength` is a factor a sample.
+  void (*spread_over_scene)(const ImagePlace& place, const float* x, const float* y, int count,
+                            const float* const* influence, const float* strength,
+                            const InfluenceCells& cells);
+  void (*spread_over_scene_wide)(const ImagePlace& place, const float* x, const float* y, int count,
+                                 const float* const* influence, const float* strength,
+                                 const InfluenceCells& cells);
+  void (*spread_over_pattern)(const std::int32_t* column, const std::int32_t* row, int count,
+                              const float* const* influence, const float* strength,
+                              const InfluenceCells& cells);
+
+  /// Sum of the products of the marked cells' numbers, 4 x 4; leaves cells and marks 0.
+  void (*sum_cells)(const InfluenceCells& cells, double* products);
 };
 
 ORVANDEL_DECLARE_KERNELS(StripKernels)

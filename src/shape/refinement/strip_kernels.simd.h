@@ -212,6 +212,110 @@ void FindWeights(const float* const* columns, const float* residuals, const floa
   }
 }
 
+void FindInfluence(const float* const* columns, const float (*factors)[kNumColumns],
+                   const float* weights, const float* residuals, int first, int count,
+                   float* const* influence, double* moved) {
+  for (int k = 0; k < kNumPoseColumns; ++k) {
+    const float* const f = factors[k];
+    float* const out = influence[k];
+    float sums[kBlock] = {};
+    for (int begin = first; begin < first + count; begin += kBlock) {
+      for (int lane = 0; lane < kBlock; ++lane) {
+        const int i = begin + lane;
+        float sum = f[kOne] + f[kPattern] * columns[kPattern][i];
+        sum += f[kMoveX] * columns[kMoveX][i];
+        sum += f[kMoveY] * columns[kMoveY][i];
+        sum += f[kTurn] * columns[kTurn][i];
+        sum += f[kGrow] * columns[kGrow][i];
+        sum += f[kRoundBlur] * columns[kRoundBlur][i];
+        sum += f[kAxisBlur] * columns[kAxisBlur][i];
+        sum += f[kDiagonalBlur] * columns[kDiagonalBlur][i];
+        const float value = weights[i] * sum;
+        out[i] = value;
+        sums[lane] += value * residuals[i];
+      }
+    }
+    moved[k] = SumOf(sums);
+  }
+}
+
+/// Adds one sample's influence to a row of pixels.
+template <int kTaps>
+inline void AddToRow(const float* influence, const float* across, float down, float* cells) {
+  for (int k = 0; k < kTaps; ++k) {
+    const float share = across[k] * down;
+    for (int j = 0; j < kNumPoseColumns; ++j)
+      cells[k * kNumPoseColumns + j] += share * influence[j];
+  }
+}
+
+template <int kTaps>
+inline void AddSample(std::int32_t column, std::int32_t row, const float* influence,
+                      const float* across, const float* down, const InfluenceCells& cells) {
+  const std::int32_t runs = cells.width / kCellRun;
+  for (int j = 0; j < kTaps; ++j) {
+    const std::int32_t y = row + j;
+    AddToRow<kTaps>(influence, across, down[j],
+                    cells.cells + (y * cells.width + column) * kNumPoseColumns);
+    cells.marks[y * runs + column / kCellRun] = 1;
+    cells.marks[y * runs + (column + kTaps - 1) / kCellRun] = 1;
+  }
+}
+
+template <int kTaps>
+void SpreadOverScene(const ImagePlace& place, const float* x, const float* y, int count,
+                     const float* const* influence, const float* strength,
+                     const InfluenceCells& cells) {
+  Taps<kTaps> taps;
+  float inside[kBatch];
+  for (int begin = 0; begin < count; begin += kBatch) {
+    const int size = count - begin < kBatch ? count - begin : kBatch;
+    PlaceTaps<kTaps>(cells.width, cells.height, place, x + begin, y + begin, size, taps, inside);
+    for (int i = 0; i < size; ++i) {
+      float own[kNumPoseColumns];
+      for (int k = 0; k < kNumPoseColumns; ++k)
+        own[k] = inside[i] * strength[begin + i] * influence[k][begin + i];
+      AddSample<kTaps>(taps.column[i], taps.row[i], own, taps.across[i], taps.down[i], cells);
+    }
+  }
+}
+
+void SpreadOverPattern(const std::int32_t* column, const std::int32_t* row, int count,
+                       const float* const* influence, const float* strength,
+                       const InfluenceCells& cells) {
+  const float taps[3] = {1.0F / 6.0F, 4.0F / 6.0F, 1.0F / 6.0F};
+  for (int i = 0; i < count; ++i) {
+    float own[kNumPoseColumns];
+    for (int k = 0; k < kNumPoseColumns; ++k)
+      own[k] = strength[i] * influence[k][i];
+    AddSample<3>(column[i] - 1, row[i] - 1, own, taps, taps, cells);
+  }
+}
+
+void SumCells(const InfluenceCells& cells, double* products) {
+  constexpr int kRunFloats = kCellRun * kNumPoseColumns;
+  const std::int32_t num_runs = cells.width / kCellRun * cells.height;
+  for (std::int32_t run = 0; run < num_runs; ++run) {
+    if (cells.marks[run] == 0) continue;
+    cells.marks[run] = 0;
+    float* const first = cells.cells + run * kRunFloats;
+    float sums[kNumPoseColumns][kNumPoseColumns] = {};
+    for (int i = 0; i < kCellRun; ++i) {
+      const float* const cell = first + i * kNumPoseColumns;
+      for (int a = 0; a < kNumPoseColumns; ++a) {
+        for (int b = 0; b < kNumPoseColumns; ++b)
+          sums[a][b] += cell[a] * cell[b];
+      }
+    }
+    for (int i = 0; i < kRunFloats; ++i)
+      first[i] = 0.0F;
+    for (int a = 0; a < kNumPoseColumns; ++a) {
+      for (int b = 0; b < kNumPoseColumns; ++b)
+        products[a * kNumPoseColumns + b] += static_cast<double>(sums[a][b]);
+    }
+  }
+}
+
 }  // namespace
 
 namespace ORVANDEL_SIMD_NAMESPACE {
@@ -224,7 +328,12 @@ const StripKernels kStripKernels = {Sample<4, std::uint8_t>,
                                     Blend,
                                     AddMoments,
                                     FindResiduals,
-                                    FindWeights};
+                                    FindWeights,
+                                    FindInfluence,
+                                    SpreadOverScene<4>,
+                                    SpreadOverScene<8>,
+                                    SpreadOverPattern,
+                                    SumCells};
 }
 
 }  // namespace orvandel::shape

@@ -269,15 +269,16 @@ void MarkSteepness(const Gradient& gradient, const FloatImage& grey, Strip& stri
   const float steep = Quantile(squares, 1.0 - kSteepShare);
   std::vector<float> flat_greys;
   for (std::size_t i = 0; i < squares.size(); ++i) {
-    if (squares[i] < flat) flat_greys.push_back(grey.Row(strip.row[i])[strip.column[i]]);
+    if (squares[i] <= flat) flat_greys.push_back(grey.Row(strip.row[i])[strip.column[i]]);
   }
   const float middle = Quantile(flat_greys, 0.5);
   for (std::size_t i = 0; i < squares.size(); ++i) {
     const bool is_dark = grey.Row(strip.row[i])[strip.column[i]] < middle;
-    strip.steepness.push_back(squares[i] >= steep  ? Steepness::kSteep
-                              : squares[i] >= flat ? Steepness::kMiddle
-                              : is_dark            ? Steepness::kFlatDark
-                                                   : Steepness::kFlatBright);
+    // A clean picture's flat pixels are all alike, and then count as flat together.
+    strip.steepness.push_back(squares[i] <= flat
+                                  ? (is_dark ? Steepness::kFlatDark : Steepness::kFlatBright)
+                              : squares[i] < steep ? Steepness::kMiddle
+                                                   : Steepness::kSteep);
   }
 }
 

@@ -34,9 +34,16 @@ struct Camera {
   std::uint32_t seed = 1;
 };
 
-/// Draws a part as a camera sees it: fourfold, blurred, averaged over pixels.
-inline Picture TakePicture(const render::Part& part, const render::Pose& pose, render::Size size,
-                           const Camera& camera = {}) {
+/// What falls on a camera's pixels, before noise and rounding.
+struct Exposure {
+  int width = 0;
+  int height = 0;
+  std::vector<double> grey;
+};
+
+/// Draws a part fourfold, blurred, and averages over pixels.
+inline Exposure Expose(const render::Part& part, const render::Pose& pose, render::Size size,
+                       const Camera& camera = {}) {
   constexpr int kFold = 4;
   constexpr double kOffset = 0.5 * (kFold - 1);  // centre of a pixel, in fine pixels from its first
   const render::Pose fine_pose = {kFold * pose.x + kOffset, kFold * pose.y + kOffset,
@@ -44,8 +51,7 @@ inline Picture TakePicture(const render::Part& part, const render::Pose& pose, r
   const ImagePtr fine = render::RenderScene(
       {{part, fine_pose}}, {.contrast = camera.contrast, .blur_sigma_px = kFold * camera.optics_px},
       {kFold * size.width, kFold * size.height});
-  render::RandomSource random(camera.seed);
-  Picture picture = {size.width, size.height, {}};
+  Exposure exposure = {size.width, size.height, {}};
   for (int y = 0; y < size.height; ++y) {
     for (int x = 0; x < size.width; ++x) {
       double sum = 0.0;
@@ -53,11 +59,26 @@ inline Picture TakePicture(const render::Part& part, const render::Pose& pose, r
         for (int i = 0; i < kFold; ++i)
           sum += fine->row[kFold * y + j][kFold * x + i];
       }
-      const double grey = sum / (kFold * kFold) + camera.noise * random.NearlyNormal();
-      picture.grey.push_back(static_cast<std::uint8_t>(std::clamp(grey + 0.5, 0.0, 255.0)));
+      exposure.grey.push_back(sum / (kFold * kFold));
     }
   }
+  return exposure;
+}
+
+/// Adds noise and rounds.
+inline Picture Develop(const Exposure& exposure, double noise, std::uint32_t seed) {
+  render::RandomSource random(seed);
+  Picture picture = {exposure.width, exposure.height, {}};
+  for (const double grey : exposure.grey) {
+    const double noisy = grey + noise * random.NearlyNormal();
+    picture.grey.push_back(static_cast<std::uint8_t>(std::clamp(noisy + 0.5, 0.0, 255.0)));
+  }
   return picture;
+}
+
+inline Picture TakePicture(const render::Part& part, const render::Pose& pose, render::Size size,
+                           const Camera& camera = {}) {
+  return Develop(Expose(part, pose, size, camera), camera.noise, camera.seed);
 }
 
 /// The pattern picture of a part, its origin in the middle.
