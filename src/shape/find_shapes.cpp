@@ -6,6 +6,7 @@
 #include <new>
 #include <vector>
 
+#include "shape/refinement/refine_pose.h"
 #include "shape/search/coarse_search.h"
 #include "shape/search/descent.h"
 #include "shape/search/grids.h"
@@ -36,6 +37,7 @@ struct Workspace::Buffers {
   DescentBuffers descent;
   ScoringBuffers scoring;
   OverlapBuffers overlap;
+  RefinementWorkspace refinement;
   std::vector<Tracked> arrived;
   std::vector<Found> found;
   std::vector<Match> matches;
@@ -314,22 +316,75 @@ class ShapeSearch {
     std::array<double, 16> covariance = {};
   };
 
-  /// The pose as exact as it gets. Tracking at the finest level that has edges is the start.
+  /// The pose as exact as it gets: by the pixels along the edges, from where tracking at the finest level that has edges
+  /// ends.
   RefinedPose Refined(const Found& found) {
     descent_.sign = found.sign;
-    const Tracked polished =
+    const Tracked start =
         Polished(model_, buffers_.scene, descent_, buffers_.tracking, found.tracked);
-    const int level = polished.level;
-    TrackingStep step = MeasuringStep(buffers_.scene, level, found.sign);
+    RefinedPose refined = TrackedPose(start);
+    RefinementOptions options;
+    options.polarity = found.sign == EdgeSign::kSame       ? EdgePolarity::kSame
+                       : found.sign == EdgeSign::kReversed ? EdgePolarity::kReversed
+                                                           : EdgePolarity::kPerStretch;
+    options.fit_angle = options_.angle_extent > 0.0;
+    options.fit_scale = options_.min_scale < options_.max_scale;
+    options.start_error_px = PixelsOf(start.level);
+    options.start_deviation_px = CornerDeviation(refined);
+    Refine(options, refined);
+    // A pose beyond the ranges is held at their border, and the rest of it fitted again.
+    const Similarity held = HeldInRanges(refined.scene_from_pattern);
+    if (held == refined.scene_from_pattern) return refined;
+    options.fit_scale = options.fit_scale && held.scale == refined.scene_from_pattern.scale;
+    options.fit_angle = options.fit_angle && held.angle == refined.scene_from_pattern.angle;
+    refined.scene_from_pattern = held;
+    Refine(options, refined);
+    refined.scene_from_pattern = HeldInRanges(refined.scene_from_pattern);
+    return refined;
+  }
+
+  void Refine(const RefinementOptions& options, RefinedPose& pose) {
+    const Refinement refinement = RefinePose(model_.refinement, image_, pose.scene_from_pattern,
+                                             options, buffers_.refinement);
+    if (refinement.outcome != RefinementOutcome::kRefined) return;
+    pose.scene_from_pattern = refinement.scene_from_pattern;
+    pose.scene_from_pattern.angle = NormalizedAngle(pose.scene_from_pattern.angle);
+    pose.covariance = refinement.covariance;
+  }
+
+  RefinedPose TrackedPose(const Tracked& tracked) {
+    const int level = tracked.level;
+    const Candidate& pose = tracked.pose;
+    TrackingStep step = MeasuringStep(buffers_.scene, level, descent_.sign);
     step.holds_scale = options_.min_scale == options_.max_scale;
     step.holds_angle = options_.angle_extent == 0.0;
-    RefinedPose refined;
-    refined.scene_from_pattern = {polished.pose.x, polished.pose.y,
-                                  NormalizedAngle(polished.pose.angle), polished.pose.scale};
-    refined.covariance = CovarianceAt(model_.LevelOf(PixelsOf(level) / polished.pose.scale).all,
-                                      buffers_.scene.Gradients(level), step, level,
-                                      buffers_.tracking, OnLevel(polished.pose, level));
-    return refined;
+    RefinedPose found;
+    found.scene_from_pattern = {pose.x, pose.y, NormalizedAngle(pose.angle), pose.scale};
+    found.covariance = CovarianceAt(model_.LevelOf(PixelsOf(level) / pose.scale).all,
+                                    buffers_.scene.Gradients(level), step, level, buffers_.tracking,
+                                    OnLevel(pose, level));
+    return found;
+  }
+
+  /// Deviation of the pattern's corners, scene pixels.
+  double CornerDeviation(const RefinedPose& pose) const {
+    const double arm =
+        0.5 * std::sqrt(model_.Width() * model_.Width() + model_.Height() * model_.Height());
+    const double scale = pose.scene_from_pattern.scale;
+    return std::sqrt(pose.covariance[0] + pose.covariance[5] +
+                     arm * arm * (scale * scale * pose.covariance[10] + pose.covariance[15]));
+  }
+
+  Similarity HeldInRanges(const Similarity& pose) const {
+    Similarity held = pose;
+    held.scale = std::clamp(pose.scale, options_.min_scale, options_.max_scale);
+    if (options_.angle_extent < kTwoPi) {
+      const double half = 0.5 * options_.angle_extent;
+      const double middle = options_.angle_start + half;
+      const double off = NormalizedAngle(pose.angle - middle);
+      if (std::abs(off) > half) held.angle = NormalizedAngle(middle + std::clamp(off, -half, half));
+    }
+    return held;
   }
 
   const ShapeModel& model_;

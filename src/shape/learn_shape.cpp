@@ -41,6 +41,8 @@ LearnResult LearnShape(const ImageView& image, const LearnOptions& options) {
         nullptr};
   }
   if (options.learns_chance) model->chances = LearnChances(*model);
+  model->refinement =
+      LearnRefinementModel(image, options.mask, {0.5 * (size.width - 1), 0.5 * (size.height - 1)});
   return {LearnStatus::kOk, {}, std::make_shared<const ShapeModel>(std::move(*model))};
 }
 

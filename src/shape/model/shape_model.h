@@ -7,6 +7,7 @@
 
 #include "base/geometry.h"
 #include "image/image_view.h"
+#include "shape/refinement/refinement_model.h"
 
 namespace orvandel::shape {
 
@@ -66,6 +67,7 @@ struct ShapeModel {
   std::vector<Point> hull;           ///< convex outline of the edge points, clockwise on the screen
   std::vector<ModelLevel> levels;    ///< by rising factor: 1, 1.41, 2 ...; never empty
   std::vector<ChanceLevel> chances;  ///< by rising scale
+  RefinementModel refinement;        ///< its origin is the pattern's centre
 
   double Width() const { return image.width; }
   double Height() const { return image.height; }
