@@ -24,11 +24,11 @@ using evaluation::Fixed;
 
 namespace {
 
-constexpr const char* kAbout =
+constexpr const char* kContoursAbout =
     "Shows the contours that the library sees in a picture, as training and search\n"
     "use them: sub-pixel edge points, smoothed, one a pixel, largest contour first.";
-constexpr const char* kUsage = "orvandel contours [options] IMAGE";
-constexpr const char* kFooter =
+constexpr const char* kContoursUsage = "orvandel contours [options] IMAGE";
+constexpr const char* kContoursFooter =
     R"(Per contour: number of points, whether it closes on itself, and the pixels it
 spans, x right and y down; the centre of the top-left pixel is (0.5, 0.5).
 
@@ -161,7 +161,7 @@ void AddOptions(CLI::App& app, ContoursArguments& arguments) {
 Command AddContoursCommand(CLI::App& program) {
   const auto arguments = std::make_shared<ContoursArguments>();
   CLI::App& app = AddSubcommand(program, "contours", "Show the contours of a picture.",
-                                {kAbout, kUsage, kFooter});
+                                {kContoursAbout, kContoursUsage, kContoursFooter});
   AddOptions(app, *arguments);
   return {&app, [arguments] { return Run(*arguments); }};
 }

@@ -9,11 +9,11 @@
 namespace orvandel::cli {
 namespace {
 
-constexpr const char* kAbout =
+constexpr const char* kEvaluateAbout =
     "Searches the scenes of suites whose true poses are known, and prints per suite\n"
     "how often and how exactly the pattern was found.";
-constexpr const char* kUsage = "orvandel evaluate [options] SUITE...";
-constexpr const char* kFooter =
+constexpr const char* kEvaluateUsage = "orvandel evaluate [options] SUITE...";
+constexpr const char* kEvaluateFooter =
     R"(A SUITE is a folder with a manifest.csv, or that file. It has the columns
   case,pattern,scene,instance,cx,cy,angle_deg,scale
 and a row per instance of a case; instance -1 and no pose where the scene does
@@ -66,7 +66,7 @@ void AddOptions(CLI::App& app, EvaluateArguments& arguments) {
 Command AddEvaluateCommand(CLI::App& program) {
   const auto arguments = std::make_shared<EvaluateArguments>();
   CLI::App& app = AddSubcommand(program, "evaluate", "Measure finds against suites of known poses.",
-                                {kAbout, kUsage, kFooter});
+                                {kEvaluateAbout, kEvaluateUsage, kEvaluateFooter});
   AddOptions(app, *arguments);
   const auto run = [arguments] {
     CheckOptions(arguments->search.crawl);

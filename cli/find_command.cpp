@@ -23,15 +23,15 @@ using evaluation::Utf8FromPath;
 
 namespace {
 
-constexpr const char* kUsage =
+constexpr const char* kFindUsage =
     "orvandel find [options] PATTERN SCENE...\n"
     "       orvandel find [options] --knowledge NAME SCENE...";
 
-constexpr const char* kAbout =
+constexpr const char* kFindAbout =
     "Learns a pattern from one picture and finds it in others, at any rotation and a\n"
     "range of sizes. Prints, per scene, whether it was found and where.";
 
-constexpr const char* kFooter =
+constexpr const char* kFindFooter =
     R"(The result:
   x, y       where the pattern's reference point lies in the scene, in pixels, x
              right and y down. The reference point is the mean of the pattern's
@@ -215,8 +215,8 @@ void AddOptions(CLI::App& app, FindArguments& arguments) {
 
 Command AddFindCommand(CLI::App& program) {
   const auto arguments = std::make_shared<FindArguments>();
-  CLI::App& app =
-      AddSubcommand(program, "find", "Find a pattern in pictures.", {kAbout, kUsage, kFooter});
+  CLI::App& app = AddSubcommand(program, "find", "Find a pattern in pictures.",
+                                {kFindAbout, kFindUsage, kFindFooter});
   AddOptions(app, *arguments);
   const auto run = [arguments] {
     CheckArguments(*arguments);

@@ -23,11 +23,11 @@ using evaluation::Fixed;
 
 namespace {
 
-constexpr const char* kAbout =
+constexpr const char* kLinesAbout =
     "Shows the straight edges that the library sees in a picture. A search pairs the\n"
     "pattern's best ones, the first in this list, with those of the scene.";
-constexpr const char* kUsage = "orvandel lines [options] IMAGE";
-constexpr const char* kFooter =
+constexpr const char* kLinesUsage = "orvandel lines [options] IMAGE";
+constexpr const char* kLinesFooter =
     R"(Per straight edge, most points first:
   start, end   in pixels, x right and y down; the centre of the top-left pixel
                is (0.5, 0.5).
@@ -143,7 +143,7 @@ void AddOptions(CLI::App& app, LinesArguments& arguments) {
 Command AddLinesCommand(CLI::App& program) {
   const auto arguments = std::make_shared<LinesArguments>();
   CLI::App& app = AddSubcommand(program, "lines", "Show the straight edges of a picture.",
-                                {kAbout, kUsage, kFooter});
+                                {kLinesAbout, kLinesUsage, kLinesFooter});
   AddOptions(app, *arguments);
   return {&app, [arguments] { return Run(*arguments); }};
 }

@@ -18,10 +18,10 @@ using evaluation::Fixed;
 
 namespace {
 
-constexpr const char* kAbout =
+constexpr const char* kTrainAbout =
     "Learns a pattern and keeps it for `orvandel find --knowledge NAME`.";
-constexpr const char* kUsage = "orvandel train [options] PATTERN --save NAME";
-constexpr const char* kFooter =
+constexpr const char* kTrainUsage = "orvandel train [options] PATTERN --save NAME";
+constexpr const char* kTrainFooter =
     R"(The file NAME_qrsi.bmp holds the pattern picture, nothing else: a search learns
 it again with the options that it is given. So give `find` the same
 --edge-threshold, --min-contour and --max-contour as here.
@@ -92,7 +92,7 @@ void AddOptions(CLI::App& app, TrainArguments& arguments) {
 Command AddTrainCommand(CLI::App& program) {
   const auto arguments = std::make_shared<TrainArguments>();
   CLI::App& app = AddSubcommand(program, "train", "Learn a pattern and keep it in a file.",
-                                {kAbout, kUsage, kFooter});
+                                {kTrainAbout, kTrainUsage, kTrainFooter});
   AddOptions(app, *arguments);
   return {&app, [arguments] { return Run(*arguments); }};
 }
