@@ -11,6 +11,17 @@ fail() {
   exit 1
 }
 
+# print_usage_if_asked ARGUMENT...: for --help, prints the comment that the script begins with, and ends the script.
+print_usage_if_asked() {
+  local argument
+  for argument in "$@"; do
+    if [[ $argument == --help || $argument == -h ]]; then
+      sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"
+      exit 0
+    fi
+  done
+}
+
 num_jobs() { nproc 2>/dev/null || getconf _NPROCESSORS_ONLN; }
 
 # Old thread and address sanitizers cannot start when the kernel spreads addresses widely (vm.mmap_rnd_bits above
@@ -30,9 +41,10 @@ run_for_preset() {
   "$@"
 }
 
-# configure_preset PRESET: into build/PRESET.
+# configure_preset PRESET: into the preset's folder, with ORVANDEL_CONFIGURE_OPTIONS of the environment beside its own.
 configure_preset() {
-  local options=()
+  local options
+  read -ra options <<<"${ORVANDEL_CONFIGURE_OPTIONS:-}"
   if command -v ccache >/dev/null; then options+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache); fi
   step "Configuring preset $1"
   (cd "$project_root" && cmake --preset "$1" --log-level=WARNING "${options[@]}") >/dev/null
