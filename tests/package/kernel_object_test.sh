@@ -16,7 +16,7 @@ check_source() {
 
 add='namespace { void Add(const float* __restrict a, float* __restrict b, int n) { for (int i = 0; i < n; ++i) b[i] += a[i]; } }'
 copy='namespace { void Add(const float* __restrict a, float* __restrict b, int n) { for (int i = 0; i < n; ++i) b[i] = a[i]; } }'
-divide='namespace { void Divide(float* a, int n) { for (int i = 1; i < n; ++i) a[i] = a[i - 1] / a[i]; } }'
+divide='namespace orvandel { namespace { void Divide(float* a, int n) { for (int i = 1; i < n; ++i) a[i] = a[i - 1] / a[i]; } } }'
 table='void (*kTable)(const float*, float*, int) = Add;'
 in_avx2="namespace orvandel::simd_avx2 { $table }"
 
@@ -41,7 +41,19 @@ check_source 1 avx2 <<<"$add $in_avx2"
 expect_line "no packed arithmetic on %ymm"
 check_source 1 avx2 -mavx2 <<<"$copy $in_avx2"
 expect_line "no packed arithmetic on %ymm"
-check_source 1 avx2 -mavx2 <<<"$add $divide namespace orvandel::simd_avx2 { $table void (*kDivide)(float*, int) = Divide; }"
-expect_line "loops without packed arithmetic on %ymm: (anonymous namespace)::Divide(float*, int)"
+check_source 1 avx2 -mavx2 <<<"$add $divide namespace orvandel::simd_avx2 { $table void (*kDivide)(float*, int) = orvandel::Divide; }"
+expect_line "loops without packed arithmetic on %ymm: orvandel::(anonymous namespace)::Divide(float*, int)"
+
+# A listed function is left out, under its own kernels' name and level alone, and not what is called similarly.
+cp "$check" "$scratch"
+printf '# kernels\nkernels baseline,avx2 Divide one divides by the other\nkernels avx2 Div no such function\n' >"$scratch/narrow_loops.txt"
+check=$scratch/check_kernel_object.sh
+both="$add $divide namespace orvandel::simd_avx2 { $table void (*kDivide)(float*, int) = orvandel::Divide; }"
+"$cxx" -O3 -w -mavx2 -x c++ -c - -o "$scratch/kernels_avx2.cpp.o" <<<"$both"
+"$cxx" -O3 -w -mavx2 -x c++ -c - -o "$scratch/others_avx2.cpp.o" <<<"$both"
+expect_status 0 "$check" "$scratch/kernels_avx2.cpp.o" avx2 "$nm" "$objdump"
+expect_status 1 "$check" "$scratch/others_avx2.cpp.o" avx2 "$nm" "$objdump"
+printf 'kernels avx2 Div no such function\nkernels avx512 Divide another level\n' >"$scratch/narrow_loops.txt"
+expect_status 1 "$check" "$scratch/kernels_avx2.cpp.o" avx2 "$nm" "$objdump"
 
 finish_expectations
