@@ -55,7 +55,7 @@ class ReferenceCoarseSearch {
 
   plain::SearchOptions options_;
   plain::Pattern trained_;
-  plain::ContourSet scene_{ctd_create()};
+  ContourHandle scene_{ctd_create()};
   std::vector<CLineSegment> segments_;
   const NamedImage* trained_on_ = nullptr;
   WorkingCopy image_;

@@ -52,8 +52,8 @@ class LibraryCoarseSearch {
     model_ = LearnSegmentModel(*static_cast<CCrawler*>(pattern_.get())).model;
   }
 
-  plain::ContourSet pattern_{ctd_create()};
-  plain::ContourSet scene_{ctd_create()};
+  ContourHandle pattern_{ctd_create()};
+  ContourHandle scene_{ctd_create()};
   SegmentModel model_;
   CLineExtracter scene_lines_;
   const NamedImage* trained_on_ = nullptr;

@@ -48,7 +48,7 @@ class ReferenceSearch {
  private:
   plain::SearchOptions options_;
   plain::Pattern trained_;
-  plain::ContourSet scene_{ctd_create()};
+  ContourHandle scene_{ctd_create()};
   const NamedImage* trained_on_ = nullptr;
   WorkingCopy image_;
 };

@@ -38,7 +38,7 @@ class LibrarySegments {
  private:
   struct Buffers {
     WorkingCopy image;
-    plain::ContourSet contours{ctd_create()};
+    ContourHandle contours{ctd_create()};
     CLineExtracter lines;
   };
   std::map<std::pair<int, int>, Buffers> buffers_;
@@ -61,7 +61,7 @@ class ReferenceSegments {
  private:
   struct Buffers {
     WorkingCopy image;
-    plain::ContourSet contours{ctd_create()};
+    ContourHandle contours{ctd_create()};
   };
   CLineExtracter rules_;
   std::vector<CLineSegment> segments_;

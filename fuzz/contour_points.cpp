@@ -41,7 +41,7 @@ test::TestContour NextContour(ByteSource& source) {
   return contour;
 }
 
-test::ContourSet ContoursFrom(ByteSource& source) {
+ContourHandle ContoursFrom(ByteSource& source) {
   constexpr std::size_t kMostContours = 12;
   std::vector<test::TestContour> contours;
   while (!source.IsEmpty() && contours.size() < kMostContours)
@@ -57,7 +57,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const ScratchFolder folder;
   ByteSource source(data, size);
   const int order = source.Byte();
-  const orvandel::test::ContourSet set = ContoursFrom(source);
+  const orvandel::ContourHandle set = ContoursFrom(source);
   if (order % 3 != 0) ctd_sort(set.get(), order % 3 - 1);
   ORVANDEL_REQUIRE(ctd_save(set.get(), folder.File("set.ctd").c_str()) == 0);
   ReadAndUseContours(folder.File("set.ctd"));

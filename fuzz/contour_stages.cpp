@@ -13,21 +13,20 @@
 namespace orvandel::fuzz {
 namespace {
 
-using test::ContourSet;
 using test::Fields;
 
-Bytes SavedBytes(const ContourSet& set) {
+Bytes SavedBytes(const ContourHandle& set) {
   static const ScratchFolder folder;
   ORVANDEL_REQUIRE(ctd_save(set.get(), folder.File("saved.ctd").c_str()) == 0);
   return ReadBytes(folder.File("saved.ctd"));
 }
 
-ContourSet OneContour() {
+ContourHandle OneContour() {
   return test::MakeSet({{{{1, 2}, {3, 4}}, true}});
 }
 
 /// Resampling lays a point on each pixel, so that memory stays in proportion to the file.
-void Condition(const ContourSet& set) {
+void Condition(const ContourHandle& set) {
   const int num_points = ctd_point_count(set.get());
   ctd_average(set.get());
   ctd_resample(set.get());
@@ -35,7 +34,7 @@ void Condition(const ContourSet& set) {
   ctd_sort(set.get(), 1);
 }
 
-void Draw(const ContourSet& set) {
+void Draw(const ContourHandle& set) {
   static const ScratchFolder folder;
   const ImagePtr image(im_create(1, 40, 30));
   ctd_create_img(set.get(), image.get(), 3.5, -2.0, 200, 100);
@@ -48,7 +47,7 @@ void Draw(const ContourSet& set) {
 }
 
 /// Takes the set as pattern and as scene.
-void Match(const ContourSet& set) {
+void Match(const ContourHandle& set) {
   CEdgeImgComplement edges;
   ORVANDEL_REQUIRE(edges.SetSize(40, 30) == 0);
   ORVANDEL_REQUIRE(edges.Refill(set.get()) == ctd_contour_count(set.get()));
@@ -61,14 +60,14 @@ void Match(const ContourSet& set) {
   ORVANDEL_REQUIRE(!(sparse < 0 || sparse > 100 || dense < 0 || dense > 100));
 }
 
-void UseContours(const ContourSet& set) {
+void UseContours(const ContourHandle& set) {
   Draw(set);
   Condition(set);
   CLineExtracter extracter;
   const int num_segments = extracter.Extract(set.get());
   ORVANDEL_REQUIRE(num_segments == static_cast<int>(extracter.GetSegments().size()));
   Match(set);
-  const ContourSet copy = test::MakeEmptySet();
+  const ContourHandle copy = test::MakeEmptySet();
   ctd_copy(set.get(), copy.get());
   ORVANDEL_REQUIRE(SavedBytes(copy) == SavedBytes(set));
 }
@@ -76,13 +75,13 @@ void UseContours(const ContourSet& set) {
 }  // namespace
 
 void ReadAndUseContours(const std::string& path) {
-  const ContourSet checked = OneContour();
+  const ContourHandle checked = OneContour();
   const ContourFileError error = LoadContoursChecked(checked.get(), path.c_str());
   if (error.IsError()) {
     ORVANDEL_REQUIRE(SavedBytes(checked) == SavedBytes(OneContour()));
     return;
   }
-  const ContourSet trusting = OneContour();
+  const ContourHandle trusting = OneContour();
   ORVANDEL_REQUIRE(ctd_load(trusting.get(), path.c_str()) == 0);
   ORVANDEL_REQUIRE(SavedBytes(checked) == SavedBytes(trusting));
   ORVANDEL_REQUIRE(SavedBytes(checked) == ReadBytes(path));

@@ -65,7 +65,7 @@ void CheckContours(const Input& input) {
   for (int y = 0; y < input.picture->height; ++y)
     std::copy_n(input.picture->row[y], input.picture->width, image.get()->row[y]);
 
-  const test::ContourSet set = test::MakeEmptySet();
+  const ContourHandle set = test::MakeEmptySet();
   ORVANDEL_REQUIRE(
       ctd_crawl(set.get(), image.get(), input.threshold, input.min_size, input.max_size) == 0);
   for (int i = 0; i < ctd_contour_count(set.get()); ++i) {

@@ -121,7 +121,7 @@ void MakeContourFiles(const Corpus& corpus) {
   ctd_save(MakeEmptySet().get(), corpus.File("empty.ctd").c_str());
   ctd_save(MakeSet({{{{1, 2, 0.5, 0}, {2, 2, 0.5, 1}, {3, 2.5, 1, 0}}, true}}).get(),
            corpus.File("one.ctd").c_str());
-  const ContourSet sorted = MakeSet({{{{0, 9}}, false}, {{{1, 1}, {9, 9}}, false}});
+  const ContourHandle sorted = MakeSet({{{{0, 9}}, false}, {{{1, 1}, {9, 9}}, false}});
   ctd_sort(sorted.get(), 1);
   ctd_save(sorted.get(), corpus.File("sorted.ctd").c_str());
 }

@@ -24,8 +24,8 @@ unsigned Bit(std::uint8_t pixel, int direction) {
 
 }  // namespace
 
-ChainFollower::ChainFollower(tImage* edge_map)
-    : rows_(edge_map->row), width_(edge_map->width), height_(edge_map->height) {}
+ChainFollower::ChainFollower(const GreyRows& edge_map)
+    : rows_(edge_map.rows), width_(edge_map.width), height_(edge_map.height) {}
 
 /// The eight neighbours that are set, a bit a direction: all at once, since which of them comes first is
 /// as good as random and a guess at it costs more than looking.

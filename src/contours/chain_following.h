@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "orvandel/classic/imgutil_i.h"
+#include "platform/grey_rows.h"
 
 namespace orvandel {
 
@@ -16,11 +16,11 @@ struct ChainPixel {
 /// Takes chains of 8-connected pixels off an edge map.
 class ChainFollower {
  public:
-  /// @param edge_map  8-bit grey, outlives the follower; any value but 0 is an edge pixel.
-  explicit ChainFollower(tImage* edge_map);
+  /// @param edge_map  outlives the follower; any value but 0 is an edge pixel.
+  explicit ChainFollower(const GreyRows& edge_map);
 
-  /// Goes from a pixel to a neighbour as often as there is one, clears each pixel that it steps onto and
-  /// appends it. The pixel that it starts from stays as it is.
+  /// Steps from pixel to neighbour until there is none; clears each pixel that it steps onto and appends
+  /// it. The pixel that it starts from stays as it is.
   void FollowFrom(ChainPixel pixel, std::vector<ChainPixel>& taken);
 
  private:

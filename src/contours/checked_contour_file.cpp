@@ -1,6 +1,4 @@
-// The reader for contour files of unknown origin.
-
-#include "orvandel/classic/checked_contour_file.h"
+#include "contours/checked_contour_file.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,27 +7,19 @@
 #include <memory>
 #include <new>
 #include <system_error>
+#include <utility>
 #include <vector>
-
-#include "contours/point_arrays.h"
 
 namespace orvandel {
 namespace {
 
-struct Header {
-  std::int32_t num_contours;
-  std::int32_t num_points;
-  std::int32_t edge_threshold;
-};
-static_assert(sizeof(Header) == 12, "contour files begin with three 32-bit integers");
+using Header = ContourFileHeader;
 
 struct Contents {
-  Header header{};
-  HeapArray<ContourRecord> records;
-  PointArrays points;
+  Header header;
+  ContourSet contours;
 
-  std::size_t NumContours() const { return static_cast<std::size_t>(header.num_contours); }
-  std::size_t NumPoints() const { return static_cast<std::size_t>(header.num_points); }
+  std::span<const ContourRecord> Records() const { return contours.View().records; }
 };
 
 struct FileCloser {
@@ -60,8 +50,8 @@ OpenFile Open(const char* path, std::uintmax_t& length) {
 }
 
 template <typename T>
-bool Read(T* values, std::size_t count, std::FILE* file) {
-  return std::fread(values, sizeof(T), count, file) == count;
+bool Read(std::span<T> values, std::FILE* file) {
+  return std::fread(values.data(), sizeof(T), values.size(), file) == values.size();
 }
 
 ContourFileError CheckLength(const Header& header, std::uintmax_t length) {
@@ -81,26 +71,28 @@ ContourFileError CheckLength(const Header& header, std::uintmax_t length) {
 
 ContourFileError ReadContents(std::FILE* file, std::uintmax_t length, Contents& contents) {
   Header& header = contents.header;
-  if (!Read(&header, 1, file)) return Error(ContourFileFault::kCannotRead, "cannot be read");
+  if (!Read(std::span(&header, 1), file))
+    return Error(ContourFileFault::kCannotRead, "cannot be read");
   if (const auto error = CheckLength(header, length); error.IsError()) return error;
 
-  PointArrays& points = contents.points;
-  contents.records = AllocateUnset<ContourRecord>(header.num_contours);
-  if (!contents.records || !points.AllocateUnset(header.num_points))
+  ContourSet& contours = contents.contours;
+  PointArrays& points = contours.points;
+  contours.records = AllocateUnset<ContourRecord>(header.num_contours);
+  if (!contours.records || !points.AllocateUnset(header.num_points))
     return Error(ContourFileFault::kOutOfMemory, "no memory for %lld contours of %lld points",
                  header.num_contours, header.num_points);
+  contours.num_contours = header.num_contours;
 
-  const std::size_t num_points = contents.NumPoints();
-  const bool all_read =
-      Read(contents.records.get(), contents.NumContours(), file) &&
-      Read(points.x.get(), num_points, file) && Read(points.y.get(), num_points, file) &&
-      Read(points.g.get(), num_points, file) && Read(points.f.get(), num_points, file);
+  const ContourSetView all = contours.View();
+  const bool all_read = Read(all.records, file) && Read(all.x, file) && Read(all.y, file) &&
+                        Read(all.g, file) && Read(all.f, file);
   return all_read ? ContourFileError{} : Error(ContourFileFault::kCannotRead, "cannot be read");
 }
 
 ContourFileError CheckRecords(const Contents& contents) {
-  for (std::size_t i = 0; i < contents.NumContours(); ++i) {
-    const ContourRecord& record = contents.records[i];
+  const auto records = contents.Records();
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    const ContourRecord& record = records[i];
     if (record.size < 1 || record.start < 0 ||
         std::int64_t{record.start} + record.size > contents.header.num_points)
       return Error(ContourFileFault::kRecord, "contour %lld has %lld points from %lld on, of %lld",
@@ -115,8 +107,8 @@ ContourFileError CheckRecords(const Contents& contents) {
 /// Every point belongs to exactly one contour. Records that shared their points could make a small
 /// file stand for any number of points.
 ContourFileError CheckPartition(const Contents& contents) {
-  const ContourRecord* const first = contents.records.get();
-  std::vector<ContourRecord> records(first, first + contents.NumContours());
+  const auto in_file = contents.Records();
+  std::vector<ContourRecord> records(in_file.begin(), in_file.end());
   std::sort(records.begin(), records.end(),
             [](const ContourRecord& a, const ContourRecord& b) { return a.start < b.start; });
   std::int32_t next = 0;
@@ -138,8 +130,8 @@ bool IsWithin(double value, double limit) {
 }
 
 ContourFileError CheckPoints(const Contents& contents) {
-  const PointArrays& points = contents.points;
-  for (std::size_t k = 0; k < contents.NumPoints(); ++k) {
+  const ContourSetView points = contents.contours.View();
+  for (std::size_t k = 0; k < points.NumPoints(); ++k) {
     if (!IsWithin(points.x[k], kLargestContourCoordinate) ||
         !IsWithin(points.y[k], kLargestContourCoordinate))
       return Error(ContourFileFault::kCoordinate,
@@ -153,24 +145,24 @@ ContourFileError CheckPoints(const Contents& contents) {
   return {};
 }
 
-double LengthOf(const ContourRecord& record, const PointArrays& points) {
+double LengthOf(const ContourView& contour) {
   double length = 0.0;
-  const auto first = static_cast<std::size_t>(record.start);
-  for (std::size_t k = first + 1; k < first + static_cast<std::size_t>(record.size); ++k) {
-    const double dx = points.x[k] - points.x[k - 1];
-    const double dy = points.y[k] - points.y[k - 1];
+  for (std::size_t k = 1; k < contour.Size(); ++k) {
+    const double dx = contour.x[k] - contour.x[k - 1];
+    const double dy = contour.y[k] - contour.y[k - 1];
     length += std::sqrt(dx * dx + dy * dy);
   }
   return length;
 }
 
 ContourFileError CheckSpread(const Contents& contents) {
-  for (std::size_t i = 0; i < contents.NumContours(); ++i) {
-    const ContourRecord& record = contents.records[i];
-    const double length = LengthOf(record, contents.points);
-    if (length > kMostPixelsPerPoint * record.size)
+  const ContourSetView contours = contents.contours.View();
+  for (std::size_t i = 0; i < contours.NumContours(); ++i) {
+    const std::int32_t size = contours.records[i].size;
+    const double length = LengthOf(contours[i]);
+    if (length > kMostPixelsPerPoint * size)
       return Error(ContourFileFault::kSpread, "contour %lld has %lld points on %lld pixels", i,
-                   record.size, length);
+                   size, length);
   }
   return {};
 }
@@ -182,34 +174,27 @@ ContourFileError Check(const Contents& contents) {
   return {};
 }
 
-void MoveInto(CCrawler& set, Contents& contents) {
-  FreeArrays(set);
-  contents.points.MoveInto(set);
-  set.contours = contents.records.release();
-  set.contour_count = set.contour_capacity = contents.header.num_contours;
-  set.point_count = set.point_capacity = contents.header.num_points;
-  set.edge_threshold = contents.header.edge_threshold;
-}
-
-ContourFileError Load(CCrawler& set, const char* path) {
+ContourFileError ReadChecked(const char* path, Contents& contents) {
   std::uintmax_t length = 0;
   const OpenFile file = Open(path, length);
   if (!file) return Error(ContourFileFault::kCannotOpen, "cannot be opened");
   if (length < sizeof(Header))
     return Error(ContourFileFault::kNoHeader,
                  "%lld bytes long, but a contour file has %lld or more", length, sizeof(Header));
-  Contents contents;
   if (const auto error = ReadContents(file.get(), length, contents); error.IsError()) return error;
-  if (const auto error = Check(contents); error.IsError()) return error;
-  MoveInto(set, contents);
-  return {};
+  return Check(contents);
 }
 
 }  // namespace
 
-ContourFileError LoadContoursChecked(void* handle, const char* path) noexcept {
+ContourFileError ReadContourFileChecked(const char* path, ContourSet& contours,
+                                        std::int32_t& edge_threshold) noexcept {
   try {
-    return Load(SetOf(handle), path);
+    Contents contents;
+    if (const auto error = ReadChecked(path, contents); error.IsError()) return error;
+    contours = std::move(contents.contours);
+    edge_threshold = contents.header.edge_threshold;
+    return {};
   } catch (const std::bad_alloc&) {
     return Error(ContourFileFault::kOutOfMemory, "no memory for its records");
   } catch (...) {  // a path that is no valid text

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 #include <new>
+#include <vector>
 
 #include "contours/chain_following.h"
 #include "platform/prefetch.h"
@@ -17,7 +18,7 @@ constexpr double kClosingDistance = 3.0;  // pixels
 /// Where the edge pixels of an image lie to a fraction of a pixel.
 class PixelLocator {
  public:
-  PixelLocator(const tImage& map, const CEdgeImgComplement* edges) {
+  PixelLocator(const GreyRows& map, const CEdgeImgComplement* edges) {
     const bool same_size = edges != nullptr && edges->valid != nullptr &&
                            edges->width == map.width && edges->height == map.height;
     edges_ = same_size ? edges : nullptr;
@@ -29,8 +30,8 @@ class PixelLocator {
     double g;
   };
 
-  /// Has a pixel's cell brought near.
-  void Expect(ChainPixel p) const {
+  /// Prefetches a pixel's cell.
+  void Prefetch(ChainPixel p) const {
     if (edges_ == nullptr) return;
     const std::size_t cell = CellOf(p);
     PrefetchForRead(edges_->x + cell);
@@ -69,18 +70,18 @@ int NextSet(const std::uint8_t* row, int column, int width) {
 
 class Tracer {
  public:
-  Tracer(tImage* edge_map, const CEdgeImgComplement* edges)
-      : map_(edge_map), follower_(edge_map), locator_(*edge_map, edges) {}
+  Tracer(const GreyRows& edge_map, const CEdgeImgComplement* edges)
+      : map_(edge_map), follower_(edge_map), locator_(edge_map, edges) {}
 
-  TracedContours TraceAll(int min_size, int max_size) {
-    for (int row = 1; row < map_->height; ++row) {
-      for (int column = NextSet(map_->row[row], 1, map_->width); column < map_->width;
-           column = NextSet(map_->row[row], column + 1, map_->width)) {
+  ContourSet TraceAll(int min_size, int max_size) {
+    for (int row = 1; row < map_.height; ++row) {
+      for (int column = NextSet(map_.rows[row], 1, map_.width); column < map_.width;
+           column = NextSet(map_.rows[row], column + 1, map_.width)) {
         TraceChain({static_cast<std::uint16_t>(column), static_cast<std::uint16_t>(row)}, min_size,
                    max_size);
       }
     }
-    return {LocatePoints(), static_cast<std::int32_t>(pixels_.size()), std::move(records_)};
+    return {LocatePoints(), CopyRecords(), static_cast<std::int32_t>(records_.size())};
   }
 
  private:
@@ -92,7 +93,7 @@ class Tracer {
     const std::size_t forward = pixels_.size() - start;
     follower_.FollowFrom(seed, pixels_);
     const std::size_t backward = pixels_.size() - start - forward;
-    map_->row[seed.row][seed.column] = 0;
+    map_.rows[seed.row][seed.column] = 0;
 
     const auto size = static_cast<std::int32_t>(forward + backward);
     if (size < min_size || size > max_size) {
@@ -126,14 +127,14 @@ class Tracer {
     std::rotate(first, seam, pixels_.end());
   }
 
-  /// Reads the edge record for the kept points only, in one go, so that many reads are under way at once.
+  /// Reads the edge record in one go, so that many reads are under way at once.
   PointArrays LocatePoints() const {
     constexpr std::size_t kAhead = 16;
     PointArrays points;
     if (!points.AllocateUnset(static_cast<std::int64_t>(pixels_.size()))) throw std::bad_alloc();
     std::fill_n(points.f.get(), pixels_.size(), 0u);
     for (std::size_t i = 0; i < pixels_.size(); ++i) {
-      if (i + kAhead < pixels_.size()) locator_.Expect(pixels_[i + kAhead]);
+      if (i + kAhead < pixels_.size()) locator_.Prefetch(pixels_[i + kAhead]);
       const auto place = locator_.At(pixels_[i]);
       points.x[i] = place.x;
       points.y[i] = place.y;
@@ -142,7 +143,14 @@ class Tracer {
     return points;
   }
 
-  tImage* map_;
+  HeapArray<ContourRecord> CopyRecords() const {
+    auto records = AllocateUnset<ContourRecord>(static_cast<std::int64_t>(records_.size()));
+    if (!records) throw std::bad_alloc();
+    std::copy(records_.begin(), records_.end(), records.get());
+    return records;
+  }
+
+  GreyRows map_;
   ChainFollower follower_;
   PixelLocator locator_;
   std::vector<ChainPixel> pixels_;
@@ -151,8 +159,8 @@ class Tracer {
 
 }  // namespace
 
-TracedContours TraceContours(tImage* edge_map, const CEdgeImgComplement* edges, int min_size,
-                             int max_size) {
+ContourSet TraceContours(const GreyRows& edge_map, const CEdgeImgComplement* edges, int min_size,
+                         int max_size) {
   return Tracer(edge_map, edges).TraceAll(min_size, max_size);
 }
 

@@ -1,9 +1,11 @@
 #include "orvandel/classic/edge_record.h"
 
+#include <cstdlib>
 #include <cstring>
+#include <limits>
 
 #include "base/rounding.h"
-#include "contours/point_arrays.h"
+#include "contours/crawler_adapter.h"
 
 CEdgeImgComplement::CEdgeImgComplement()
     : x(nullptr),
@@ -71,10 +73,11 @@ void CEdgeImgComplement::Store(double point_x, double point_y, double direction)
 int CEdgeImgComplement::Refill(void* contours) {
   CCrawler& set = orvandel::SetOf(contours);
   if (valid != nullptr) std::memset(valid, 0, static_cast<std::size_t>(map_size));
-  for (const ContourRecord& contour : orvandel::Records(set)) {
-    for (std::int32_t k = contour.start; k < contour.start + contour.size; ++k) {
-      Store(set.x[k], set.y[k], set.g[k]);
-    }
+  const orvandel::ContourSetView all = orvandel::ViewOf(set);
+  for (std::size_t i = 0; i < all.NumContours(); ++i) {
+    const orvandel::ContourView contour = all[i];
+    for (std::size_t k = 0; k < contour.Size(); ++k)
+      Store(contour.x[k], contour.y[k], contour.g[k]);
   }
   return set.contour_count;
 }

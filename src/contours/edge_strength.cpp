@@ -1,17 +1,13 @@
-// A proposal for the edge threshold, from the image itself.
+#include "contours/edge_strength.h"
 
 #include <array>
 #include <cstdlib>
 
 #include "edges/gradient_tables.h"
-#include "orvandel/classic/ctd.h"
-#include "orvandel/classic/mvtools_i.h"
-#include "platform/image_ptr.h"
 
 namespace orvandel {
 namespace {
 
-constexpr int kNotGrey = 13;
 constexpr int kNoProposal = 10;
 
 using Histogram = std::array<std::int32_t, 256>;
@@ -19,7 +15,7 @@ using Histogram = std::array<std::int32_t, 256>;
 /// Five rows of an image round the one whose gradient is wanted.
 class Neighbourhood {
  public:
-  Neighbourhood(const tImage& image, int y) : rows_(image.row + y - 2) {}
+  Neighbourhood(const GreyRows& image, int y) : rows_(image.rows + y - 2) {}
 
   int HorizontalSum(int x) const {
     // The first column of a row takes pairs further apart than all others do; it counts in the
@@ -40,18 +36,21 @@ class Neighbourhood {
   const std::uint8_t* const* rows_;
 };
 
-void FillMagnitudes(const tImage& source, const GradientTables& tables, tImage& magnitude) {
-  for (int y = 2; y <= source.height - 3; ++y) {
-    const Neighbourhood around(source, y);
-    for (int x = 2; x <= source.width - 3; ++x) {
-      // Arithmetic shifts: eighths are rounded toward minus infinity.
-      magnitude.row[y][x] = static_cast<std::uint8_t>(
+Histogram CountMagnitudes(const GreyRows& image, const GradientTables& tables) {
+  Histogram counts{};
+  for (int y = 2; y <= image.height - 3; ++y) {
+    const Neighbourhood around(image, y);
+    for (int x = 2; x <= image.width - 3; ++x) {
+      // Arithmetic shifts: eighths are rounded toward minus infinity. Magnitudes count modulo 256.
+      const auto magnitude = static_cast<std::uint8_t>(
           tables.SignedMagnitude(around.HorizontalSum(x) >> 3, around.VerticalSum(x) >> 3));
+      ++counts[magnitude];
     }
   }
+  return counts;
 }
 
-int ProposeThreshold(const Histogram& counts) {
+int ThresholdOf(const Histogram& counts) {
   // Magnitude 0 is background and never looked at. Of equal counts the lowest bin wins.
   std::size_t least = 1;
   std::size_t most = 1;
@@ -66,20 +65,11 @@ int ProposeThreshold(const Histogram& counts) {
 }
 
 }  // namespace
-}  // namespace orvandel
 
-int ctd_compute_edge_strength(void* /*handle*/, tImage* image) {
-  if (image == nullptr || image->type != 1) return orvandel::kNotGrey;
-
-  const orvandel::ImagePtr source(im_duplicate(image));
-  const orvandel::ImagePtr magnitude(im_dup(image));
-  if (!source || !magnitude) return orvandel::kNoProposal;
-  mvt_constant(magnitude.get(), 0);
-  const orvandel::GradientTables* tables = orvandel::AcquireGradientTables();
-  if (tables == nullptr) return orvandel::kNoProposal;
-
-  orvandel::FillMagnitudes(*source, *tables, *magnitude);
-  orvandel::Histogram counts;
-  mvt_hist(magnitude.get(), counts.data());
-  return orvandel::ProposeThreshold(counts);
+int ProposeEdgeThreshold(const GreyRows& image) {
+  const GradientTables* tables = AcquireGradientTables();
+  if (tables == nullptr) return kNoProposal;
+  return ThresholdOf(CountMagnitudes(image, *tables));
 }
+
+}  // namespace orvandel

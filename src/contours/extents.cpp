@@ -1,9 +1,4 @@
-// Centre and extent of a set's contours.
-
-#include <cstdint>
-
-#include "contours/point_arrays.h"
-#include "orvandel/classic/ctd.h"
+#include "contours/extents.h"
 
 namespace orvandel {
 namespace {
@@ -12,68 +7,33 @@ namespace {
 constexpr double kBelowAll = -999999999.0;
 constexpr double kAboveAll = 999999999.0;
 
-/// Largest of `values`, the first of equals; `partner`, where wanted, follows it through `partners`.
-double Largest(const double* values, const double* partners, std::int32_t count, double* partner) {
-  double largest = kBelowAll;
-  for (std::int32_t i = 0; i < count; ++i) {
-    if (!(values[i] > largest)) continue;
-    largest = values[i];
-    if (partner != nullptr) *partner = partners[i];
+double MeanOf(std::span<const double> values) {
+  double sum = 0.0;
+  for (const double value : values)
+    sum += value;
+  return sum / static_cast<double>(values.size());
+}
+
+}  // namespace
+
+Point Centroid(const ContourSetView& contours) {
+  return {MeanOf(contours.x), MeanOf(contours.y)};
+}
+
+Extreme LargestOf(std::span<const double> values) {
+  Extreme largest = {kBelowAll, std::nullopt};
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (values[i] > largest.value) largest = {values[i], i};
   }
   return largest;
 }
 
-double Smallest(const double* values, const double* partners, std::int32_t count, double* partner) {
-  double smallest = kAboveAll;
-  for (std::int32_t i = 0; i < count; ++i) {
-    if (!(values[i] < smallest)) continue;
-    smallest = values[i];
-    if (partner != nullptr) *partner = partners[i];
+Extreme SmallestOf(std::span<const double> values) {
+  Extreme smallest = {kAboveAll, std::nullopt};
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (values[i] < smallest.value) smallest = {values[i], i};
   }
   return smallest;
 }
 
-double Sum(const double* values, std::int32_t count) {
-  double sum = 0.0;
-  for (std::int32_t i = 0; i < count; ++i)
-    sum += values[i];
-  return sum;
-}
-
-}  // namespace
 }  // namespace orvandel
-
-int ctd_centroid(void* handle, double* cx, double* cy) {
-  const CCrawler& set = orvandel::SetOf(handle);
-  const std::int32_t count = orvandel::NumPoints(set);
-  *cx = orvandel::Sum(set.x, count) / count;
-  *cy = orvandel::Sum(set.y, count) / count;
-  return 0;
-}
-
-double ctd_maxx(void* handle, double* other) {
-  const CCrawler& set = orvandel::SetOf(handle);
-  return orvandel::Largest(set.x, set.y, orvandel::NumPoints(set), other);
-}
-
-double ctd_minx(void* handle, double* other) {
-  const CCrawler& set = orvandel::SetOf(handle);
-  return orvandel::Smallest(set.x, set.y, orvandel::NumPoints(set), other);
-}
-
-double ctd_maxy(void* handle, double* other) {
-  const CCrawler& set = orvandel::SetOf(handle);
-  return orvandel::Largest(set.y, set.x, orvandel::NumPoints(set), other);
-}
-
-double ctd_miny(void* handle, double* other) {
-  const CCrawler& set = orvandel::SetOf(handle);
-  return orvandel::Smallest(set.y, set.x, orvandel::NumPoints(set), other);
-}
-
-void ctd_bbox(void* handle, double* min_x, double* min_y, double* max_x, double* max_y) {
-  *min_x = ctd_minx(handle, nullptr);
-  *min_y = ctd_miny(handle, nullptr);
-  *max_x = ctd_maxx(handle, nullptr);
-  *max_y = ctd_maxy(handle, nullptr);
-}

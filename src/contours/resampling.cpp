@@ -1,15 +1,14 @@
-// Replacement of contour points by evenly spaced ones.
+#include "contours/resampling.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <new>
 #include <span>
+#include <utility>
 
 #include "base/rounding.h"
-#include "contours/contour_walk.h"
-#include "contours/point_arrays.h"
-#include "orvandel/classic/ctd.h"
+#include "contours/resampler.h"
 
 namespace orvandel {
 namespace {
@@ -39,71 +38,56 @@ std::int64_t GrownCapacity(std::int64_t num_before, std::int64_t num_after) {
   return capacity;
 }
 
-/// The new point arrays.
-class ResampledPoints {
+/// Appends evenly spaced points with directions and flags from their input points.
+class PointWriter {
  public:
-  /// Throws std::bad_alloc where the arrays cannot be had, or a set could not count their places.
-  ResampledPoints(const CCrawler& set, std::int64_t capacity) : set_(set), capacity_(capacity) {
-    if (capacity > std::numeric_limits<std::int32_t>::max() || !arrays_.AllocateUnset(capacity)) {
+  /// Throws std::bad_alloc where the arrays cannot be had, or 32 bits could not count their places.
+  PointWriter(const ContourSetView& contours, std::int64_t capacity) : from_(contours) {
+    if (capacity > std::numeric_limits<std::int32_t>::max() || !to_.AllocateUnset(capacity)) {
       throw std::bad_alloc();
     }
+    to_.count = 0;
   }
 
-  ContourRecord Append(std::span<const WalkedPoint> points, const ContourRecord& contour) {
-    const std::int32_t start = count_;
-    for (const WalkedPoint& point : points)
+  ContourRecord Append(std::span<const ResampledPoint> points, const ContourRecord& contour) {
+    const std::int32_t start = to_.count;
+    for (const ResampledPoint& point : points)
       Append(point);
-    return {start, count_ - start, contour.closed};
+    return {start, to_.count - start, contour.closed};
   }
 
-  void MoveInto(CCrawler& set) {
-    arrays_.MoveInto(set);
-    set.point_count = count_;
-    set.point_capacity = static_cast<std::int32_t>(capacity_);
-  }
+  PointArrays Take() { return std::move(to_); }
 
  private:
-  void Append(const WalkedPoint& point) {
-    const std::int32_t j = point.source;
-    arrays_.x[next()] = point.x;
-    arrays_.y[next()] = point.y;
-    if (j < 0) {
-      arrays_.g[next()] = set_.g[~j];
-      arrays_.f[next()] = set_.f[~j];
+  void Append(const ResampledPoint& point) {
+    const auto at = static_cast<std::size_t>(to_.count);
+    to_.x[at] = point.x;
+    to_.y[at] = point.y;
+    if (point.source < 0) {
+      const auto j = static_cast<std::size_t>(~point.source);
+      to_.g[at] = from_.g[j];
+      to_.f[at] = from_.f[j];
     } else {
-      arrays_.g[next()] = MeanDirection(set_.g[j], set_.g[j + 1]);
-      arrays_.f[next()] = set_.f[j - 1] != 0 || set_.f[j] != 0 ? 1 : 0;
+      const auto j = static_cast<std::size_t>(point.source);
+      to_.g[at] = MeanDirection(from_.g[j], from_.g[j + 1]);
+      to_.f[at] = from_.f[j - 1] != 0 || from_.f[j] != 0 ? 1 : 0;
     }
-    ++count_;
+    ++to_.count;
   }
 
-  std::size_t next() const { return static_cast<std::size_t>(count_); }
-
-  const CCrawler& set_;
-  std::int64_t capacity_;
-  std::int32_t count_ = 0;
-  PointArrays arrays_;
+  const ContourSetView& from_;
+  PointArrays to_;
 };
 
-void ResampleSet(CCrawler& set) {
-  const std::span<ContourRecord> contours = Records(set);
-  const ContourWalks walks(set, contours);
-  ResampledPoints points(set, GrownCapacity(set.point_count, walks.NumPoints()));
-  for (std::size_t i = 0; i < contours.size(); ++i)
-    contours[i] = points.Append(walks.Points(i), contours[i]);
-  points.MoveInto(set);
-}
-
 }  // namespace
-}  // namespace orvandel
 
-int ctd_resample(void* handle) {
-  CCrawler& set = orvandel::SetOf(handle);
-  if (orvandel::NumPoints(set) < 1) return 0;
-  try {
-    orvandel::ResampleSet(set);
-  } catch (const std::bad_alloc&) {
-    // The set is as it was.
-  }
-  return 0;
+PointArrays ResampleContours(const ContourSetView& contours, const ResampleOptions& options) {
+  const Resampler resampler(contours, options);
+  const auto num_before = static_cast<std::int64_t>(contours.NumPoints());
+  PointWriter writer(contours, GrownCapacity(num_before, resampler.NumPoints()));
+  for (std::size_t i = 0; i < contours.NumContours(); ++i)
+    contours.records[i] = writer.Append(resampler.Points(i), contours.records[i]);
+  return writer.Take();
 }
+
+}  // namespace orvandel

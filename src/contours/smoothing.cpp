@@ -1,14 +1,13 @@
-// Smoothing of contour positions by a five-point mean.
+#include "contours/smoothing.h"
 
+#include <cstddef>
 #include <span>
-
-#include "contours/point_arrays.h"
-#include "orvandel/classic/ctd.h"
 
 namespace orvandel {
 namespace {
 
-constexpr std::int32_t kFewestPoints = 6;
+/// Fewer points have no pixel between their ends whose mean is of five.
+constexpr std::size_t kFewestPoints = 6;
 
 /// Smooths in place: only values that the running sum no longer needs are overwritten. Ends are
 /// smoothed as ends, on closed contours too.
@@ -36,15 +35,14 @@ void Smooth(std::span<double> p) {
 }
 
 }  // namespace
-}  // namespace orvandel
 
-int ctd_average(void* handle) {
-  CCrawler& set = orvandel::SetOf(handle);
-  for (const ContourRecord& contour : orvandel::Records(set)) {
-    if (contour.size < orvandel::kFewestPoints) continue;
-    const auto size = static_cast<std::size_t>(contour.size);
-    orvandel::Smooth({set.x + contour.start, size});
-    orvandel::Smooth({set.y + contour.start, size});
+void SmoothContours(const ContourSetView& contours) {
+  for (std::size_t i = 0; i < contours.NumContours(); ++i) {
+    const ContourView contour = contours[i];
+    if (contour.Size() < kFewestPoints) continue;
+    Smooth(contour.x);
+    Smooth(contour.y);
   }
-  return 0;
 }
+
+}  // namespace orvandel

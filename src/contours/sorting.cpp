@@ -1,16 +1,16 @@
-// Order of a set's contours.
+#include "contours/sorting.h"
 
 #include <algorithm>
 
-#include "contours/point_arrays.h"
-#include "orvandel/classic/ctd.h"
+namespace orvandel {
 
-int ctd_sort(void* handle, int descending) {
+void SortContours(std::span<ContourRecord> records, ContourOrder order) {
   // A stable sort: what follows must not depend on the C library's choice among equal sizes.
-  const auto records = orvandel::Records(orvandel::SetOf(handle));
+  const bool largest_first = order == ContourOrder::kLargestFirst;
   std::stable_sort(records.begin(), records.end(),
-                   [descending](const ContourRecord& a, const ContourRecord& b) {
-                     return descending != 0 ? a.size > b.size : a.size < b.size;
+                   [largest_first](const ContourRecord& a, const ContourRecord& b) {
+                     return largest_first ? a.size > b.size : a.size < b.size;
                    });
-  return 0;
 }
+
+}  // namespace orvandel

@@ -21,7 +21,7 @@ GradientLimits LimitsOf(int threshold) {
   return {static_cast<std::uint8_t>(least), static_cast<std::uint16_t>(std::max(least_step, 0.0))};
 }
 
-EdgeSweep::EdgeSweep(const tImage& image, int threshold, const GradientTables& tables)
+EdgeSweep::EdgeSweep(const GreyRows& image, int threshold, const GradientTables& tables)
     : image_(image),
       tables_(tables),
       kernels_(RowKernelsOf(ActiveSimdLevel())),
@@ -70,7 +70,7 @@ RowContext EdgeSweep::CurrentRow() {
 }
 
 void EdgeSweep::ReadImageRow(int y) {
-  kernels_.sum_row(image_.row[y], width_, sums_[y]);
+  kernels_.sum_row(image_.rows[y], width_, sums_[y]);
 }
 
 void EdgeSweep::MakeSmoothRow(int y) {

@@ -8,7 +8,7 @@
 #include "edges/gradient_tables.h"
 #include "edges/row_buffers.h"
 #include "edges/row_kernels.h"
-#include "orvandel/classic/imgutil_i.h"
+#include "platform/grey_rows.h"
 
 namespace orvandel {
 
@@ -20,10 +20,10 @@ namespace orvandel {
 /// over the image.
 class EdgeSweep {
  public:
-  /// @param image      8-bit grey, 5 pixels and more each way; outlives the sweep.
+  /// @param image      5 pixels and more each way; its pixels outlive the sweep.
   /// @param threshold  least magnitude of an edge point, on the scale of the magnitude table.
   /// @throws std::bad_alloc
-  EdgeSweep(const tImage& image, int threshold, const GradientTables& tables);
+  EdgeSweep(const GreyRows& image, int threshold, const GradientTables& tables);
 
   /// Goes to the next row; called `height` times at most, for rows 0, 1, 2, ... in turn.
   void NextRow();
@@ -44,7 +44,7 @@ class EdgeSweep {
   RowContext CurrentRow();
   bool HasMagnitudes(int y) const { return y >= 2 && y <= height_ - 3; }
 
-  const tImage& image_;
+  GreyRows image_;
   const GradientTables& tables_;
   const RowKernels& kernels_;
   GradientLimits limits_;

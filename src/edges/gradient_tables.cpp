@@ -7,7 +7,6 @@
 
 #include "base/rounding.h"
 #include "base/trigonometry.h"
-#include "orvandel/classic/sub_canny.h"
 
 namespace orvandel {
 namespace {
@@ -94,18 +93,14 @@ const GradientTables* AcquireGradientTables() {
   return tables.get();
 }
 
+void ReleaseGradientTables() {
+  const std::scoped_lock lock(build_mutex);
+  built.store(nullptr, std::memory_order_release);
+  tables.reset();
+}
+
 const std::array<std::int32_t, 361>& SectorTable() {
   return sectors;
 }
 
 }  // namespace orvandel
-
-void InitalizeSubCannyTable(void) {
-  orvandel::AcquireGradientTables();
-}
-
-void DeleteSubCannyTable(void) {
-  const std::scoped_lock lock(orvandel::build_mutex);
-  orvandel::built.store(nullptr, std::memory_order_release);
-  orvandel::tables.reset();
-}

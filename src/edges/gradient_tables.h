@@ -32,11 +32,14 @@ struct GradientTables {
 };
 
 /// The tables of the process, built by whichever thread comes first; null when memory is short.
-/// They live until `DeleteSubCannyTable`.
+/// They live until `ReleaseGradientTables`.
 const GradientTables* AcquireGradientTables();
 
-/// Edge orientation by whole degrees 0..360: 0 along x, 2 along y, 1 and 3 the diagonals. Static, and
-/// written by every build of the tables.
+/// Frees the tables; the next use builds them again. Not while somebody reads them.
+void ReleaseGradientTables();
+
+/// Sector of a gradient direction by whole degrees 0..360: 0 along x, 2 along y, 1 and 3 the diagonals.
+/// Static, and written by every build of the tables.
 const std::array<std::int32_t, 361>& SectorTable();
 
 }  // namespace orvandel

@@ -27,11 +27,11 @@ double RmsDistance(const double* x, const double* y, std::int32_t count, const L
   return std::sqrt(sum / count);
 }
 
-double CircularMean(const double* angles, std::int32_t count, SinCosMemo& memo) {
+double CircularMean(const double* angles, std::int32_t count, SinCosCache& cache) {
   double sines = 0.0;
   double cosines = 0.0;
   for (std::int32_t j = 0; j < count; ++j) {
-    const auto [sine, cosine] = memo.Of(angles[j]);
+    const auto [sine, cosine] = cache.Of(angles[j]);
     sines += sine;
     cosines += cosine;
   }
@@ -54,32 +54,29 @@ double SegmentDirection(double line_angle, double gradient_direction) {
 
 }  // namespace
 
-std::optional<CLineSegment> FitSegment(const ContourPoints& contour, StraightRun run,
-                                       const FitLimits& limits, SinCosMemo& memo) {
+std::optional<LineSegment> FitSegment(const ContourView& contour, StraightRun run,
+                                      const LineOptions& options, SinCosCache& cache) {
   const std::int32_t num_points = run.last - run.first;
-  if (num_points <= limits.min_points) return std::nullopt;
+  if (num_points <= options.min_points) return std::nullopt;
 
-  const double* x = contour.x + run.first;
-  const double* y = contour.y + run.first;
+  const double* x = contour.x.data() + run.first;
+  const double* y = contour.y.data() + run.first;
   Line line;
   mvt_linear_regression(x, y, num_points, 0, &line.angle, &line.offset);
   const double fit_error = RmsDistance(x, y, num_points, line);
-  if (fit_error >= limits.max_fit_error) return std::nullopt;
+  if (fit_error >= options.max_fit_error) return std::nullopt;
 
-  CLineSegment segment;
-  segment.start_x = contour.x[run.first];
-  segment.start_y = contour.y[run.first];
-  segment.end_x = contour.x[run.last];
-  segment.end_y = contour.y[run.last];
-  segment.mid_x = (segment.start_x + segment.end_x) * 0.5;
-  segment.mid_y = (segment.start_y + segment.end_y) * 0.5;
+  LineSegment segment;
+  segment.start = {x[0], y[0]};
+  segment.end = {x[num_points], y[num_points]};
+  segment.mid = 0.5 * (segment.start + segment.end);
   segment.line_angle = line.angle;
   segment.line_offset = line.offset;
   segment.num_points = num_points;
   segment.fit_error = fit_error;
-  segment.contour_index = contour.contour_index;
-  segment.length = Hypot(segment.start_x - segment.end_x, segment.start_y - segment.end_y);
-  segment.gradient_direction = CircularMean(contour.g + run.first, num_points, memo);
+  const Point back = segment.start - segment.end;
+  segment.length = Hypot(back.x, back.y);
+  segment.gradient_direction = CircularMean(contour.g.data() + run.first, num_points, cache);
   segment.direction = SegmentDirection(line.angle, segment.gradient_direction);
   return segment;
 }

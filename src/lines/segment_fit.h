@@ -3,38 +3,24 @@
 #include <cstdint>
 #include <optional>
 
-#include "lines/sin_cos_memo.h"
-#include "orvandel/classic/line_segment.h"
+#include "base/sin_cos_cache.h"
+#include "contours/contour_set.h"
+#include "lines/line_options.h"
+#include "lines/line_segment.h"
 
 namespace orvandel {
 
-/// The points of one contour, as its set holds them.
-struct ContourPoints {
-  const double* x;
-  const double* y;
-  const double* g;            ///< edge directions, radians
-  const std::int32_t* flags;  ///< 1 on a straight stretch
-  std::int32_t size;
-  std::int32_t contour_index;
-};
-
-/// A run of flagged points: the first, and the last, at which the run's line ends.
+/// A run of flagged points of a contour: the first, and the last, at which the run's line ends.
 struct StraightRun {
   std::int32_t first;
   std::int32_t last;
 };
 
-/// What a run must meet to become a segment.
-struct FitLimits {
-  double max_fit_error;     ///< pixels RMS; at it and above a run is dropped
-  std::int32_t min_points;  ///< a run of no more points is dropped
-};
-
 /// Fits a line through the points of a run but its last one, which only ends the segment.
 ///
-/// @param memo  of edge directions, kept from run to run.
-/// @return  the segment, or nothing when the run is too short or not straight enough.
-std::optional<CLineSegment> FitSegment(const ContourPoints& contour, StraightRun run,
-                                       const FitLimits& limits, SinCosMemo& memo);
+/// @param cache  of gradient directions, kept from run to run.
+/// @return  the segment, of contour 0; or nothing when the run is too short or not straight enough.
+std::optional<LineSegment> FitSegment(const ContourView& contour, StraightRun run,
+                                      const LineOptions& options, SinCosCache& cache);
 
 }  // namespace orvandel

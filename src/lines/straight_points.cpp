@@ -1,4 +1,4 @@
-// Which points of a contour lie on a straight stretch.
+#include "lines/straight_points.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,6 @@
 #include <cstdint>
 
 #include "base/trigonometry.h"
-#include "orvandel/classic/line_extracter.h"
 
 namespace orvandel {
 namespace {
@@ -28,7 +27,7 @@ double DeviationFromChord(const double* x, const double* y, int i, Chord chord) 
   return Sin(chord_angle - point_angle) * std::sqrt(dx * dx + dy * dy);
 }
 
-enum Verdict : std::uint8_t { kBent, kStraight, kTooClose };
+enum Verdict : std::uint8_t { kBent, kStraight, kUncertain };
 
 /// Compares deviations with the largest allowed one without a trigonometric function, where that is
 /// safe.
@@ -59,7 +58,7 @@ class QuickDeviation {
         (px * px + py * py <= 1e8 * limit_squared_) & (bound > 1e-250) & (bound < 1e250);
     const bool bent = safe & (square > bound * (1 + 1e-9));
     const bool straight = safe & (square < bound * (1 - 1e-9));
-    return bent ? kBent : straight ? kStraight : kTooClose;
+    return bent ? kBent : straight ? kStraight : kUncertain;
   }
 
  private:
@@ -69,12 +68,16 @@ class QuickDeviation {
 
 class StraightMarker {
  public:
-  StraightMarker(const double* x, const double* y, int* flags, double max_deviation)
-      : x_(x), y_(y), flags_(flags), max_deviation_(max_deviation), quick_(max_deviation) {}
+  StraightMarker(const ContourView& contour, double max_deviation)
+      : x_(contour.x.data()),
+        y_(contour.y.data()),
+        flags_(contour.f.data()),
+        max_deviation_(max_deviation),
+        quick_(max_deviation) {}
 
   /// Marks a point whose neighbours may lie anywhere.
   void Mark(int i, Chord chord) const {
-    const Verdict verdict = quick_.IsUsable() ? quick_.Compare(x_, y_, i, chord) : kTooClose;
+    const Verdict verdict = quick_.IsUsable() ? quick_.Compare(x_, y_, i, chord) : kUncertain;
     Write(i, chord, verdict);
   }
 
@@ -82,7 +85,7 @@ class StraightMarker {
   void MarkRange(int first, int end, int reach) const {
     if (!quick_.IsUsable()) {
       for (int i = first; i < end; ++i)
-        Write(i, {i - reach, i + reach}, kTooClose);
+        Write(i, {i - reach, i + reach}, kUncertain);
       return;
     }
     constexpr int kBatch = 64;
@@ -102,7 +105,7 @@ class StraightMarker {
 
  private:
   void Write(int i, Chord chord, Verdict verdict) const {
-    if (verdict == kTooClose) {
+    if (verdict == kUncertain) {
       const double deviation = DeviationFromChord(x_, y_, i, chord);
       flags_[i] = max_deviation_ > std::abs(deviation) ? 1 : 0;
     } else {
@@ -112,28 +115,27 @@ class StraightMarker {
 
   const double* x_;
   const double* y_;
-  int* flags_;
+  std::uint32_t* flags_;
   double max_deviation_;
   QuickDeviation quick_;
 };
 
 }  // namespace
-}  // namespace orvandel
 
-int CLineExtracter::MarkStraightPoints(const double* x, const double* y, int* f, int n,
-                                       int closed) {
-  const int reach = neighbour_offset;
-  if (reach < 1 || n / 2 < reach || n < 2 * reach + 1) return 1;
+bool MarkStraightPoints(const ContourView& contour, const LineOptions& options) {
+  const int n = static_cast<int>(contour.Size());
+  const int reach = options.neighbour_offset;
+  if (reach < 1 || n / 2 < reach || n < 2 * reach + 1) return false;
 
   // Neighbours wrap two points early, on open contours as well: there the last two points that are
   // examined look ahead to the contour's start.
   const int wrap = n - 2;
-  const int first = closed != 0 ? 0 : reach;
-  const int end = closed != 0 ? n : n - reach;
+  const int first = contour.closed ? 0 : reach;
+  const int end = contour.closed ? n : n - reach;
   const int first_unwrapped = std::min(reach, end);
   const int end_unwrapped = std::max(first_unwrapped, wrap - reach);
 
-  const orvandel::StraightMarker marker(x, y, f, max_deviation);
+  const StraightMarker marker(contour, options.max_deviation);
   const auto mark_wrapped = [&](int i) {
     marker.Mark(i, {(i - reach + wrap) % wrap, (i + reach) % wrap});
   };
@@ -142,5 +144,7 @@ int CLineExtracter::MarkStraightPoints(const double* x, const double* y, int* f,
   marker.MarkRange(first_unwrapped, end_unwrapped, reach);
   for (int i = end_unwrapped; i < end; ++i)
     mark_wrapped(i);
-  return 0;
+  return true;
 }
+
+}  // namespace orvandel

@@ -4,8 +4,7 @@
 
 #include <utility>
 
-#include "contours/contours_view.h"
-#include "contours/point_arrays.h"
+#include "contours/crawler_adapter.h"
 #include "orvandel/classic/ctd.h"
 #include "platform/image_ptr.h"
 #include "search/contour_preparation.h"

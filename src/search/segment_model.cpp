@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "contours/crawler_adapter.h"
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/line_extracter.h"
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "base/geometry.h"
-#include "contours/contours_view.h"
+#include "contours/contour_set.h"
 #include "orvandel/classic/crawler.h"
 #include "orvandel/classic/line_segment.h"
 #include "verify/match_options.h"
@@ -17,7 +17,7 @@ struct SegmentModelView {
   Point reference;                         ///< pattern pixels; poses measure the pattern from it
   std::span<const CLineSegment> segments;  ///< most points first
   VerificationPointsView points;           ///< where poses are scored while they are tried
-  ContoursView contours;                   ///< along which the pose found is scored
+  ContourSetView contours;                 ///< along which the pose found is scored
   MatchOptions match;
 };
 
@@ -26,7 +26,7 @@ struct SegmentModel {
   Point reference;  ///< mean of the contour points, pattern pixels
   std::vector<CLineSegment> segments;
   VerificationPoints points;
-  ContoursView contours;  ///< of the set that it was learnt from, which outlives the model
+  ContourSetView contours;  ///< of the set that it was learnt from, which outlives the model
   MatchOptions match;
 
   SegmentModelView View() const { return {reference, segments, points.View(), contours, match}; }

@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-#include "contours/contours_view.h"
-#include "contours/point_arrays.h"
+#include "contours/crawler_adapter.h"
 #include "verify/pose_score.h"
 #include "verify/shared_array.h"
 #include "verify/verifier_view.h"
@@ -98,7 +97,7 @@ CPattVerify::~CPattVerify() {
 }
 
 int CPattVerify::ChooseVerifyPoints(void* contours, double fraction, int cap) {
-  const orvandel::ContoursView view = orvandel::ViewOf(orvandel::SetOf(contours));
+  const orvandel::ContourSetView view = orvandel::ViewOf(orvandel::SetOf(contours));
   const orvandel::VerificationPointOptions options = {fraction, cap};
   const std::int32_t count = orvandel::CountVerificationPoints(view, options);
   orvandel::ReplaceArrays(*this, count);

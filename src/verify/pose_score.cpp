@@ -63,7 +63,7 @@ double ScoreAtPoints(const VerificationPointsView& points, Point reference,
   return sum.Percent();
 }
 
-double ScoreAlongContours(const ContoursView& contours, int step, Point reference,
+double ScoreAlongContours(const ContourSetView& contours, int step, Point reference,
                           const Similarity& scene_from_pattern, const CEdgeImgComplement* edges,
                           const MatchOptions& options) {
   CreditSum sum(scene_from_pattern, edges, options);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/geometry.h"
-#include "contours/contours_view.h"
+#include "contours/contour_set.h"
 #include "orvandel/classic/edge_record.h"
 #include "verify/match_options.h"
 #include "verify/verification_points.h"
@@ -21,7 +21,7 @@ double ScoreAtPoints(const VerificationPointsView& points, Point reference,
 
 /// At every `step`-th point of each contour; a step below 1 counts as 1. Beside each pixel along the normal
 /// its neighbour along the edge is probed.
-double ScoreAlongContours(const ContoursView& contours, int step, Point reference,
+double ScoreAlongContours(const ContourSetView& contours, int step, Point reference,
                           const Similarity& scene_from_pattern, const CEdgeImgComplement* edges,
                           const MatchOptions& options);
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "contours/point_arrays.h"
+#include "base/heap_array.h"
 #include "orvandel/classic/edge_record.h"
 #include "verify/orientation_mask.h"
 #include "verify/probe_footprints.h"

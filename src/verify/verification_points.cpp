@@ -26,7 +26,7 @@ std::int64_t NumChosen(std::int32_t num_points, const VerificationPointOptions& 
 
 }  // namespace
 
-std::int32_t CountVerificationPoints(const ContoursView& contours,
+std::int32_t CountVerificationPoints(const ContourSetView& contours,
                                      const VerificationPointOptions& options) {
   std::int64_t total = 0;
   for (const ContourRecord& contour : contours.records)
@@ -35,7 +35,7 @@ std::int32_t CountVerificationPoints(const ContoursView& contours,
   return static_cast<std::int32_t>(total);
 }
 
-void CopyVerificationPoints(const ContoursView& contours, const VerificationPointOptions& options,
+void CopyVerificationPoints(const ContourSetView& contours, const VerificationPointOptions& options,
                             double* x, double* y, double* direction) {
   for (const ContourRecord& contour : contours.records) {
     if (contour.size < 1) continue;
@@ -48,7 +48,7 @@ void CopyVerificationPoints(const ContoursView& contours, const VerificationPoin
   }
 }
 
-VerificationPoints ChooseVerificationPoints(const ContoursView& contours,
+VerificationPoints ChooseVerificationPoints(const ContourSetView& contours,
                                             const VerificationPointOptions& options) {
   const auto count = static_cast<std::size_t>(CountVerificationPoints(contours, options));
   VerificationPoints points = {std::vector<double>(count), std::vector<double>(count),

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "contours/contours_view.h"
+#include "contours/contour_set.h"
 
 namespace orvandel {
 
@@ -36,17 +36,17 @@ struct VerificationPoints {
 /// Chooses evenly spaced points of every contour, contour by contour.
 ///
 /// @throws std::bad_alloc
-VerificationPoints ChooseVerificationPoints(const ContoursView& contours,
+VerificationPoints ChooseVerificationPoints(const ContourSetView& contours,
                                             const VerificationPointOptions& options);
 
 /// Number of points that are chosen.
 ///
 /// @throws std::bad_array_new_length  beyond 2^31 - 1 of them.
-std::int32_t CountVerificationPoints(const ContoursView& contours,
+std::int32_t CountVerificationPoints(const ContourSetView& contours,
                                      const VerificationPointOptions& options);
 
 /// Writes the chosen points to arrays of that length.
-void CopyVerificationPoints(const ContoursView& contours, const VerificationPointOptions& options,
+void CopyVerificationPoints(const ContourSetView& contours, const VerificationPointOptions& options,
                             double* x, double* y, double* direction);
 
 }  // namespace orvandel

@@ -39,15 +39,16 @@ constexpr std::size_t RecordAt(std::size_t contour) {
 }
 
 /// Sizes 2, 3 and 1; coordinates that need every bit.
-ContourSet SmallSet() {
-  ContourSet set = MakeSet({{{{0.1, 10.7, -0.5, 0}, {1 / 3.0, 11, 0.25, 4}}, false},
-                            {{{2, 12, 1.5, 1}, {3, 13, 1.25, 0}, {4, 14, 2.5, 0xFFFFFFFFu}}, true},
-                            {{{5, -15, -1e-300, 2}}, false}});
+ContourHandle SmallSet() {
+  ContourHandle set =
+      MakeSet({{{{0.1, 10.7, -0.5, 0}, {1 / 3.0, 11, 0.25, 4}}, false},
+               {{{2, 12, 1.5, 1}, {3, 13, 1.25, 0}, {4, 14, 2.5, 0xFFFFFFFFu}}, true},
+               {{{5, -15, -1e-300, 2}}, false}});
   Fields(set).edge_threshold = 23;
   return set;
 }
 
-std::string BytesOf(const ContourSet& set, const ScratchFolder& folder) {
+std::string BytesOf(const ContourHandle& set, const ScratchFolder& folder) {
   std::filesystem::remove(
       folder.File("saved.ctd"));  // cutting a file takes some systems their time
   EXPECT_EQ(ctd_save(set.get(), folder.File("saved.ctd").c_str()), 0);
@@ -68,7 +69,7 @@ std::string With(std::string bytes, std::size_t at, Value value) {
 Fault FaultOf(const std::string& bytes, const ScratchFolder& folder) {
   std::filesystem::remove(folder.File("read.ctd"));
   WriteBytes(folder.File("read.ctd"), bytes);
-  const ContourSet set = SmallSet();
+  const ContourHandle set = SmallSet();
   const CCrawler& fields = Fields(set);
   const double* const x = fields.x;
   const ContourRecord* const contours = fields.contours;
@@ -92,11 +93,11 @@ std::string TextOf(const std::string& bytes, const ScratchFolder& folder) {
   return LoadContoursChecked(MakeEmptySet().get(), folder.File("read.ctd").c_str()).text;
 }
 
-void ExpectSameAsTrustingReader(const ContourSet& saved, const ScratchFolder& folder) {
+void ExpectSameAsTrustingReader(const ContourHandle& saved, const ScratchFolder& folder) {
   const std::string path = folder.File("good.ctd");
   ASSERT_EQ(ctd_save(saved.get(), path.c_str()), 0);
-  const ContourSet trusting = SmallSet();
-  const ContourSet checked = SmallSet();
+  const ContourHandle trusting = SmallSet();
+  const ContourHandle checked = SmallSet();
   ASSERT_EQ(ctd_load(trusting.get(), path.c_str()), 0);
   const ContourFileError error = LoadContoursChecked(checked.get(), path.c_str());
   ASSERT_FALSE(error.IsError()) << error.text;
@@ -112,7 +113,7 @@ TEST(CheckedContourFile, GoodFilesGiveTheSetOfTheTrustingReader) {
   const ScratchFolder folder;
   ExpectSameAsTrustingReader(SmallSet(), folder);
   ExpectSameAsTrustingReader(MakeEmptySet(), folder);
-  const ContourSet sorted = SmallSet();
+  const ContourHandle sorted = SmallSet();
   ctd_sort(sorted.get(), 1);
   ExpectSameAsTrustingReader(sorted, folder);
 }
@@ -123,7 +124,7 @@ TEST(CheckedContourFile, ContoursOfPicturesAreGood) {
   for (int run = 0; run < 20; ++run) {
     const ImagePtr noise =
         MakeImage(60, 50, [&](int, int) { return random.Integer(0, 7) == 0 ? 200 : 40; });
-    const ContourSet set = MakeEmptySet();
+    const ContourHandle set = MakeEmptySet();
     ASSERT_EQ(ctd_crawl(set.get(), noise.get(), run, 1, 100000), 0);
     ASSERT_GT(ctd_point_count(set.get()), 0);
     ExpectSameAsTrustingReader(set, folder);
@@ -137,7 +138,7 @@ TEST(CheckedContourFile, ContoursOfPicturesAreGood) {
 TEST(CheckedContourFile, WhatFilesDoNotHoldIsKept) {
   const ScratchFolder folder;
   WriteBytes(folder.File("set.ctd"), SmallFile(folder));
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   Fields(set).step = 0.5;
   Fields(set).min_size = 4;
   Fields(set).max_size = 44;
@@ -152,7 +153,7 @@ TEST(CheckedContourFile, WhatFilesDoNotHoldIsKept) {
 
 TEST(CheckedContourFile, WhatIsNoRegularFileCannotBeOpened) {
   const ScratchFolder folder;
-  const ContourSet set = SmallSet();
+  const ContourHandle set = SmallSet();
   const std::vector<std::string> paths = {folder.File("missing.ctd"), folder.Path().string(),
                                           "/dev/zero", ""};
   for (const std::string& path : paths) {
@@ -302,7 +303,7 @@ TEST(CheckedContourFile, NeighboursAreNearEachOtherOnAverage) {
   EXPECT_EQ(fault_of({{0, 0}, {128.5, 0}}), Fault::kSpread);
   EXPECT_EQ(fault_of({{0, 0}, {0, 1}, {0, 2}, {0, 256}}), Fault::kNone);
   EXPECT_EQ(fault_of({{0, 0}, {0, 1}, {0, 2}, {0, 257}}), Fault::kSpread);
-  const ContourSet far_apart = MakeSet({{{{3, 4}, {1003, 4}}, true}});
+  const ContourHandle far_apart = MakeSet({{{{3, 4}, {1003, 4}}, true}});
   EXPECT_EQ(TextOf(BytesOf(far_apart, folder), folder), "contour 0 has 2 points on 1000 pixels");
 }
 

@@ -77,12 +77,12 @@ ContourRecord TraceRunOfFour(double first_x, double last_x) {
   edges.Store(first_x, 1.0, 0.5);
   edges.Store(last_x, 1.0, 0.25);
   const ImagePtr image = ImageOf(Drawn({"......", ".####.", "......"}));
-  const TracedContours contours = TraceContours(image.get(), &edges, 1, kAnySize);
+  const ContourSet owner = TraceContours(RowsOf(*image), &edges, 1, kAnySize);
+  const ContourSetView contours = owner.View();
   EXPECT_EQ(contours.records.size(), 1u);
-  EXPECT_EQ(ValuesOf(contours.points.x, contours),
-            (std::vector<double>{first_x, 2.0, 3.0, last_x}));
-  EXPECT_EQ(ValuesOf(contours.points.g, contours), (std::vector<double>{0.5, 0.0, 0.0, 0.25}));
-  return contours.records.at(0);
+  EXPECT_EQ(ValuesOf(contours.x), (std::vector<double>{first_x, 2.0, 3.0, last_x}));
+  EXPECT_EQ(ValuesOf(contours.g), (std::vector<double>{0.5, 0.0, 0.0, 0.25}));
+  return contours.records[0];
 }
 
 TEST(ClosedContours, SubPixelPositionsDecide) {

@@ -7,9 +7,9 @@
 namespace orvandel::test {
 namespace {
 
-ContourSet Source() {
-  ContourSet set = MakeSet({{{{0, 10, 0.5, 0}, {1, 11, 0.25, 4}}, false},
-                            {{{2, 12, 1.5, 0}, {3, 13, 1.25, 7}, {4, 14, 2.5, 0}}, true}});
+ContourHandle Source() {
+  ContourHandle set = MakeSet({{{{0, 10, 0.5, 0}, {1, 11, 0.25, 4}}, false},
+                               {{{2, 12, 1.5, 0}, {3, 13, 1.25, 7}, {4, 14, 2.5, 0}}, true}});
   CCrawler& fields = Fields(set);
   fields.edge_threshold = 17;
   fields.point_capacity = 64;  // bookkeeping, larger than what is allocated
@@ -22,7 +22,7 @@ ContourSet Source() {
   return set;
 }
 
-void ExpectSourcesContours(const ContourSet& set) {
+void ExpectSourcesContours(const ContourHandle& set) {
   ASSERT_EQ(ctd_contour_count(set.get()), 2);
   ASSERT_EQ(ctd_point_count(set.get()), 5);
   EXPECT_EQ(ctd_contour_size(set.get(), 0), 2);
@@ -42,16 +42,16 @@ void ExpectSourcesContours(const ContourSet& set) {
 }
 
 TEST(ContourCopy, TheFirstArgumentIsCopiedIntoTheSecond) {
-  const ContourSet source = Source();
-  const ContourSet copy = MakeEmptySet();
+  const ContourHandle source = Source();
+  const ContourHandle copy = MakeEmptySet();
   ctd_copy(source.get(), copy.get());
   ExpectSourcesContours(copy);
   ExpectSourcesContours(source);
 }
 
 TEST(ContourCopy, TheDestinationKeepsItsMinDistAndItsEdgeRecord) {
-  const ContourSet source = Source();
-  const ContourSet copy = MakeSet({{{{9, 9, 9, 9}}, false}});
+  const ContourHandle source = Source();
+  const ContourHandle copy = MakeSet({{{{9, 9, 9, 9}}, false}});
   CEdgeImgComplement* const edges = new CEdgeImgComplement;
   Fields(copy).edgeIm = edges;
   Fields(copy).min_dist = 0.75;
@@ -63,17 +63,17 @@ TEST(ContourCopy, TheDestinationKeepsItsMinDistAndItsEdgeRecord) {
 }
 
 TEST(ContourCopy, ADestinationWithoutEdgeRecordHasNoneAfterwards) {
-  const ContourSet source = Source();
-  const ContourSet copy = MakeEmptySet();
+  const ContourHandle source = Source();
+  const ContourHandle copy = MakeEmptySet();
   ctd_copy(source.get(), copy.get());
   EXPECT_EQ(ctd_edgeIm(copy.get()), nullptr);
   EXPECT_EQ(Fields(copy).min_dist, 0.6);
 }
 
 TEST(ContourCopy, HasArraysOfItsOwn) {
-  const ContourSet copy = MakeEmptySet();
+  const ContourHandle copy = MakeEmptySet();
   {
-    const ContourSet source = Source();
+    const ContourHandle source = Source();
     ctd_copy(source.get(), copy.get());
     ctd_contour_xa(source.get(), 0)[0] = 99;
     ctd_set_contour_f(source.get(), 0, 0, 5);
@@ -84,9 +84,9 @@ TEST(ContourCopy, HasArraysOfItsOwn) {
 }
 
 TEST(ContourCopy, KeepsTheRecordOrderOfASortedSet) {
-  const ContourSet source = Source();
+  const ContourHandle source = Source();
   ctd_sort(source.get(), 1);
-  const ContourSet copy = MakeEmptySet();
+  const ContourHandle copy = MakeEmptySet();
   ctd_copy(source.get(), copy.get());
   EXPECT_EQ(Fields(copy).contours[0].start, 2);
   EXPECT_EQ(ctd_contour_x(copy.get(), 0, 0), 2.0);
@@ -94,7 +94,7 @@ TEST(ContourCopy, KeepsTheRecordOrderOfASortedSet) {
 }
 
 TEST(ContourCopy, OfAnEmptySetEmptiesTheDestination) {
-  const ContourSet copy = Source();
+  const ContourHandle copy = Source();
   ctd_copy(MakeEmptySet().get(), copy.get());
   EXPECT_EQ(ctd_contour_count(copy.get()), 0);
   EXPECT_EQ(ctd_point_count(copy.get()), 0);
@@ -104,7 +104,7 @@ TEST(ContourCopy, OfAnEmptySetEmptiesTheDestination) {
 }
 
 TEST(ContourCopy, OntoItselfChangesNothing) {
-  const ContourSet set = Source();
+  const ContourHandle set = Source();
   const double* const x = Fields(set).x;
   ctd_copy(set.get(), set.get());
   EXPECT_EQ(Fields(set).x, x);
@@ -112,8 +112,8 @@ TEST(ContourCopy, OntoItselfChangesNothing) {
 }
 
 TEST(ContourCopy, OverAndOver) {
-  const ContourSet source = Source();
-  const ContourSet copy = MakeEmptySet();
+  const ContourHandle source = Source();
+  const ContourHandle copy = MakeEmptySet();
   for (int i = 0; i < 3; ++i) {
     ctd_copy(source.get(), copy.get());
     ctd_copy(copy.get(), source.get());

@@ -27,7 +27,7 @@ struct DrawnPixels {
 };
 
 /// The pixels that drawing into a blank image set, by their value.
-DrawnPixels Draw(const ContourSet& set, int width, int height, double dx, double dy,
+DrawnPixels Draw(const ContourHandle& set, int width, int height, double dx, double dy,
                  std::uint8_t mark_value) {
   const ImagePtr image(im_create(1, width, height));
   EXPECT_EQ(ctd_create_img(set.get(), image.get(), dx, dy, kValue, mark_value), 0);
@@ -41,7 +41,7 @@ DrawnPixels Draw(const ContourSet& set, int width, int height, double dx, double
   return drawing;
 }
 
-ContourSet OnePoint(double x, double y, double g) {
+ContourHandle OnePoint(double x, double y, double g) {
   return MakeSet({{{{x, y, g, 0}}, false}});
 }
 
@@ -53,7 +53,7 @@ Pixels RowPixels(int y, int from, int to) {
 }
 
 TEST(ContourDrawing, WithoutMarkValueOnlyPointsAreDrawn) {
-  const ContourSet set = MakeSet({{{{1.9, 2.1}, {3.5, 4.5}}, false}, {{{0, 0}}, true}});
+  const ContourHandle set = MakeSet({{{{1.9, 2.1}, {3.5, 4.5}}, false}, {{{0, 0}}, true}});
   const DrawnPixels drawing = Draw(set, 10, 8, 0, 0, 0);
   EXPECT_EQ(drawing.points, (Pixels{{1, 2}, {3, 4}, {0, 0}}));
   EXPECT_TRUE(drawing.marks.empty());
@@ -79,7 +79,7 @@ TEST(ContourDrawing, PositionsJustBelowZeroTruncateIntoThePicture) {
 TEST(ContourDrawing, PointsOutsideThePictureAreLeftOut) {
   const double nan = std::nan("");
   const double inf = std::numeric_limits<double>::infinity();
-  const ContourSet set =
+  const ContourHandle set =
       MakeSet({{{{10, 1}, {1, 8}, {-1, 1}, {1, -1}, {nan, 1}, {1, inf}, {1e300, 1}}, false}});
   EXPECT_TRUE(Draw(set, 10, 8, 0, 0, 0).points.empty());
 }

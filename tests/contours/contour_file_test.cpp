@@ -15,17 +15,18 @@ namespace {
 using I = std::int32_t;
 
 /// Sizes 2, 3 and 1; coordinates that need every bit.
-ContourSet SmallSet() {
-  ContourSet set = MakeSet({{{{0.1, 10.7, -0.5, 0}, {1 / 3.0, 11, 0.25, 4}}, false},
-                            {{{2, 12, 1.5, 1}, {3, 13, 1.25, 0}, {4, 14, 2.5, 0xFFFFFFFFu}}, true},
-                            {{{5e300, -15, -1e-300, 2}}, false}});
+ContourHandle SmallSet() {
+  ContourHandle set =
+      MakeSet({{{{0.1, 10.7, -0.5, 0}, {1 / 3.0, 11, 0.25, 4}}, false},
+               {{{2, 12, 1.5, 1}, {3, 13, 1.25, 0}, {4, 14, 2.5, 0xFFFFFFFFu}}, true},
+               {{{5e300, -15, -1e-300, 2}}, false}});
   Fields(set).edge_threshold = 23;
   return set;
 }
 
 TEST(ContourFile, OneContourOfThreePointsByteByByte) {
   const ScratchFolder folder;
-  const ContourSet set = MakeSet({{{{1, 2, 0.5, 0}, {1.5, -2, 0, 1}, {-2, 2.5, -1, 2}}, true}});
+  const ContourHandle set = MakeSet({{{{1, 2, 0.5, 0}, {1.5, -2, 0, 1}, {-2, 2.5, -1, 2}}, true}});
   Fields(set).edge_threshold = 20;
   EXPECT_EQ(ctd_save(set.get(), folder.File("one.ctd").c_str()), 0);
 
@@ -51,7 +52,7 @@ TEST(ContourFile, OneContourOfThreePointsByteByByte) {
 
 TEST(ContourFile, AnEmptySetIsTwelveBytes) {
   const ScratchFolder folder;
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   Fields(set).edge_threshold = -7;
   EXPECT_EQ(ctd_save(set.get(), folder.File("empty.ctd").c_str()), 0);
   EXPECT_EQ(Contents(folder.File("empty.ctd")), Bytes(I{0}, I{0}, I{-7}));
@@ -59,7 +60,7 @@ TEST(ContourFile, AnEmptySetIsTwelveBytes) {
 
 TEST(ContourFile, ASortedSetIsSavedInTableOrder) {
   const ScratchFolder folder;
-  const ContourSet set = SmallSet();
+  const ContourHandle set = SmallSet();
   ctd_sort(set.get(), 1);
   EXPECT_EQ(ctd_save(set.get(), folder.File("sorted.ctd").c_str()), 0);
   const std::string saved = Contents(folder.File("sorted.ctd"));
@@ -80,11 +81,11 @@ TEST(ContourFile, SavingReplacesAnOlderFile) {
 
 TEST(ContourFile, ASavedSetComesBackWhole) {
   const ScratchFolder folder;
-  const ContourSet set = SmallSet();
+  const ContourHandle set = SmallSet();
   ctd_sort(set.get(), 0);
   ASSERT_EQ(ctd_save(set.get(), folder.File("set.ctd").c_str()), 0);
 
-  const ContourSet loaded = MakeSet({{{{9, 9, 9, 9}}, false}});
+  const ContourHandle loaded = MakeSet({{{{9, 9, 9, 9}}, false}});
   EXPECT_EQ(ctd_load(loaded.get(), folder.File("set.ctd").c_str()), 0);
   const CCrawler& a = Fields(set);
   const CCrawler& b = Fields(loaded);
@@ -109,7 +110,7 @@ TEST(ContourFile, ASavedSetComesBackWhole) {
 TEST(ContourFile, LoadingKeepsWhatFilesDoNotHold) {
   const ScratchFolder folder;
   ASSERT_EQ(ctd_save(SmallSet().get(), folder.File("set.ctd").c_str()), 0);
-  const ContourSet loaded = MakeEmptySet();
+  const ContourHandle loaded = MakeEmptySet();
   CCrawler& fields = Fields(loaded);
   fields.step = 0.5;
   fields.min_size = 4;
@@ -128,7 +129,7 @@ TEST(ContourFile, LoadingKeepsWhatFilesDoNotHold) {
 TEST(ContourFile, AnEmptySetComesBackEmpty) {
   const ScratchFolder folder;
   ASSERT_EQ(ctd_save(MakeEmptySet().get(), folder.File("empty.ctd").c_str()), 0);
-  const ContourSet loaded = SmallSet();
+  const ContourHandle loaded = SmallSet();
   EXPECT_EQ(ctd_load(loaded.get(), folder.File("empty.ctd").c_str()), 0);
   EXPECT_EQ(ctd_contour_count(loaded.get()), 0);
   EXPECT_EQ(ctd_point_count(loaded.get()), 0);

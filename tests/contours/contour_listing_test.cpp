@@ -14,7 +14,7 @@
 namespace orvandel::test {
 namespace {
 
-std::string Listing(const ContourSet& set) {
+std::string Listing(const ContourHandle& set) {
   const ScratchFolder folder;
   const std::string path = folder.File("listing.txt");
   EXPECT_EQ(ctd_dump(set.get(), path.c_str()), 0);
@@ -51,7 +51,7 @@ TEST(ContourListing, LinesEndAsThoseOfTextFilesDoHere) {
 }
 
 TEST(ContourListing, ContoursComeInTableOrder) {
-  const ContourSet set =
+  const ContourHandle set =
       MakeSet({{{{0.125, -3, 0.5, 1}}, false}, {{{100, 200, -1.5, 0}, {1e6, 0, 0, 7}}, true}});
   ctd_sort(set.get(), 1);
   EXPECT_EQ(Listing(set),
@@ -118,7 +118,7 @@ TEST(ContourListing, WhereNoFileCanBeGives9) {
 }
 
 /// 1 contour of 1500 points at (1234.5, 0): large enough for thousands to be grouped.
-ContourSet LargeNumbers() {
+ContourHandle LargeNumbers() {
   TestContour contour;
   contour.points.resize(1500, {1234.5, 0, 0, 1234567});
   return MakeSet({contour});

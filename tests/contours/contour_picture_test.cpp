@@ -24,7 +24,7 @@ Grid ReadBack(const std::string& path) {
   return image == nullptr ? Grid{} : GridOf(*image);
 }
 
-Grid SavedPicture(const ContourSet& set) {
+Grid SavedPicture(const ContourHandle& set) {
   const ScratchFolder folder;
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("set.bmp").c_str()), 0);
   return ReadBack(folder.File("set.bmp"));
@@ -56,7 +56,7 @@ TEST(ContourPicture, HasNoMarks) {
 
 TEST(ContourPicture, TheFormatGoesByTheExtension) {
   const ScratchFolder folder;
-  const ContourSet set = MakeSet({{{{2.5, 3.5}, {9.5, 8.5}}, false}});
+  const ContourHandle set = MakeSet({{{{2.5, 3.5}, {9.5, 8.5}}, false}});
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("set.bmp").c_str()), 0);
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("set.pgm").c_str()), 0);
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("set.png").c_str()), 0);
@@ -73,7 +73,7 @@ TEST(ContourPicture, PointsAtNegativePositionsFallOutside) {
   EXPECT_EQ(picture, expected);
 }
 
-void ExpectNothingWritten(const ContourSet& set) {
+void ExpectNothingWritten(const ContourHandle& set) {
   const ScratchFolder folder;
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("set.bmp").c_str()), 0);
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path().string()));
@@ -97,7 +97,7 @@ TEST(ContourPicture, BeyondAnySizeIsNotWritten) {
 
 TEST(ContourPicture, ThatCannotBeWrittenReturnsZeroAllTheSame) {
   const ScratchFolder folder;
-  const ContourSet set = MakeSet({{{{2.5, 3.5}, {9.5, 8.5}}, false}});
+  const ContourHandle set = MakeSet({{{{2.5, 3.5}, {9.5, 8.5}}, false}});
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("no/such/folder.bmp").c_str()), 0);
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path().string()));
 }

@@ -12,14 +12,14 @@ namespace orvandel::test {
 namespace {
 
 /// Contours of 2, 3 and 1 points, numbered through in x.
-ContourSet SmallSet() {
+ContourHandle SmallSet() {
   return MakeSet({{{{0, 10, 0.5, 0}, {1, 11, 0.25, 4}}, false},
                   {{{2, 12, 1.5, 0}, {3, 13, 1.25, 0}, {4, 14, 2.5, 0}}, true},
                   {{{5, 15, -1, 0}}, false}});
 }
 
-TEST(ContourSet, StartsEmptyWithItsDefaults) {
-  const ContourSet set = MakeEmptySet();
+TEST(ClassicContourSet, StartsEmptyWithItsDefaults) {
+  const ContourHandle set = MakeEmptySet();
   ASSERT_NE(set, nullptr);
   EXPECT_EQ(ctd_contour_count(set.get()), 0);
   EXPECT_EQ(ctd_point_count(set.get()), 0);
@@ -40,21 +40,21 @@ TEST(ContourSet, StartsEmptyWithItsDefaults) {
   EXPECT_EQ(fields.min_dist, 0.6);
 }
 
-TEST(ContourSet, DeletingNullDoesNothing) {
+TEST(ClassicContourSet, DeletingNullDoesNothing) {
   ctd_delete(nullptr);
-  const ContourSet set = SmallSet();  // and other sets are not touched
+  const ContourHandle set = SmallSet();  // and other sets are not touched
   ctd_delete(nullptr);
   EXPECT_EQ(ctd_point_count(set.get()), 6);
 }
 
-TEST(ContourSet, HasOnlyAVirtualDestructor) {
+TEST(ClassicContourSet, HasOnlyAVirtualDestructor) {
   EXPECT_TRUE(std::has_virtual_destructor_v<CCrawler>);
   EXPECT_FALSE(std::is_copy_constructible_v<CCrawler>);
   EXPECT_TRUE(std::has_virtual_destructor_v<CEdgeImgComplement>);
 }
 
-TEST(ContourSet, AccessorsReadContoursAndTheirPoints) {
-  const ContourSet set = SmallSet();
+TEST(ClassicContourSet, AccessorsReadContoursAndTheirPoints) {
+  const ContourHandle set = SmallSet();
   EXPECT_EQ(ctd_contour_count(set.get()), 3);
   EXPECT_EQ(ctd_point_count(set.get()), 6);
   EXPECT_EQ(ctd_contour_size(set.get(), 0), 2);
@@ -67,8 +67,8 @@ TEST(ContourSet, AccessorsReadContoursAndTheirPoints) {
   EXPECT_EQ(ctd_contour_f(set.get(), 0, 1), 4u);
 }
 
-TEST(ContourSet, ArraysAreTheContoursOwnAndWritable) {
-  const ContourSet set = SmallSet();
+TEST(ClassicContourSet, ArraysAreTheContoursOwnAndWritable) {
+  const ContourHandle set = SmallSet();
   EXPECT_EQ(ctd_contour_xa(set.get(), 1), Fields(set).x + 2);
   EXPECT_EQ(ctd_contour_ya(set.get(), 1), Fields(set).y + 2);
   EXPECT_EQ(ctd_contour_ga(set.get(), 1), Fields(set).g + 2);
@@ -83,8 +83,8 @@ TEST(ContourSet, ArraysAreTheContoursOwnAndWritable) {
   EXPECT_EQ(ctd_contour_f(set.get(), 1, 2), 0xFFFFFFFFu);
 }
 
-TEST(ContourSet, AFlaggedPointIsNotActive) {
-  const ContourSet set = SmallSet();
+TEST(ClassicContourSet, AFlaggedPointIsNotActive) {
+  const ContourHandle set = SmallSet();
   EXPECT_EQ(ctd_contour_active_point_count(set.get(), 0), 1);  // one comes with flag 4
   EXPECT_EQ(ctd_contour_active_point_count(set.get(), 1), 3);
   EXPECT_EQ(ctd_active_point_count(set.get()), 5);
@@ -99,16 +99,16 @@ TEST(ContourSet, AFlaggedPointIsNotActive) {
   EXPECT_EQ(ctd_active_point_count(set.get()), 5);
 }
 
-TEST(ContourSet, AContourOfNoPointsHasNoActiveOnes) {
-  const ContourSet set = MakeSet({TestContour{}, {{{1, 1, 0, 0}}, false}});
+TEST(ClassicContourSet, AContourOfNoPointsHasNoActiveOnes) {
+  const ContourHandle set = MakeSet({TestContour{}, {{{1, 1, 0, 0}}, false}});
   EXPECT_EQ(ctd_contour_active_point_count(set.get(), 0), 0);
   EXPECT_EQ(ctd_active_point_count(set.get()), 1);
   Fields(set).contours[0].size = -3;
   EXPECT_EQ(ctd_contour_active_point_count(set.get(), 0), 0);
 }
 
-TEST(ContourSet, AfterSortingAccessorsGoThroughTheRecords) {
-  const ContourSet set = SmallSet();
+TEST(ClassicContourSet, AfterSortingAccessorsGoThroughTheRecords) {
+  const ContourHandle set = SmallSet();
   ctd_sort(set.get(), 1);
   EXPECT_EQ(ctd_contour_xa(set.get(), 0), Fields(set).x + 2);
   EXPECT_EQ(ctd_contour_x(set.get(), 0, 0), 2.0);
@@ -120,8 +120,8 @@ TEST(ContourSet, AfterSortingAccessorsGoThroughTheRecords) {
   EXPECT_EQ(ctd_active_point_count(set.get()), 4);
 }
 
-TEST(ContourSet, TheSmallestSizeIsASetting) {
-  const ContourSet set = MakeEmptySet();
+TEST(ClassicContourSet, TheSmallestSizeIsASetting) {
+  const ContourHandle set = MakeEmptySet();
   ctd_set_min_size(set.get(), 12);
   EXPECT_EQ(ctd_min_size(set.get()), 12);
   EXPECT_EQ(Fields(set).min_size, 12);

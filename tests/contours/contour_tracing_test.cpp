@@ -102,14 +102,15 @@ TEST(ContourTracing, ADroppedChainLeavesNoGapInThePoints) {
                                         "..............",  //
                                         ".##########...",  //
                                         ".............."}));
-  const TracedContours contours = TraceContours(image.get(), nullptr, 10, kAnySize);
+  const ContourSet owner = TraceContours(RowsOf(*image), nullptr, 10, kAnySize);
+  const ContourSetView contours = owner.View();
   ASSERT_EQ(contours.records.size(), 2u);
   EXPECT_EQ(contours.records[0].start, 0);
   EXPECT_EQ(contours.records[0].size, 12);
   EXPECT_EQ(contours.records[1].start, 12);
   EXPECT_EQ(contours.records[1].size, 10);
-  EXPECT_EQ(contours.points.y[11], 3.0);
-  EXPECT_EQ(contours.points.y[12], 7.0);
+  EXPECT_EQ(contours.y[11], 3.0);
+  EXPECT_EQ(contours.y[12], 7.0);
   EXPECT_TRUE(IsBlank(GridOf(*image)));
 }
 
@@ -164,7 +165,7 @@ TEST(ContourTracing, NeighboursOutsideThePictureCountAsBlank) {
 }
 
 TEST(ContourTracing, ADenseMapIsFollowedWhole) {
-  // More chains and points than half and a quarter of the picture's area would hold.
+  // More chains and points than half and a quarter of the image's area would hold.
   for (const int height : {2, 4, 9}) {
     const int width = 41;
     const Grid full(static_cast<std::size_t>(height),
@@ -172,10 +173,12 @@ TEST(ContourTracing, ADenseMapIsFollowedWhole) {
     Grid map = full;
     const std::vector<TestContour> expected = PlainTrace(map, nullptr, 1, kAnySize);
     const ImagePtr image = ImageOf(full);
-    const TracedContours contours = TraceContours(image.get(), nullptr, 1, kAnySize);
+    const ContourSet owner = TraceContours(RowsOf(*image), nullptr, 1, kAnySize);
+    const ContourSetView contours = owner.View();
     ASSERT_EQ(contours.records.size(), expected.size());
-    EXPECT_GE(contours.num_points, (width - 1) * (height - 1));
-    EXPECT_GT(contours.num_points, width * height / 2 - 1);
+    const auto num_points = static_cast<int>(contours.NumPoints());
+    EXPECT_GE(num_points, (width - 1) * (height - 1));
+    EXPECT_GT(num_points, width * height / 2 - 1);
     EXPECT_EQ(GridOf(*image), map);
   }
 }

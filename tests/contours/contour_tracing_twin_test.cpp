@@ -29,7 +29,8 @@ void ExpectSameContours(const Grid& map, const CEdgeImgComplement* edges, int mi
   SCOPED_TRACE(testing::Message() << "sizes " << min_size << " to " << max_size << '\n'
                                   << Drawing(map));
   const ImagePtr image = ImageOf(map);
-  const TracedContours traced = TraceContours(image.get(), edges, min_size, max_size);
+  const ContourSet owner = TraceContours(RowsOf(*image), edges, min_size, max_size);
+  const ContourSetView traced = owner.View();
   Grid followed = map;
   const std::vector<TestContour> expected = PlainTrace(followed, edges, min_size, max_size);
   ASSERT_EQ(GridOf(*image), followed);
@@ -39,11 +40,11 @@ void ExpectSameContours(const Grid& map, const CEdgeImgComplement* edges, int mi
     ASSERT_EQ(traced.records[i].start, static_cast<int>(at)) << i;
     ASSERT_EQ(traced.records[i].size, static_cast<int>(expected[i].points.size())) << i;
     ASSERT_EQ(traced.records[i].closed, expected[i].closed ? 1 : 0) << i;
-    ASSERT_LE(at + expected[i].points.size(), static_cast<std::size_t>(traced.num_points));
+    ASSERT_LE(at + expected[i].points.size(), traced.NumPoints());
     for (const TestPoint& p : expected[i].points) {
-      ASSERT_EQ(traced.points.x[at], p.x) << i;
-      ASSERT_EQ(traced.points.y[at], p.y) << i;
-      ASSERT_EQ(traced.points.g[at], p.g) << i;
+      ASSERT_EQ(traced.x[at], p.x) << i;
+      ASSERT_EQ(traced.y[at], p.y) << i;
+      ASSERT_EQ(traced.g[at], p.g) << i;
       ++at;
     }
   }
@@ -141,10 +142,11 @@ TEST(ContourTracingTwin, ARecordOfAnotherSizeIsNotRead) {
   edges.Store(1.5, 1.5, 1.0);
   const Grid map = Drawn({".....", ".###.", "....."});
   const ImagePtr image = ImageOf(map);
-  const TracedContours traced = TraceContours(image.get(), &edges, 1, 10);
-  EXPECT_EQ(ValuesOf(traced.points.x, traced), (std::vector<double>{1, 2, 3}));
-  EXPECT_EQ(ValuesOf(traced.points.y, traced), (std::vector<double>{1, 1, 1}));
-  EXPECT_EQ(ValuesOf(traced.points.g, traced), (std::vector<double>{0, 0, 0}));
+  const ContourSet owner = TraceContours(RowsOf(*image), &edges, 1, 10);
+  const ContourSetView traced = owner.View();
+  EXPECT_EQ(ValuesOf(traced.x), (std::vector<double>{1, 2, 3}));
+  EXPECT_EQ(ValuesOf(traced.y), (std::vector<double>{1, 1, 1}));
+  EXPECT_EQ(ValuesOf(traced.g), (std::vector<double>{0, 0, 0}));
 }
 
 }  // namespace

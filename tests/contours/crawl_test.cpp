@@ -19,8 +19,8 @@ namespace {
 constexpr int kAnySize = 1000000;
 
 /// A set that has been crawled once: 2 contours, parameters 7, 2, 50.
-ContourSet CrawledSet() {
-  ContourSet set = MakeEmptySet();
+ContourHandle CrawledSet() {
+  ContourHandle set = MakeEmptySet();
   const ImagePtr image = ImageOf(Drawn({".........",  //
                                         ".######..",  //
                                         ".........",  //
@@ -30,7 +30,7 @@ ContourSet CrawledSet() {
   return set;
 }
 
-void ExpectUnchanged(const ContourSet& set) {
+void ExpectUnchanged(const ContourHandle& set) {
   EXPECT_EQ(Fields(set).edge_threshold, 7);
   EXPECT_EQ(Fields(set).min_size, 2);
   EXPECT_EQ(Fields(set).max_size, 50);
@@ -40,7 +40,7 @@ void ExpectUnchanged(const ContourSet& set) {
 }
 
 TEST(Crawl, FollowsThePixelsOfALowImageAsTheyAre) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   const ImagePtr image = ImageOf(Drawn({"......", ".####.", "......", "......"}));
   EXPECT_EQ(ctd_crawl(set.get(), image.get(), 20, 2, 100), 0);
   ASSERT_EQ(ctd_contour_count(set.get()), 1);
@@ -56,14 +56,14 @@ TEST(Crawl, FollowsThePixelsOfALowImageAsTheyAre) {
 }
 
 TEST(Crawl, StoresItsParametersAndExactCapacities) {
-  const ContourSet set = CrawledSet();
+  const ContourHandle set = CrawledSet();
   ExpectUnchanged(set);
   EXPECT_EQ(Fields(set).point_capacity, 11);
   EXPECT_EQ(Fields(set).contour_capacity, 2);
 }
 
 TEST(Crawl, ReplacesTheContoursOfTheLastOne) {
-  const ContourSet set = CrawledSet();
+  const ContourHandle set = CrawledSet();
   ctd_set_contour_f(set.get(), 0, 0, 5);
   const ImagePtr image = ImageOf(Drawn({".....", ".###.", "....."}));
   EXPECT_EQ(ctd_crawl(set.get(), image.get(), 20, 1, 9), 0);
@@ -74,7 +74,7 @@ TEST(Crawl, ReplacesTheContoursOfTheLastOne) {
 }
 
 TEST(Crawl, AnImageWithoutEdgesGivesAnEmptySet) {
-  const ContourSet set = CrawledSet();
+  const ContourHandle set = CrawledSet();
   const ImagePtr image = MakeImage(30, 20, [](int, int) { return 90; });
   EXPECT_EQ(ctd_crawl(set.get(), image.get(), 20, 1, kAnySize), 0);
   EXPECT_EQ(ctd_contour_count(set.get()), 0);
@@ -83,7 +83,7 @@ TEST(Crawl, AnImageWithoutEdgesGivesAnEmptySet) {
 }
 
 TEST(Crawl, AnotherPixelTypeGives13AndChangesNothing) {
-  const ContourSet set = CrawledSet();
+  const ContourHandle set = CrawledSet();
   const ImagePtr image = ImageOf(Drawn({".....", ".###.", "....."}));
   for (const int type : {0, 2, -1}) {
     image->type = type;
@@ -95,7 +95,7 @@ TEST(Crawl, AnotherPixelTypeGives13AndChangesNothing) {
 }
 
 TEST(Crawl, AnotherPixelTypeMakesNoEdgeRecord) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   const ImagePtr image(im_create(2, 9, 9));
   EXPECT_EQ(ctd_crawl(set.get(), image.get(), 20, 1, 9), 13);
   EXPECT_EQ(ctd_edgeIm(set.get()), nullptr);
@@ -103,13 +103,13 @@ TEST(Crawl, AnotherPixelTypeMakesNoEdgeRecord) {
 }
 
 TEST(Crawl, NoImageGives13AndChangesNothing) {
-  const ContourSet set = CrawledSet();
+  const ContourHandle set = CrawledSet();
   EXPECT_EQ(ctd_crawl(set.get(), nullptr, 20, 1, 9), 13);
   ExpectUnchanged(set);
 }
 
 TEST(Crawl, Pictures65536PixelsLongGive13AndChangeNothing) {
-  const ContourSet set = CrawledSet();
+  const ContourHandle set = CrawledSet();
   const ImagePtr wide = MakeImage(65536, 3, [](int x, int) { return x < 4 ? 255 : 0; });
   EXPECT_EQ(ctd_crawl(set.get(), wide.get(), 20, 1, 9), 13);
   ExpectUnchanged(set);
@@ -121,7 +121,7 @@ TEST(Crawl, Pictures65536PixelsLongGive13AndChangeNothing) {
 }
 
 TEST(Crawl, Pictures65535PixelsLongAreFollowedToTheirEnd) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   const ImagePtr wide =
       MakeImage(65535, 3, [](int x, int y) { return y == 1 && x >= 65500 ? 255 : 0; });
   EXPECT_EQ(ctd_crawl(set.get(), wide.get(), 20, 1, 100), 0);
@@ -131,7 +131,7 @@ TEST(Crawl, Pictures65535PixelsLongAreFollowedToTheirEnd) {
 }
 
 TEST(Crawl, KeepsItsEdgeRecordAndResizesIt) {
-  const ContourSet set = CrawledSet();
+  const ContourHandle set = CrawledSet();
   CEdgeImgComplement* const edges = ctd_edgeIm(set.get());
   ASSERT_NE(edges, nullptr);
   EXPECT_EQ(edges->width, 9);
@@ -145,7 +145,7 @@ TEST(Crawl, KeepsItsEdgeRecordAndResizesIt) {
 }
 
 TEST(Crawl, ALowImageOfTheSameSizeTakesThePositionsThatTheRecordStillHolds) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   const Grid map = Drawn({"......", ".####.", "......", "......"});
   ASSERT_EQ(ctd_crawl(set.get(), ImageOf(map).get(), 20, 1, 100), 0);
   ctd_edgeIm(set.get())->Store(2.75, 1.25, 1.5);
@@ -159,14 +159,14 @@ TEST(Crawl, ALowImageOfTheSameSizeTakesThePositionsThatTheRecordStillHolds) {
 }
 
 TEST(Crawl, ADenseLowImageLosesNothing) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   const ImagePtr image = MakeImage(60, 4, [](int, int) { return 1; });
   EXPECT_EQ(ctd_crawl(set.get(), image.get(), 20, 1, kAnySize), 0);
   EXPECT_GE(ctd_point_count(set.get()), 59 * 3);
 }
 
 TEST(Crawl, SizeLimitsMayBeTheLargestAndSmallestIntegers) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   const ImagePtr image = ImageOf(Drawn({"......", ".####.", "......", "......"}));
   EXPECT_EQ(ctd_crawl(set.get(), image.get(), 20, std::numeric_limits<int>::min(),
                       std::numeric_limits<int>::max()),
@@ -187,7 +187,7 @@ int DiscPixel(int column, int row, double cx, double cy, double radius) {
 
 TEST(Crawl, ADiscGivesAClosedContourOnItsRimThatPointsToItsCentre) {
   constexpr double kCx = 31.3, kCy = 28.8, kRadius = 20.5;
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   const ImagePtr image =
       MakeImage(64, 60, [](int x, int y) { return DiscPixel(x, y, kCx, kCy, kRadius); });
   EXPECT_EQ(ctd_crawl(set.get(), image.get(), 20, 60, 10000), 0);
@@ -210,7 +210,7 @@ TEST(Crawl, ADiscGivesAClosedContourOnItsRimThatPointsToItsCentre) {
 }
 
 TEST(Crawl, AnImageIsUsedUp) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   const ImagePtr image =
       MakeImage(64, 60, [](int x, int y) { return DiscPixel(x, y, 31.3, 28.8, 20.5); });
   EXPECT_EQ(ctd_crawl(set.get(), image.get(), 20, 100000, 100000), 0);  // every chain is dropped

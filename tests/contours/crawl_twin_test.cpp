@@ -19,7 +19,8 @@ struct CrawlOptions {
 };
 
 /// Crawls into a set that may have been used before, as hosts do.
-void ExpectSameCrawl(const ContourSet& set, const NamedGrid& pattern, const CrawlOptions& options) {
+void ExpectSameCrawl(const ContourHandle& set, const NamedGrid& pattern,
+                     const CrawlOptions& options) {
   SCOPED_TRACE(testing::Message() << pattern << ", threshold " << options.threshold);
   const int width = Width(pattern.grid);
   const int height = Height(pattern.grid);
@@ -79,7 +80,7 @@ TEST(CrawlTwin, OneSetForImagesOfChangingSize) {
   constexpr unsigned kSeed = 52;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   for (int i = 0; i < 40; ++i) {
     const int width = 1 + Below(random, 80);
     const int height = 5 + Below(random, 60);

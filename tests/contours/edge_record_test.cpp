@@ -146,8 +146,8 @@ TEST(EdgeRecord, RefillsFromTheContoursOfASet) {
   CEdgeImgComplement record;
   record.SetSize(5, 3);
   record.Store(0.5, 0.5, 9);
-  const ContourSet set = MakeSet({{{{1.5, 0.5, 1}, {2.5, 1.5, 2}}, false},
-                                  {{{2.75, 1.25, 3}, {4.5, 2.5, 4}, {9.5, 0.5, 5}}, true}});
+  const ContourHandle set = MakeSet({{{{1.5, 0.5, 1}, {2.5, 1.5, 2}}, false},
+                                     {{{2.75, 1.25, 3}, {4.5, 2.5, 4}, {9.5, 0.5, 5}}, true}});
   EXPECT_EQ(record.Refill(set.get()), 2);
   EXPECT_EQ(NumValid(record), 3);  // the first point is gone, one lies outside, two share a cell
   EXPECT_EQ(record.valid[0], 0);
@@ -160,7 +160,7 @@ TEST(EdgeRecord, RefillsFromTheContoursOfASet) {
 TEST(EdgeRecord, RefillGoesThroughTheRecordsInTheirOrder) {
   CEdgeImgComplement record;
   record.SetSize(5, 3);
-  const ContourSet set =
+  const ContourHandle set =
       MakeSet({{{{1.5, 1.5, 1}}, false}, {{{1.25, 1.25, 2}, {3.5, 1.5, 3}}, false}});
   ctd_sort(set.get(), 1);
   EXPECT_EQ(record.Refill(set.get()), 2);
@@ -170,7 +170,7 @@ TEST(EdgeRecord, RefillGoesThroughTheRecordsInTheirOrder) {
 TEST(EdgeRecord, RefillCountsEveryStore) {
   CEdgeImgComplement record;
   record.SetSize(5, 3);
-  const ContourSet set = MakeSet({{{{1.5, 0.5, 1}, {2.5, 1.5, 2}}, false}});
+  const ContourHandle set = MakeSet({{{{1.5, 0.5, 1}, {2.5, 1.5, 2}}, false}});
   record.Refill(set.get());
   record.Refill(set.get());
   EXPECT_EQ(record.count, 4);

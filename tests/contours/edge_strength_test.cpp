@@ -133,7 +133,7 @@ TEST(EdgeStrength, AnotherPixelTypeOrNoImageGives13) {
 TEST(EdgeStrength, TouchesNeitherImageNorSet) {
   const Grid strip = StripOfSteps(20, 85).Image();
   const ImagePtr image = ImageOf(strip);
-  const ContourSet set = MakeSet({TestContour{{{1, 2, 3, 4}}, false}});
+  const ContourHandle set = MakeSet({TestContour{{{1, 2, 3, 4}}, false}});
   EXPECT_EQ(ctd_compute_edge_strength(set.get(), image.get()), 8);
   EXPECT_EQ(GridOf(*image), strip);
   EXPECT_EQ(ctd_point_count(set.get()), 1);

@@ -10,13 +10,13 @@ namespace orvandel::test {
 namespace {
 
 /// Two contours whose extremes are met twice each; the partner coordinates tell which was taken.
-ContourSet SetWithTies() {
+ContourHandle SetWithTies() {
   return MakeSet({{{{2, 5}, {9, 1}, {9, 2}, {-3, 4}}, false},
                   {{{-3, 7}, {4, 12}, {5, 12}, {6, -8}, {7, -8}}, true}});
 }
 
 TEST(Centroid, IsTheMeanOfAllPoints) {
-  const ContourSet set = SetWithTies();
+  const ContourHandle set = SetWithTies();
   ctd_set_contour_f(set.get(), 0, 0, 1);  // flags do not matter
   double cx = 0, cy = 0;
   EXPECT_EQ(ctd_centroid(set.get(), &cx, &cy), 0);
@@ -26,7 +26,7 @@ TEST(Centroid, IsTheMeanOfAllPoints) {
 
 TEST(Centroid, SumsInIndexOrderWhateverTheRecordOrder) {
   // In index order 1e16 swallows the ones that follow; the other way round they would add up first.
-  const ContourSet set =
+  const ContourHandle set =
       MakeSet({{{{1e16, 1e16}}, false}, {{{1, 1}, {1, 1}, {1, 1}, {1, 1}}, false}});
   ctd_sort(set.get(), 1);
   double cx = 0, cy = 0;
@@ -36,7 +36,7 @@ TEST(Centroid, SumsInIndexOrderWhateverTheRecordOrder) {
 }
 
 TEST(Centroid, OfNoPointsIsNotANumber) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   double cx = 0, cy = 0;
   EXPECT_EQ(ctd_centroid(set.get(), &cx, &cy), 0);
   EXPECT_TRUE(std::isnan(cx));
@@ -44,7 +44,7 @@ TEST(Centroid, OfNoPointsIsNotANumber) {
 }
 
 TEST(Extents, TheFirstPointWinsATieAndGivesThePartnerCoordinate) {
-  const ContourSet set = SetWithTies();
+  const ContourHandle set = SetWithTies();
   double other = 0;
   EXPECT_EQ(ctd_maxx(set.get(), &other), 9.0);
   EXPECT_EQ(other, 1.0);
@@ -57,7 +57,7 @@ TEST(Extents, TheFirstPointWinsATieAndGivesThePartnerCoordinate) {
 }
 
 TEST(Extents, ThePartnerMayBeLeftOut) {
-  const ContourSet set = SetWithTies();
+  const ContourHandle set = SetWithTies();
   EXPECT_EQ(ctd_maxx(set.get(), nullptr), 9.0);
   EXPECT_EQ(ctd_minx(set.get(), nullptr), -3.0);
   EXPECT_EQ(ctd_maxy(set.get(), nullptr), 12.0);
@@ -65,7 +65,7 @@ TEST(Extents, ThePartnerMayBeLeftOut) {
 }
 
 TEST(Extents, TheBoxHasAllFourInOrder) {
-  const ContourSet set = SetWithTies();
+  const ContourHandle set = SetWithTies();
   double min_x = 0, min_y = 0, max_x = 0, max_y = 0;
   ctd_bbox(set.get(), &min_x, &min_y, &max_x, &max_y);
   EXPECT_EQ(min_x, -3.0);
@@ -75,7 +75,7 @@ TEST(Extents, TheBoxHasAllFourInOrder) {
 }
 
 TEST(Extents, WithoutPointsAreTheStartValuesAndNoPartner) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   double other = 42;
   EXPECT_EQ(ctd_maxx(set.get(), &other), -999999999.0);
   EXPECT_EQ(ctd_minx(set.get(), &other), 999999999.0);
@@ -92,7 +92,7 @@ TEST(Extents, WithoutPointsAreTheStartValuesAndNoPartner) {
 
 TEST(Extents, PointsBeyondOrAtTheStartValuesReplaceNothing) {
   // All points at or beyond the start values of the minima; not numbers compare false.
-  const ContourSet set = MakeSet({{{{2e9, 999999999.0}, {std::nan(""), std::nan("")}}, false}});
+  const ContourHandle set = MakeSet({{{{2e9, 999999999.0}, {std::nan(""), std::nan("")}}, false}});
   double other = 42;
   EXPECT_EQ(ctd_minx(set.get(), &other), 999999999.0);
   EXPECT_EQ(ctd_miny(set.get(), &other), 999999999.0);
@@ -103,7 +103,7 @@ TEST(Extents, PointsBeyondOrAtTheStartValuesReplaceNothing) {
 }
 
 TEST(Extents, AreOverThePointArraysNotOverTheRecords) {
-  const ContourSet set = SetWithTies();
+  const ContourHandle set = SetWithTies();
   Fields(set).contour_count = 1;  // the points of the second contour are still there
   EXPECT_EQ(ctd_maxy(set.get(), nullptr), 12.0);
 }

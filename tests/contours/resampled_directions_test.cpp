@@ -17,7 +17,7 @@ namespace {
 double MeanDirection(double a, double b) {
   TestContour contour;
   contour.points = {{0, 0, 99, 0}, {1, 0, a, 0}, {2, 0, b, 0}};
-  const ContourSet set = MakeSet({contour});
+  const ContourHandle set = MakeSet({contour});
   ctd_resample(set.get());
   EXPECT_EQ(ctd_contour_size(set.get(), 0), 3);
   return ctd_contour_g(set.get(), 0, 1);
@@ -73,7 +73,7 @@ TEST(ResampledDirections, WithoutMeaningBecomeZero) {
 TEST(ResampledDirections, TheEndsKeepTheirOwn) {
   TestContour contour;
   contour.points = {{0, 0, -3, 0}, {1, 0, 1, 0}, {2, 0, 1, 0}, {3, 0, -2, 0}};
-  const ContourSet set = MakeSet({contour});
+  const ContourHandle set = MakeSet({contour});
   ctd_resample(set.get());
   ASSERT_EQ(ctd_contour_size(set.get(), 0), 4);
   EXPECT_EQ(ctd_contour_g(set.get(), 0, 0), -3);
@@ -84,14 +84,14 @@ TEST(ResampledDirections, APassedOverPointDoesNotCount) {
   // From (0, 0) the point at 0.25 is passed over: target 1.5, mean of its direction and the next.
   TestContour contour;
   contour.points = {{0, 0, 0, 0}, {0.25, 0, 3, 0}, {1.5, 0, 1, 0}, {9, 0, 2, 0}};
-  const ContourSet set = MakeSet({contour});
+  const ContourHandle set = MakeSet({contour});
   ctd_resample(set.get());
   ASSERT_EQ(ctd_contour_size(set.get(), 0), 3);
   EXPECT_EQ(ctd_contour_g(set.get(), 0, 1), 1.5);
 }
 
 std::vector<std::uint32_t> ResampledFlags(const std::vector<TestPoint>& points) {
-  const ContourSet set = MakeSet({TestContour{points, false}});
+  const ContourHandle set = MakeSet({TestContour{points, false}});
   ctd_resample(set.get());
   const std::uint32_t* f = Fields(set).f;
   return {f, f + ctd_point_count(set.get())};

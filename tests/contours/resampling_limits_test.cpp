@@ -13,7 +13,7 @@ namespace orvandel::test {
 namespace {
 
 /// Three points: the first piece has `length`, and the last point is anywhere.
-ContourSet SetWithPieceOf(double length) {
+ContourHandle SetWithPieceOf(double length) {
   TestContour contour;
   contour.points = {{0, 0, 1, 0}, {length, 0, 1, 0}, {5, 5, 1, 0}};
   return MakeSet({contour});
@@ -26,7 +26,7 @@ TEST(ResamplingCapacity, StartsAtTwiceThePointsAnd10AndDoublesWhenFewerThan6AreL
   } kCases[] = {{2, 3, 16},   {9, 10, 16},  {10, 11, 32}, {25, 26, 32},
                 {26, 27, 64}, {57, 58, 64}, {58, 59, 128}};
   for (const auto& c : kCases) {
-    const ContourSet set = SetWithPieceOf(c.length);
+    const ContourHandle set = SetWithPieceOf(c.length);
     ctd_resample(set.get());
     EXPECT_EQ(ctd_point_count(set.get()), c.num_points);
     EXPECT_EQ(Fields(set).point_capacity, c.capacity) << c.num_points;
@@ -36,14 +36,14 @@ TEST(ResamplingCapacity, StartsAtTwiceThePointsAnd10AndDoublesWhenFewerThan6AreL
 TEST(ResamplingCapacity, CountsThePointsOfAllContours) {
   TestContour contour;
   contour.points = {{0, 0, 0, 0}, {1, 0, 0, 0}, {2, 0, 0, 0}};
-  const ContourSet set = MakeSet({contour, contour, contour});
+  const ContourHandle set = MakeSet({contour, contour, contour});
   ctd_resample(set.get());
   EXPECT_EQ(ctd_point_count(set.get()), 9);
   EXPECT_EQ(Fields(set).point_capacity, 2 * 9 + 10);
 }
 
 TEST(ResamplingLimits, ALongPieceKeepsAllItsPointsThroughTheGrowth) {
-  const ContourSet set = SetWithPieceOf(100000);
+  const ContourHandle set = SetWithPieceOf(100000);
   ctd_resample(set.get());
   ASSERT_EQ(ctd_point_count(set.get()), 100001);
   for (int k = 0; k < 100000; ++k)
@@ -55,7 +55,7 @@ TEST(ResamplingLimits, ALongPieceKeepsAllItsPointsThroughTheGrowth) {
 TEST(ResamplingLimits, APieceThatNeedsMoreThan2To24PointsEmitsOne) {
   // A piece of whole length L needs L - 1 points.
   for (const double length : {16777216.0 + 2, 1e9, 1e300}) {
-    const ContourSet set = SetWithPieceOf(length);
+    const ContourHandle set = SetWithPieceOf(length);
     ctd_resample(set.get());
     ASSERT_EQ(ctd_point_count(set.get()), 3) << length;
     EXPECT_EQ(ctd_contour_x(set.get(), 0, 1), 1.0);
@@ -63,7 +63,7 @@ TEST(ResamplingLimits, APieceThatNeedsMoreThan2To24PointsEmitsOne) {
 }
 
 TEST(ResamplingLimits, ATinyStepOverAPieceEmitsOnePointAsWell) {
-  const ContourSet set = SetWithPieceOf(4);
+  const ContourHandle set = SetWithPieceOf(4);
   Fields(set).step = 1e-300;
   ctd_resample(set.get());
   ASSERT_EQ(ctd_point_count(set.get()), 3);
@@ -71,7 +71,7 @@ TEST(ResamplingLimits, ATinyStepOverAPieceEmitsOnePointAsWell) {
 }
 
 TEST(ResamplingLimits, AnEndlessStepEmitsOnePointAPiece) {
-  const ContourSet set = SetWithPieceOf(4);
+  const ContourHandle set = SetWithPieceOf(4);
   Fields(set).step = std::numeric_limits<double>::infinity();
   ctd_resample(set.get());
   ASSERT_EQ(ctd_point_count(set.get()), 3);
@@ -82,7 +82,7 @@ TEST(ResamplingLimits, APieceToAPositionThatIsNoNumberEmitsOnePoint) {
   const double nan = std::nan("");
   const double inf = std::numeric_limits<double>::infinity();
   for (const double x : {nan, inf, -inf}) {
-    const ContourSet set = SetWithPieceOf(x);
+    const ContourHandle set = SetWithPieceOf(x);
     ctd_resample(set.get());
     ASSERT_EQ(ctd_point_count(set.get()), 3) << x;
     EXPECT_EQ(ctd_contour_x(set.get(), 0, 0), 0.0);
@@ -92,7 +92,7 @@ TEST(ResamplingLimits, APieceToAPositionThatIsNoNumberEmitsOnePoint) {
 
 TEST(ResamplingLimits, ASquareThatOverflowsIsNoFiniteLength) {
   // 1e200 squared is infinite, so the length is.
-  const ContourSet set = SetWithPieceOf(1e200);
+  const ContourHandle set = SetWithPieceOf(1e200);
   ctd_resample(set.get());
   EXPECT_EQ(ctd_point_count(set.get()), 3);
   EXPECT_EQ(ctd_contour_x(set.get(), 0, 1), 1.0);
@@ -103,7 +103,7 @@ TEST(ResamplingLimits, APositionThatIsNoNumberDoesNotReachOtherContours) {
   broken.points = {{0, 0, 0, 0}, {std::nan(""), 0, 0, 0}, {2, 0, 0, 0}, {3, 0, 0, 0}};
   TestContour sound;
   sound.points = {{0, 0, 0, 0}, {1, 0, 0, 0}, {2, 0, 0, 0}};
-  const ContourSet set = MakeSet({broken, sound});
+  const ContourHandle set = MakeSet({broken, sound});
   ctd_resample(set.get());
   EXPECT_EQ(ctd_contour_size(set.get(), 0), 4);
   ASSERT_EQ(ctd_contour_size(set.get(), 1), 3);

@@ -18,14 +18,14 @@ TestContour AlongX(const std::vector<double>& x) {
   return contour;
 }
 
-std::vector<double> Xs(const ContourSet& set, int i) {
+std::vector<double> Xs(const ContourHandle& set, int i) {
   const double* x = ctd_contour_xa(set.get(), i);
   return {x, x + ctd_contour_size(set.get(), i)};
 }
 
 std::vector<double> ResampledAlongX(const std::vector<double>& x, double step = 1.0,
                                     double min_dist = 0.6) {
-  const ContourSet set = MakeSet({AlongX(x)});
+  const ContourHandle set = MakeSet({AlongX(x)});
   Fields(set).step = step;
   Fields(set).min_dist = min_dist;
   EXPECT_EQ(ctd_resample(set.get()), 0);
@@ -91,7 +91,7 @@ TEST(Resampling, YGrowsDownwards) {
   // A 3-4-5 triangle: 1 along it is (0.6, 0.8).
   TestContour slanted;
   slanted.points = {{0, 0, 0, 0}, {3, 4, 0, 0}, {9, 9, 0, 0}};
-  const ContourSet set = MakeSet({slanted});
+  const ContourHandle set = MakeSet({slanted});
   ctd_resample(set.get());
   ASSERT_EQ(ctd_contour_size(set.get(), 0), 6);
   for (int k = 0; k <= 4; ++k) {
@@ -103,7 +103,7 @@ TEST(Resampling, YGrowsDownwards) {
 TEST(Resampling, OnePointBecomesTwo) {
   TestContour single;
   single.points = {{3.5, 4.5, 1.5, 9}};
-  const ContourSet set = MakeSet({single});
+  const ContourHandle set = MakeSet({single});
   ctd_resample(set.get());
   ASSERT_EQ(ctd_contour_size(set.get(), 0), 2);
   ASSERT_EQ(ctd_point_count(set.get()), 2);
@@ -121,12 +121,12 @@ TEST(Resampling, TwoPointsStayHoweverFarApart) {
 }
 
 TEST(Resampling, ASetWithoutPointsIsLeftAlone) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   EXPECT_EQ(ctd_resample(set.get()), 0);
   EXPECT_EQ(Fields(set).x, nullptr);
   EXPECT_EQ(Fields(set).point_capacity, 0);
 
-  const ContourSet empty_contour = MakeSet({TestContour{}});
+  const ContourHandle empty_contour = MakeSet({TestContour{}});
   EXPECT_EQ(ctd_resample(empty_contour.get()), 0);
   EXPECT_EQ(ctd_contour_count(empty_contour.get()), 1);
   EXPECT_EQ(ctd_contour_size(empty_contour.get(), 0), 0);
@@ -134,7 +134,7 @@ TEST(Resampling, ASetWithoutPointsIsLeftAlone) {
 }
 
 TEST(Resampling, AnEmptyContourBetweenOthersStaysEmpty) {
-  const ContourSet set = MakeSet({AlongX({0, 5}), TestContour{}, AlongX({7, 9})});
+  const ContourHandle set = MakeSet({AlongX({0, 5}), TestContour{}, AlongX({7, 9})});
   ctd_resample(set.get());
   EXPECT_EQ(ctd_contour_count(set.get()), 3);
   EXPECT_EQ(Xs(set, 0), (Row{0, 5}));
@@ -146,7 +146,7 @@ TEST(Resampling, AnEmptyContourBetweenOthersStaysEmpty) {
 TEST(Resampling, ASortedSetComesOutInRecordOrder) {
   TestContour ring = AlongX({100, 102, 104});
   ring.closed = true;
-  const ContourSet set = MakeSet({AlongX({0, 1, 2, 3, 4}), ring, AlongX({50, 60})});
+  const ContourHandle set = MakeSet({AlongX({0, 1, 2, 3, 4}), ring, AlongX({50, 60})});
   ctd_sort(set.get(), 0);
   ctd_resample(set.get());
   EXPECT_EQ(Xs(set, 0), (Row{50, 60}));
@@ -161,7 +161,7 @@ TEST(Resampling, ASortedSetComesOutInRecordOrder) {
 }
 
 TEST(Resampling, OtherFieldsStay) {
-  const ContourSet set = MakeSet({AlongX({0, 1, 2, 3, 4})});
+  const ContourHandle set = MakeSet({AlongX({0, 1, 2, 3, 4})});
   CCrawler& fields = Fields(set);
   fields.edge_threshold = 11;
   fields.min_size = 3;

@@ -15,7 +15,7 @@
 namespace orvandel::test {
 namespace {
 
-std::vector<TestPoint> PointsOf(const ContourSet& set, int i) {
+std::vector<TestPoint> PointsOf(const ContourHandle& set, int i) {
   std::vector<TestPoint> points;
   for (int k = 0; k < ctd_contour_size(set.get(), i); ++k)
     points.push_back({ctd_contour_x(set.get(), i, k), ctd_contour_y(set.get(), i, k),
@@ -23,7 +23,7 @@ std::vector<TestPoint> PointsOf(const ContourSet& set, int i) {
   return points;
 }
 
-void ExpectSameResampling(const ContourSet& set) {
+void ExpectSameResampling(const ContourHandle& set) {
   const int num_in = ctd_point_count(set.get());
   std::vector<std::vector<TestPoint>> expected;
   int num_out = 0;
@@ -88,7 +88,7 @@ TEST_P(ResamplingTwin, RandomWalks) {
     const int num_contours = Below(random, 20);
     for (int c = 0; c < num_contours; ++c)
       contours.push_back(RandomWalk(Below(random, 40), random.Real(0.2, 12), random));
-    const ContourSet set = MakeSet(contours);
+    const ContourHandle set = MakeSet(contours);
     Fields(set).step = kSteps[Below(random, 5)];
     Fields(set).min_dist = kMinDists[Below(random, 4)];
     if (i % 3 > 0) ctd_sort(set.get(), i % 3 - 1);
@@ -101,7 +101,7 @@ TEST_P(ResamplingTwin, AgainAndAgain) {
   constexpr unsigned kSeed = 72;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
-  const ContourSet set = MakeSet({RandomWalk(300, 3, random), RandomWalk(50, 20, random)});
+  const ContourHandle set = MakeSet({RandomWalk(300, 3, random), RandomWalk(50, 20, random)});
   for (int i = 0; i < 5; ++i) {
     ExpectSameResampling(set);
     if (testing::Test::HasFatalFailure()) return;
@@ -121,7 +121,7 @@ TEST_P(ResamplingTwin, PositionsAndDirectionsOutOfRange) {
       double* const numbers[] = {&p.x, &p.y, &p.g};
       *numbers[Below(random, 3)] = kOdd[Below(random, 7)];
     }
-    const ContourSet set = MakeSet({contour, RandomWalk(9, 3, random)});
+    const ContourHandle set = MakeSet({contour, RandomWalk(9, 3, random)});
     ExpectSameResampling(set);
     if (testing::Test::HasFatalFailure()) return;  // one report is enough
   }

@@ -18,12 +18,12 @@ TestContour ContourAt(const std::vector<double>& x, const std::vector<double>& y
   return contour;
 }
 
-std::vector<double> Xs(const ContourSet& set, int i) {
+std::vector<double> Xs(const ContourHandle& set, int i) {
   const double* x = ctd_contour_xa(set.get(), i);
   return {x, x + ctd_contour_size(set.get(), i)};
 }
 
-std::vector<double> Ys(const ContourSet& set, int i) {
+std::vector<double> Ys(const ContourHandle& set, int i) {
   const double* y = ctd_contour_ya(set.get(), i);
   return {y, y + ctd_contour_size(set.get(), i)};
 }
@@ -34,7 +34,7 @@ TEST(Smoothing, FivePointsAreLeftAlone) {
     std::vector<double> y = {5, 0, 5, 0, 5};
     x.resize(n);
     y.resize(n);
-    const ContourSet set = MakeSet({ContourAt(x, y)});
+    const ContourHandle set = MakeSet({ContourAt(x, y)});
     EXPECT_EQ(ctd_average(set.get()), 0);
     EXPECT_EQ(Xs(set, 0), x);
     EXPECT_EQ(Ys(set, 0), y);
@@ -42,7 +42,7 @@ TEST(Smoothing, FivePointsAreLeftAlone) {
 }
 
 TEST(Smoothing, SixPointsByHand) {
-  const ContourSet set = MakeSet({ContourAt({0, 3, 6, 12, 9, 60}, {30, 0, 0, 0, 0, 0})});
+  const ContourHandle set = MakeSet({ContourAt({0, 3, 6, 12, 9, 60}, {30, 0, 0, 0, 0, 0})});
   EXPECT_EQ(ctd_average(set.get()), 0);
   // (0+3+6)/3, (0+3+6+12)/4, (0+3+6+12+9)/5, (3+6+12+9+60)/5, (6+12+9+60)/4, (12+9+60)/3
   EXPECT_EQ(Xs(set, 0), (std::vector<double>{3, 5.25, 6, 18, 21.75, 27}));
@@ -53,7 +53,7 @@ TEST(Smoothing, NewPositionsComeFromTheOldOnesOnly) {
   // A single spike spreads over five points and no further.
   std::vector<double> spike(11);
   spike[5] = 5;
-  const ContourSet set = MakeSet({ContourAt(spike, spike)});
+  const ContourHandle set = MakeSet({ContourAt(spike, spike)});
   ctd_average(set.get());
   EXPECT_EQ(Xs(set, 0), (std::vector<double>{0, 0, 0, 1, 1, 1, 1, 1, 0, 0, 0}));
 }
@@ -66,7 +66,7 @@ TEST(Smoothing, AStraightEvenContourStaysButForItsEnds) {
     x.push_back(100 + 0.3 * k);
     y.push_back(50 - 0.7 * k);
   }
-  const ContourSet set = MakeSet({ContourAt(x, y)});
+  const ContourHandle set = MakeSet({ContourAt(x, y)});
   ctd_average(set.get());
   const std::vector<double> smooth_x = Xs(set, 0);
   const std::vector<double> smooth_y = Ys(set, 0);
@@ -86,13 +86,13 @@ TEST(Smoothing, AStraightEvenContourStaysButForItsEnds) {
 TEST(Smoothing, AClosedContourIsNotWrappedAround) {
   TestContour ring = ContourAt({0, 3, 6, 12, 9, 60}, {30, 0, 0, 0, 0, 0});
   ring.closed = true;
-  const ContourSet set = MakeSet({ring});
+  const ContourHandle set = MakeSet({ring});
   ctd_average(set.get());
   EXPECT_EQ(Xs(set, 0), (std::vector<double>{3, 5.25, 6, 18, 21.75, 27}));
 }
 
 TEST(Smoothing, DirectionsFlagsAndRecordsStay) {
-  const ContourSet set = MakeSet({ContourAt({0, 3, 6, 12, 9, 60}, {30, 0, 0, 0, 0, 0})});
+  const ContourHandle set = MakeSet({ContourAt({0, 3, 6, 12, 9, 60}, {30, 0, 0, 0, 0, 0})});
   const double* const x = Fields(set).x;
   ctd_average(set.get());
   EXPECT_EQ(Fields(set).x, x);  // in place
@@ -106,7 +106,7 @@ TEST(Smoothing, DirectionsFlagsAndRecordsStay) {
 TEST(Smoothing, TheRunningSumKeepsTheRoundingOfWhatHasLeft) {
   // 1e16 swallows the ones; once it has left, the running sum lacks what it swallowed.
   const std::vector<double> x = {1e16, 1, 1, 1, 1, 1, 1, 1, 1, 1};
-  const ContourSet set = MakeSet({ContourAt(x, x)});
+  const ContourHandle set = MakeSet({ContourAt(x, x)});
   ctd_average(set.get());
   // 1e16 + 1 is 1e16 (ties to even), four times over; minus 1e16 leaves 0, plus 1 is 1, and so on.
   const std::vector<double> smooth = Xs(set, 0);
@@ -116,7 +116,7 @@ TEST(Smoothing, TheRunningSumKeepsTheRoundingOfWhatHasLeft) {
 }
 
 TEST(Smoothing, NoContoursIsFine) {
-  const ContourSet set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
   EXPECT_EQ(ctd_average(set.get()), 0);
   EXPECT_EQ(ctd_point_count(set.get()), 0);
 }
@@ -135,7 +135,7 @@ TEST(Smoothing, EveryContourOfTheSetMatchesThePlainMeanBitForBit) {
         contour.points.push_back({Below(random, 1000000) / 997.0, Below(random, 1000000) / 991.0});
       contours.push_back(contour);
     }
-    const ContourSet set = MakeSet(contours);
+    const ContourHandle set = MakeSet(contours);
     ctd_sort(set.get(), i % 2);  // contours are found through their records
     std::vector<std::vector<double>> expected_x, expected_y;
     for (int c = 0; c < ctd_contour_count(set.get()); ++c) {

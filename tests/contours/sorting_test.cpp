@@ -12,7 +12,7 @@ namespace orvandel::test {
 namespace {
 
 /// A set of contours of the given sizes; contour i has its points at x = i.
-ContourSet SetOfSizes(const std::vector<int>& sizes) {
+ContourHandle SetOfSizes(const std::vector<int>& sizes) {
   std::vector<TestContour> contours;
   for (std::size_t i = 0; i < sizes.size(); ++i) {
     TestContour contour;
@@ -26,7 +26,7 @@ ContourSet SetOfSizes(const std::vector<int>& sizes) {
 using SizeAndNumber = std::pair<int, int>;
 
 /// (size, number at creation) of every contour in record order.
-std::vector<SizeAndNumber> Order(const ContourSet& set) {
+std::vector<SizeAndNumber> Order(const ContourHandle& set) {
   std::vector<SizeAndNumber> order;
   for (int i = 0; i < ctd_contour_count(set.get()); ++i)
     order.emplace_back(ctd_contour_size(set.get(), i),
@@ -35,31 +35,31 @@ std::vector<SizeAndNumber> Order(const ContourSet& set) {
 }
 
 TEST(Sorting, DescendingPutsTheLongestFirst) {
-  const ContourSet set = SetOfSizes({3, 9, 1, 5});
+  const ContourHandle set = SetOfSizes({3, 9, 1, 5});
   EXPECT_EQ(ctd_sort(set.get(), 1), 0);
   EXPECT_EQ(Order(set), (std::vector<SizeAndNumber>{{9, 1}, {5, 3}, {3, 0}, {1, 2}}));
 }
 
 TEST(Sorting, ZeroPutsTheShortestFirst) {
-  const ContourSet set = SetOfSizes({3, 9, 1, 5});
+  const ContourHandle set = SetOfSizes({3, 9, 1, 5});
   EXPECT_EQ(ctd_sort(set.get(), 0), 0);
   EXPECT_EQ(Order(set), (std::vector<SizeAndNumber>{{1, 2}, {3, 0}, {5, 3}, {9, 1}}));
 }
 
 TEST(Sorting, AnyOtherNumberMeansDescending) {
   for (const int descending : {2, -1, 1000}) {
-    const ContourSet set = SetOfSizes({3, 9, 1, 5});
+    const ContourHandle set = SetOfSizes({3, 9, 1, 5});
     ctd_sort(set.get(), descending);
     EXPECT_EQ(Order(set).front(), SizeAndNumber(9, 1)) << descending;
   }
 }
 
 TEST(Sorting, EqualSizesKeepTheirOrderBothWays) {
-  const ContourSet down = SetOfSizes({4, 7, 4, 7, 4, 2});
+  const ContourHandle down = SetOfSizes({4, 7, 4, 7, 4, 2});
   ctd_sort(down.get(), 1);
   EXPECT_EQ(Order(down),
             (std::vector<SizeAndNumber>{{7, 1}, {7, 3}, {4, 0}, {4, 2}, {4, 4}, {2, 5}}));
-  const ContourSet up = SetOfSizes({4, 7, 4, 7, 4, 2});
+  const ContourHandle up = SetOfSizes({4, 7, 4, 7, 4, 2});
   ctd_sort(up.get(), 0);
   EXPECT_EQ(Order(up),
             (std::vector<SizeAndNumber>{{2, 5}, {4, 0}, {4, 2}, {4, 4}, {7, 1}, {7, 3}}));
@@ -73,7 +73,7 @@ TEST(Sorting, ManyEqualSizesKeepTheirOrder) {
   for (int i = 0; i < 500; ++i)
     sizes.push_back(1 + Below(random, 6));
   for (const int descending : {0, 1}) {
-    const ContourSet set = SetOfSizes(sizes);
+    const ContourHandle set = SetOfSizes(sizes);
     ctd_sort(set.get(), descending);
     // Every size, in its direction, with the numbers that have it in ascending order.
     std::vector<SizeAndNumber> expected;
@@ -88,7 +88,7 @@ TEST(Sorting, ManyEqualSizesKeepTheirOrder) {
 }
 
 TEST(Sorting, RecordsMoveWholeAndPointsStay) {
-  const ContourSet set = SetOfSizes({3, 9, 1, 5});
+  const ContourHandle set = SetOfSizes({3, 9, 1, 5});
   const double* const x = Fields(set).x;
   const std::vector<double> before(x, x + 18);
   ctd_sort(set.get(), 1);
@@ -103,9 +103,9 @@ TEST(Sorting, RecordsMoveWholeAndPointsStay) {
 }
 
 TEST(Sorting, NoneOrOneContourIsFine) {
-  const ContourSet none = MakeEmptySet();
+  const ContourHandle none = MakeEmptySet();
   EXPECT_EQ(ctd_sort(none.get(), 1), 0);
-  const ContourSet one = SetOfSizes({3});
+  const ContourHandle one = SetOfSizes({3});
   EXPECT_EQ(ctd_sort(one.get(), 0), 0);
   EXPECT_EQ(Order(one), (std::vector<SizeAndNumber>{{3, 0}}));
 }

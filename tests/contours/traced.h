@@ -24,15 +24,15 @@ struct Traced {
 inline Traced Trace(const std::vector<std::string>& rows, int min_size = 1,
                     int max_size = kAnySize) {
   const ImagePtr image = ImageOf(Drawn(rows));
-  const TracedContours contours = TraceContours(image.get(), nullptr, min_size, max_size);
+  const ContourSet owner = TraceContours(RowsOf(*image), nullptr, min_size, max_size);
+  const ContourSetView contours = owner.View();
   Traced traced;
   for (const ContourRecord& record : contours.records) {
     std::vector<Pixel> chain;
     for (int k = record.start; k < record.start + record.size; ++k) {
       const auto at = static_cast<std::size_t>(k);
-      EXPECT_EQ(contours.points.g[at], 0.0);
-      chain.push_back(
-          {static_cast<int>(contours.points.x[at]), static_cast<int>(contours.points.y[at])});
+      EXPECT_EQ(contours.g[at], 0.0);
+      chain.push_back({static_cast<int>(contours.x[at]), static_cast<int>(contours.y[at])});
     }
     traced.chains.push_back(chain);
     traced.closed.push_back(record.closed);

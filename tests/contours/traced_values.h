@@ -1,15 +1,12 @@
 #pragma once
 
+#include <span>
 #include <vector>
-
-#include "contours/contour_tracing.h"
 
 namespace orvandel::test {
 
-/// One of the arrays of traced points, with all points in it.
-inline std::vector<double> ValuesOf(const HeapArray<double>& array,
-                                    const TracedContours& contours) {
-  return {array.get(), array.get() + contours.num_points};
+inline std::vector<double> ValuesOf(std::span<const double> values) {
+  return {values.begin(), values.end()};
 }
 
 }  // namespace orvandel::test

@@ -71,7 +71,7 @@ inline TestContour SquareFromMiddleOfSide(std::size_t count = 160) {
 }
 
 /// The flags of one contour of a set.
-inline std::vector<int> FlagsOf(const ContourSet& set, int contour = 0) {
+inline std::vector<int> FlagsOf(const ContourHandle& set, int contour = 0) {
   const std::int32_t* flags = ctd_contour_fa(set.get(), contour);
   return {flags, flags + ctd_contour_size(set.get(), contour)};
 }

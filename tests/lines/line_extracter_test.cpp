@@ -32,7 +32,7 @@ TEST(LineExtracter, EmptySetGivesNoSegment) {
 }
 
 TEST(LineExtracter, SetWithoutArraysGivesNoSegmentWhateverItsCountsSay) {
-  const ContourSet set = MakeEmptySet();  // as a load that ran out of memory leaves it
+  const ContourHandle set = MakeEmptySet();  // as a load that ran out of memory leaves it
   Fields(set).contour_count = 3;
   Fields(set).point_count = 30;
   CLineExtracter extracter;
@@ -45,7 +45,7 @@ TEST(LineExtracter, GetSegmentsIsTheArrayItself) {
 }
 
 TEST(LineExtracter, ResultIsTheNumberOfSegments) {
-  const ContourSet set = MakeSet({HorizontalContour(20, 0), HorizontalContour(20, 9)});
+  const ContourHandle set = MakeSet({HorizontalContour(20, 0), HorizontalContour(20, 9)});
   CLineExtracter extracter;
   EXPECT_EQ(extracter.Extract(set.get()), 2);
   EXPECT_EQ(extracter.GetSegments().size(), 2U);
@@ -63,7 +63,7 @@ TEST(LineExtracter, ExtractionReplacesTheEarlierResult) {
 
 TEST(LineExtracter, MarksStayInTheSet) {
   // Points 3..16 of 20 are straight; the set counts a flag of 1 as inactive.
-  const ContourSet set = MakeSet({HorizontalContour(20, 0)});
+  const ContourHandle set = MakeSet({HorizontalContour(20, 0)});
   CLineExtracter extracter;
   extracter.Extract(set.get());
   std::vector<int> expected(20, 0);
@@ -76,7 +76,7 @@ TEST(LineExtracter, MarksStayInTheSet) {
 TEST(LineExtracter, EveryContourIsMarkedByItsOwnClosedFlag) {
   TestContour closed = HorizontalContour(7, 0);
   closed.closed = true;
-  const ContourSet set = MakeSet({HorizontalContour(7, 0), closed, HorizontalContour(6, 0)});
+  const ContourHandle set = MakeSet({HorizontalContour(7, 0), closed, HorizontalContour(6, 0)});
   CLineExtracter extracter;
   extracter.Extract(set.get());
   EXPECT_EQ(FlagsOf(set, 0), (std::vector<int>{0, 0, 0, 1, 0, 0, 0}));
@@ -86,7 +86,7 @@ TEST(LineExtracter, EveryContourIsMarkedByItsOwnClosedFlag) {
 
 TEST(LineExtracter, ReadsContoursThroughTheirRecords) {
   // Sorting moves the records alone: contour 0 then starts behind contour 1.
-  const ContourSet set = MakeSet({HorizontalContour(20, 1), HorizontalContour(30, 2)});
+  const ContourHandle set = MakeSet({HorizontalContour(20, 1), HorizontalContour(30, 2)});
   ctd_sort(set.get(), 1);
   CLineExtracter extracter;
   ASSERT_EQ(extracter.Extract(set.get()), 2);
@@ -100,7 +100,7 @@ TEST(LineExtracter, TwoExtractionsInSuccessionAgree) {
   TestContour open = SquareFromMiddleOfSide();
   open.closed = false;
   SetAllFlags(open, 1);
-  const ContourSet set = MakeSet({SquareFromMiddleOfSide(), open, HorizontalContour(6, 3)});
+  const ContourHandle set = MakeSet({SquareFromMiddleOfSide(), open, HorizontalContour(6, 3)});
   CLineExtracter extracter;
   extracter.Extract(set.get());
   const std::vector<CLineSegment> first = extracter.segments;
@@ -165,7 +165,7 @@ TEST(LineExtracter, CopyHasSegmentsOfItsOwn) {
 
 TEST(LineExtracter, SegmentsOutliveTheSet) {
   CLineExtracter extracter;
-  ContourSet set = MakeSet({HorizontalContour(20, 4)});
+  ContourHandle set = MakeSet({HorizontalContour(20, 4)});
   extracter.Extract(set.get());
   set.reset();
   EXPECT_EQ(extracter.GetSegments()[0].end_x, 16.0);

@@ -18,8 +18,8 @@ namespace {
 /// segments.
 std::size_t CompareExtractions(const std::vector<TestContour>& contours,
                                const CLineExtracter& options) {
-  const ContourSet set = MakeSet(contours);
-  const ContourSet plain_set = MakeSet(contours);
+  const ContourHandle set = MakeSet(contours);
+  const ContourHandle plain_set = MakeSet(contours);
   CLineExtracter extracter(options);
   const int result = extracter.Extract(set.get());
   const std::vector<CLineSegment> expected = PlainExtract(options, plain_set.get());
@@ -38,7 +38,7 @@ TEST(LineExtractionTwin, AgreesOnRandomContours) {
     UniformRandom random(seed);
     const std::vector<TestContour> contours = RandomContours(random, 30);
     num_segments += CompareExtractions(contours, CLineExtracter());
-    const ContourSet set = MakeSet(contours);
+    const ContourHandle set = MakeSet(contours);
     for (const CLineSegment& s : PlainExtract(CLineExtracter(), set.get()))
       num_joined += s.length == 0 ? 1 : 0;
   }

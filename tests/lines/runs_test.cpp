@@ -28,7 +28,7 @@ std::vector<Stretch> StretchesOf(const std::vector<std::uint32_t>& flags, bool c
   TestContour contour = HorizontalContour(static_cast<int>(flags.size()), 0);
   contour.closed = closed;
   SetFlags(contour, flags);
-  const ContourSet set = MakeSet({contour});
+  const ContourHandle set = MakeSet({contour});
   CLineExtracter extracter = ExtracterThatKeepsFlags();
   extracter.Extract(set.get());
   std::vector<Stretch> stretches;
@@ -50,7 +50,7 @@ TEST(Runs, SixPointsBeforeAZeroFlagAreKept) {
 TEST(Runs, CountMustExceedMinPoints) {
   TestContour contour = HorizontalContour(30, 0);
   SetAllFlags(contour, 1);  // 0..28, 28 points fitted
-  const ContourSet set = MakeSet({contour});
+  const ContourHandle set = MakeSet({contour});
   CLineExtracter extracter = ExtracterThatKeepsFlags();
   extracter.min_points = 27;
   EXPECT_EQ(extracter.Extract(set.get()), 1);
@@ -110,7 +110,7 @@ TEST(Runs, ContourOfSixPointsKeepsItsFlagsUnderTheDefaults) {
   // minimum its old flags give one.
   TestContour contour = HorizontalContour(6, 0);
   SetFlags(contour, {1, 5, 5, 5, 5, 5});
-  const ContourSet set = MakeSet({contour});
+  const ContourHandle set = MakeSet({contour});
   CLineExtracter extracter;
   EXPECT_EQ(extracter.Extract(set.get()), 0);
   EXPECT_EQ(FlagsOf(set), (std::vector<int>{1, 5, 5, 5, 5, 5}));
@@ -123,9 +123,9 @@ TEST(Runs, ContourOfSixPointsKeepsItsFlagsUnderTheDefaults) {
 TEST(Runs, OldFlagsAtTheEndsOfAnOpenContourTakePart) {
   // Marking writes points 3..16 of 20; the three old ones on each side lengthen the run.
   TestContour contour = HorizontalContour(20, 0);
-  const ContourSet plain = MakeSet({contour});
+  const ContourHandle plain = MakeSet({contour});
   SetAllFlags(contour, 1);
-  const ContourSet flagged = MakeSet({contour});
+  const ContourHandle flagged = MakeSet({contour});
   CLineExtracter extracter;
   ASSERT_EQ(extracter.Extract(plain.get()), 1);
   EXPECT_EQ(extracter.segments[0].start_x, 3.0);

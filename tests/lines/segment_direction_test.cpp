@@ -16,7 +16,7 @@ double DirectionOf(double step_x, double step_y, double g) {
   for (TestPoint& p : contour.points)
     p.g = g;
   SetAllFlags(contour, 1);
-  const ContourSet set = MakeSet({contour});
+  const ContourHandle set = MakeSet({contour});
   CLineExtracter extracter = ExtracterThatKeepsFlags();
   EXPECT_EQ(extracter.Extract(set.get()), 1);
   return extracter.segments.empty() ? 0 : extracter.segments[0].direction;

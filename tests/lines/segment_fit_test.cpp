@@ -17,7 +17,7 @@ constexpr double kRounding = 1e-14;  // sums of ten sines and cosines
 std::vector<CLineSegment> SegmentsOf(TestContour contour,
                                      CLineExtracter extracter = ExtracterThatKeepsFlags()) {
   SetAllFlags(contour, 1);
-  const ContourSet set = MakeSet({contour});
+  const ContourHandle set = MakeSet({contour});
   extracter.Extract(set.get());
   return extracter.segments;
 }
@@ -59,7 +59,7 @@ TEST(SegmentFit, DiagonalRunOfThreeFourFive) {
 }
 
 TEST(SegmentFit, ContourIndexIsThatOfTheSource) {
-  const ContourSet set =
+  const ContourHandle set =
       MakeSet({HorizontalContour(3, 0), ContourOfSegment(9, 1), ContourOfSegment(8, 2)});
   CLineExtracter extracter = ExtracterThatKeepsFlags();
   ASSERT_EQ(extracter.Extract(set.get()), 2);

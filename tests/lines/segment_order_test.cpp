@@ -37,7 +37,7 @@ std::vector<Found> OrderAfterExtraction(const std::vector<int>& counts) {
   std::vector<TestContour> contours;
   for (const int count : counts)
     contours.push_back(ContourOfSegment(count, 0));
-  const ContourSet set = MakeSet(contours);
+  const ContourHandle set = MakeSet(contours);
   CLineExtracter extracter = ExtracterThatKeepsFlags();
   extracter.Extract(set.get());
   return FoundIn(extracter.segments);
@@ -82,7 +82,7 @@ TEST(SegmentOrder, LaterStretchOfOneContourComesFirst) {
   TestContour contour = HorizontalContour(30, 0);
   for (std::size_t i = 0; i < contour.points.size(); ++i)
     contour.points[i].f = i == 10 || i == 20 ? 0 : 1;  // runs 0..9, 11..19 and 21..28
-  const ContourSet set = MakeSet({contour});
+  const ContourHandle set = MakeSet({contour});
   CLineExtracter extracter = ExtracterThatKeepsFlags();
   ASSERT_EQ(extracter.Extract(set.get()), 3);
   EXPECT_EQ(extracter.segments[0].num_points, 9);
@@ -93,7 +93,7 @@ TEST(SegmentOrder, LaterStretchOfOneContourComesFirst) {
   TestContour halves = HorizontalContour(26, 0);
   for (std::size_t i = 0; i < halves.points.size(); ++i)
     halves.points[i].f = i == 8 || i == 17 || i == 25 ? 0 : 1;  // runs 0..7, 9..16 and 18..24
-  const ContourSet equal = MakeSet({halves});
+  const ContourHandle equal = MakeSet({halves});
   ASSERT_EQ(extracter.Extract(equal.get()), 3);
   EXPECT_EQ(extracter.segments[0].start_x, 9.0);
   EXPECT_EQ(extracter.segments[1].start_x, 0.0);

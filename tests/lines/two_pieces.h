@@ -9,7 +9,7 @@ namespace orvandel::test {
 /// The segments that an extracter with these parameters leaves.
 inline std::vector<CLineSegment> Extracted(const std::vector<TestContour>& contours,
                                            CLineExtracter extracter) {
-  const ContourSet set = MakeSet(contours);
+  const ContourHandle set = MakeSet(contours);
   extracter.Extract(set.get());
   return extracter.segments;
 }

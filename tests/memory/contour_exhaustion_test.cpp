@@ -28,7 +28,7 @@ std::string BytesOf(const T* values, std::int32_t count) {
 }
 
 /// All that a set says of its contours.
-std::string Everything(const ContourSet& set) {
+std::string Everything(const ContourHandle& set) {
   const CCrawler& fields = Fields(set);
   const std::int32_t points = fields.point_count;
   return Bytes(fields.contour_count, points) + BytesOf(fields.contours, fields.contour_count) +
@@ -36,12 +36,12 @@ std::string Everything(const ContourSet& set) {
          BytesOf(fields.f, points);
 }
 
-int Crawl(const ContourSet& set, const ImagePtr& picture) {
+int Crawl(const ContourHandle& set, const ImagePtr& picture) {
   return ctd_crawl(set.get(), picture.get(), kThreshold, 10, 100000);
 }
 
-ContourSet CrawledSet(const render::Part& part) {
-  ContourSet set = MakeEmptySet();
+ContourHandle CrawledSet(const render::Part& part) {
+  ContourHandle set = MakeEmptySet();
   const ImagePtr picture = PictureOf(part);
   EXPECT_EQ(Crawl(set, picture), 0);
   EXPECT_GT(ctd_contour_count(set.get()), 0);
@@ -50,7 +50,7 @@ ContourSet CrawledSet(const render::Part& part) {
 
 TEST(ContourExhaustion, ASetThatCannotBeMadeIsNull) {
   FailEachAllocation([](Trial& trial) {
-    ContourSet set;
+    ContourHandle set;
     EXPECT_EQ(trial.Fail([&] { set.reset(ctd_create()); }), Ending::kReturned);
     EXPECT_EQ(set == nullptr, trial.HasFailed());
     set = MakeEmptySet();
@@ -63,7 +63,7 @@ TEST(ContourExhaustion, ACrawlLeavesTheContoursOrReplacesThem) {
   const std::string whole = Everything(CrawledSet(SmallPart()));
   int num_left = 0;
   FailEachAllocation([&](Trial& trial) {
-    const ContourSet set = CrawledSet(Triangle());
+    const ContourHandle set = CrawledSet(Triangle());
     const ImagePtr part = PictureOf(SmallPart());
     const ImagePtr copy = CopyOf(part);
     int status = -1;
@@ -83,7 +83,7 @@ TEST(ContourExhaustion, AFirstCrawlThatFailsFindsNothing) {
   const std::string nothing = Everything(MakeEmptySet());
   FailEachAllocation([&](Trial& trial) {
     DeleteSubCannyTable();  // to be built within the trial
-    const ContourSet set = MakeEmptySet();
+    const ContourHandle set = MakeEmptySet();
     const ImagePtr picture = PictureOf(SmallPart());
     EXPECT_EQ(trial.Fail([&] { Crawl(set, picture); }), Ending::kReturned);
     const std::string after = Everything(set);
@@ -95,12 +95,12 @@ TEST(ContourExhaustion, AFirstCrawlThatFailsFindsNothing) {
 }
 
 TEST(ContourExhaustion, ResamplingLeavesTheSetOrReplacesIt) {
-  const ContourSet set = CrawledSet(SmallPart());
+  const ContourHandle set = CrawledSet(SmallPart());
   const std::string before = Everything(set);
   ctd_resample(set.get());
   const std::string whole = Everything(set);
   FailEachAllocation([&](Trial& trial) {
-    const ContourSet crawled = CrawledSet(SmallPart());
+    const ContourHandle crawled = CrawledSet(SmallPart());
     EXPECT_EQ(trial.Fail([&] { EXPECT_EQ(ctd_resample(crawled.get()), 0); }), Ending::kReturned);
     const std::string after = Everything(crawled);
     EXPECT_TRUE(after == before || after == whole);
@@ -114,7 +114,7 @@ TEST(ContourExhaustion, SortingAlwaysSorts) {
   one.points.resize(1);
   three.points.resize(3);
   FailEachAllocation([&](Trial& trial) {
-    const ContourSet set = MakeSet({one, three, one, three});
+    const ContourHandle set = MakeSet({one, three, one, three});
     EXPECT_EQ(trial.Fail([&] { ctd_sort(set.get(), 1); }), Ending::kReturned);
     EXPECT_EQ(Fields(set).contours[0].start, 1);
     EXPECT_EQ(Fields(set).contours[1].start, 5);
@@ -124,11 +124,11 @@ TEST(ContourExhaustion, SortingAlwaysSorts) {
 }
 
 TEST(ContourExhaustion, ACopyIsWholeOrLeavesItsDestination) {
-  const ContourSet source = CrawledSet(SmallPart());
+  const ContourHandle source = CrawledSet(SmallPart());
   const std::string whole = Everything(source);
   const std::string before = Everything(CrawledSet(Triangle()));
   FailEachAllocation([&](Trial& trial) {
-    const ContourSet copy = CrawledSet(Triangle());
+    const ContourHandle copy = CrawledSet(Triangle());
     EXPECT_EQ(trial.Fail([&] { ctd_copy(source.get(), copy.get()); }), Ending::kReturned);
     EXPECT_EQ(Everything(copy), trial.HasFailed() ? before : whole);
     ctd_copy(source.get(), copy.get());
@@ -139,10 +139,10 @@ TEST(ContourExhaustion, ACopyIsWholeOrLeavesItsDestination) {
 TEST(ContourExhaustion, LoadingGives4AndAnEmptySet) {
   const ScratchFolder folder;
   const std::string path = folder.File("set.ctd");
-  const ContourSet source = CrawledSet(SmallPart());
+  const ContourHandle source = CrawledSet(SmallPart());
   ASSERT_EQ(ctd_save(source.get(), path.c_str()), 0);
   FailEachAllocation([&](Trial& trial) {
-    const ContourSet set = CrawledSet(Triangle());
+    const ContourHandle set = CrawledSet(Triangle());
     int status = -1;
     EXPECT_EQ(trial.Fail([&] { status = ctd_load(set.get(), path.c_str()); }), Ending::kReturned);
     EXPECT_EQ(status, trial.HasFailed() ? 4 : 0);
@@ -158,11 +158,11 @@ TEST(ContourExhaustion, LoadingGives4AndAnEmptySet) {
 TEST(ContourExhaustion, CheckedLoadingLeavesTheSet) {
   const ScratchFolder folder;
   const std::string path = folder.File("set.ctd");
-  const ContourSet source = CrawledSet(SmallPart());
+  const ContourHandle source = CrawledSet(SmallPart());
   const std::string before = Everything(CrawledSet(Triangle()));
   ASSERT_EQ(ctd_save(source.get(), path.c_str()), 0);
   FailEachAllocation([&](Trial& trial) {
-    const ContourSet set = CrawledSet(Triangle());
+    const ContourHandle set = CrawledSet(Triangle());
     ContourFileError error;
     EXPECT_EQ(trial.Fail([&] { error = LoadContoursChecked(set.get(), path.c_str()); }),
               Ending::kReturned);
@@ -177,7 +177,7 @@ TEST(ContourExhaustion, CheckedLoadingLeavesTheSet) {
 TEST(ContourExhaustion, AListingIsWrittenOrGives9) {
   const ScratchFolder folder;
   const std::string path = folder.File("a listing whose path is longer than short strings.txt");
-  const ContourSet set = CrawledSet(SmallPart());
+  const ContourHandle set = CrawledSet(SmallPart());
   FailEachAllocation([&](Trial& trial) {
     int status = -1;
     EXPECT_EQ(trial.Fail([&] { status = ctd_dump(set.get(), path.c_str()); }), Ending::kReturned);
@@ -189,7 +189,7 @@ TEST(ContourExhaustion, AListingIsWrittenOrGives9) {
 TEST(ContourExhaustion, ThePictureIsWrittenWholeOrNotAtAll) {
   const ScratchFolder folder;
   const std::string path = folder.File("picture.bmp");
-  const ContourSet set = CrawledSet(SmallPart());
+  const ContourHandle set = CrawledSet(SmallPart());
   ctd_save_img(set.get(), path.c_str());
   const std::string whole = Contents(path);
   FailEachAllocation([&](Trial& trial) {

@@ -17,7 +17,7 @@ install_and_move() {
 # Only the installed headers are on the path of the compilers above; none of those for the project's own use is there.
 check_private_headers() {
   local private
-  for private in contours/point_arrays.h src/contours/point_arrays.h classic/image_ptr.h; do
+  for private in contours/contour_set.h src/contours/contour_set.h classic/image_ptr.h; do
     [[ ! -e $prefix/include/orvandel/$private ]] || { echo "$private is installed"; return 1; }
   done
 }

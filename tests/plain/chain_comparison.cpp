@@ -52,7 +52,7 @@ void ExpectSameRecord(const CEdgeImgComplement& actual, const CEdgeImgComplement
   ASSERT_EQ(FirstDifference(actual, expected), expected.map_size);
 }
 
-void ExpectSameContours(const ContourSet& actual_set, const ContourSet& expected_set) {
+void ExpectSameContours(const ContourHandle& actual_set, const ContourHandle& expected_set) {
   const CCrawler& actual = Fields(actual_set);
   const CCrawler& expected = Fields(expected_set);
   ASSERT_EQ(actual.contour_count, expected.contour_count);
@@ -77,8 +77,8 @@ void ExpectSameEdges(const ImagePtr& image, int threshold) {
   ExpectSameRecord(edges, plain_edges);
 }
 
-void ExpectSameCrawl(const ContourSet& set, const ContourSet& plain_set, const ImagePtr& image,
-                     int threshold) {
+void ExpectSameCrawl(const ContourHandle& set, const ContourHandle& plain_set,
+                     const ImagePtr& image, int threshold) {
   constexpr int kMinSize = 10;
   constexpr int kMaxSize = 100000;
   const ImagePtr rest = CopyOf(image);
@@ -91,7 +91,7 @@ void ExpectSameCrawl(const ContourSet& set, const ContourSet& plain_set, const I
 }
 
 /// Smoothing and sorting have no second form here: their twins stand in tests/contours.
-void ExpectSameConditioning(const ContourSet& set, const ContourSet& plain_set) {
+void ExpectSameConditioning(const ContourHandle& set, const ContourHandle& plain_set) {
   ctd_average(set.get());
   ctd_average(plain_set.get());
   ctd_resample(set.get());
@@ -107,8 +107,8 @@ void ExpectSameConditioning(const ContourSet& set, const ContourSet& plain_set) 
 void ExpectSameStages(const ImagePtr& image, int threshold) {
   SCOPED_TRACE(testing::Message() << "threshold " << threshold);
   ASSERT_NO_FATAL_FAILURE(ExpectSameEdges(image, threshold));
-  const ContourSet set = MakeEmptySet();
-  const ContourSet plain_set = MakeEmptySet();
+  const ContourHandle set = MakeEmptySet();
+  const ContourHandle plain_set = MakeEmptySet();
   ASSERT_NO_FATAL_FAILURE(ExpectSameCrawl(set, plain_set, image, threshold));
   ASSERT_NO_FATAL_FAILURE(ExpectSameConditioning(set, plain_set));
 
@@ -142,7 +142,7 @@ Found ExpectSameSearch(const ImagePtr& pattern, const ImagePtr& scene,
   EXPECT_EQ(status, StatusOf(plain::Train(plain_pattern, CopyOf(pattern).get(), options.crawl)));
   if (status != 0) return {status};
 
-  const ContourSet plain_scene = MakeEmptySet();
+  const ContourHandle plain_scene = MakeEmptySet();
   const SegmentMatch expected =
       plain::Find(plain_pattern, plain_scene.get(), CopyOf(scene).get(), options);
   const Found found = LookFor(search, scene);

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
-#include "contours/point_arrays.h"
+#include "contours/crawler_adapter.h"
 #include "orvandel/classic/edge_record.h"
 #include "tests/plain/contour_tracing.h"
 #include "tests/plain/sub_canny.h"
@@ -13,21 +14,18 @@ namespace {
 
 /// Gives the set exactly the traced contours, all flags 0.
 void StoreContours(const TracedContours& traced, CCrawler& set) {
-  PointArrays points;
-  auto records = AllocateZeros<ContourRecord>(static_cast<std::int64_t>(traced.records.size()));
-  if (!records || !points.Allocate(static_cast<std::int64_t>(traced.x.size()))) {
+  ContourSet contours;
+  contours.records = AllocateZeros<ContourRecord>(static_cast<std::int64_t>(traced.records.size()));
+  if (!contours.records ||
+      !contours.points.AllocateZeros(static_cast<std::int64_t>(traced.x.size()))) {
     throw std::bad_alloc();
   }
-  std::copy(traced.x.begin(), traced.x.end(), points.x.get());
-  std::copy(traced.y.begin(), traced.y.end(), points.y.get());
-  std::copy(traced.g.begin(), traced.g.end(), points.g.get());
-  std::copy(traced.records.begin(), traced.records.end(), records.get());
-
-  FreeArrays(set);
-  points.MoveInto(set);
-  set.contours = records.release();
-  set.point_count = set.point_capacity = static_cast<std::int32_t>(traced.x.size());
-  set.contour_count = set.contour_capacity = static_cast<std::int32_t>(traced.records.size());
+  std::copy(traced.x.begin(), traced.x.end(), contours.points.x.get());
+  std::copy(traced.y.begin(), traced.y.end(), contours.points.y.get());
+  std::copy(traced.g.begin(), traced.g.end(), contours.points.g.get());
+  std::copy(traced.records.begin(), traced.records.end(), contours.records.get());
+  contours.num_contours = static_cast<std::int32_t>(traced.records.size());
+  orvandel::StoreContours(std::move(contours), set);
 }
 
 }  // namespace

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "contours/point_arrays.h"
+#include "contours/crawler_adapter.h"
+#include "lines/classic_segment.h"
 #include "lines/segment_join.h"
 #include "orvandel/classic/ctd.h"
 #include "tests/plain/segment_fit.h"
@@ -33,7 +34,7 @@ std::pair<StraightRun, std::int32_t> RunFrom(const ContourPoints& contour, std::
 /// Appends the segments of one contour.
 /// @return  whether there were any.
 bool AppendSegments(const ContourPoints& contour, const FitLimits& limits,
-                    std::vector<CLineSegment>& segments) {
+                    std::vector<LineSegment>& segments) {
   bool appended = false;
   std::int32_t i = 0;
   while (i < contour.size) {
@@ -53,11 +54,11 @@ bool AppendSegments(const ContourPoints& contour, const FitLimits& limits,
 }
 
 /// Most points first; of equal counts the segment found later comes first.
-void SortByPoints(std::vector<CLineSegment>& segments) {
+void SortByPoints(std::vector<LineSegment>& segments) {
   std::reverse(segments.begin(), segments.end());
   std::stable_sort(
       segments.begin(), segments.end(),
-      [](const CLineSegment& a, const CLineSegment& b) { return a.num_points > b.num_points; });
+      [](const LineSegment& a, const LineSegment& b) { return a.num_points > b.num_points; });
 }
 
 void MarkContour(const CLineExtracter& rules, void* contours, int contour) {
@@ -73,16 +74,21 @@ std::vector<CLineSegment> ExtractSegments(const CLineExtracter& rules, void* con
   for (int c = 0; c < num_contours; ++c)
     MarkContour(rules, contours, c);
 
-  std::vector<CLineSegment> segments;
+  std::vector<LineSegment> segments;
   const FitLimits fit_limits = {rules.max_fit_error, rules.min_points};
-  const JoinLimits join_limits = {rules.max_join_angle,
-                                  static_cast<double>(rules.neighbour_offset)};
+  LineOptions join_options;
+  join_options.max_join_angle = rules.max_join_angle;
+  join_options.neighbour_offset = rules.neighbour_offset;
   for (int c = 0; c < num_contours; ++c) {
     const bool appended = AppendSegments(PointsOf(contours, c), fit_limits, segments);
-    if (appended && ctd_contour_closed(contours, c) != 0) JoinAcrossSeam(segments, join_limits);
+    if (appended && ctd_contour_closed(contours, c) != 0) JoinAcrossSeam(segments, join_options);
   }
   SortByPoints(segments);
-  return segments;
+
+  std::vector<CLineSegment> classic;
+  for (const LineSegment& segment : segments)
+    classic.push_back(ClassicSegmentOf(segment));
+  return classic;
 }
 
 }  // namespace orvandel::plain

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "base/geometry.h"
-#include "orvandel/classic/ctd.h"
+#include "contours/contour_handle.h"
 #include "orvandel/classic/imgutil_i.h"
 #include "orvandel/classic/line_extracter.h"
 #include "orvandel/classic/line_segment.h"
@@ -23,11 +22,6 @@
 // of the contour points and the choice of verification points.
 namespace orvandel::plain {
 
-struct SetDeleter {
-  void operator()(void* handle) const { ctd_delete(handle); }
-};
-using ContourSet = std::unique_ptr<void, SetDeleter>;
-
 /// The parameters of `QRSIS`, with its defaults.
 struct SearchOptions {
   CrawlOptions crawl;
@@ -36,7 +30,7 @@ struct SearchOptions {
 
 /// A trained pattern.
 struct Pattern {
-  ContourSet contours{ctd_create()};
+  ContourHandle contours{ctd_create()};
   std::vector<CLineSegment> segments;
   CPattVerify verifier;
   Point reference;  ///< mean of the contour points, pattern pixels

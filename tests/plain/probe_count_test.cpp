@@ -15,7 +15,7 @@ constexpr Point kReference{50, 50};
 class ProbeCounting : public testing::Test {
  protected:
   double Score(double x, double y) {
-    const ContourSet set = MakeSet({{{{x, y, 0}}}});
+    const ContourHandle set = MakeSet({{{{x, y, 0}}}});
     CPattVerify verifier;
     verifier.ChooseVerifyPoints(set.get(), 1, 10);
     return plain::ScoreAtVerifyPoints(verifier, &edges_, kShifted, kReference, &count_);

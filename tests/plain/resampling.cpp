@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "base/rounding.h"
 #include "base/trigonometry.h"
-#include "contours/point_arrays.h"
+#include "contours/crawler_adapter.h"
 
 namespace orvandel::plain {
 namespace {
@@ -113,9 +114,8 @@ void Resample(void* handle) {
     arrays.g[k] = points[k].g;
     arrays.f[k] = points[k].f;
   }
-  arrays.MoveInto(set);
-  set.point_count = static_cast<std::int32_t>(points.size());
-  set.point_capacity = static_cast<std::int32_t>(capacity);
+  arrays.count = static_cast<std::int32_t>(points.size());
+  StorePoints(std::move(arrays), set);
 }
 
 }  // namespace orvandel::plain

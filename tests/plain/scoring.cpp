@@ -7,7 +7,7 @@
 
 #include "base/rounding.h"
 #include "base/trigonometry.h"
-#include "contours/point_arrays.h"
+#include "contours/crawler_adapter.h"
 #include "orvandel/classic/edge_record.h"
 #include "verify/probed_neighbour.h"
 

@@ -52,8 +52,8 @@ double SegmentDirection(double line_angle, double gradient_direction) {
 
 }  // namespace
 
-std::optional<CLineSegment> FitSegment(const ContourPoints& contour, StraightRun run,
-                                       const FitLimits& limits) {
+std::optional<LineSegment> FitSegment(const ContourPoints& contour, StraightRun run,
+                                      const FitLimits& limits) {
   const std::int32_t num_points = run.last - run.first;
   if (num_points <= limits.min_points) return std::nullopt;
 
@@ -64,19 +64,19 @@ std::optional<CLineSegment> FitSegment(const ContourPoints& contour, StraightRun
   const double fit_error = RmsDistance(x, y, num_points, line);
   if (fit_error >= limits.max_fit_error) return std::nullopt;
 
-  CLineSegment segment;
-  segment.start_x = contour.x[run.first];
-  segment.start_y = contour.y[run.first];
-  segment.end_x = contour.x[run.last];
-  segment.end_y = contour.y[run.last];
-  segment.mid_x = (segment.start_x + segment.end_x) * 0.5;
-  segment.mid_y = (segment.start_y + segment.end_y) * 0.5;
+  LineSegment segment;
+  segment.start.x = contour.x[run.first];
+  segment.start.y = contour.y[run.first];
+  segment.end.x = contour.x[run.last];
+  segment.end.y = contour.y[run.last];
+  segment.mid.x = (segment.start.x + segment.end.x) * 0.5;
+  segment.mid.y = (segment.start.y + segment.end.y) * 0.5;
   segment.line_angle = line.angle;
   segment.line_offset = line.offset;
   segment.num_points = num_points;
   segment.fit_error = fit_error;
   segment.contour_index = contour.contour_index;
-  segment.length = Hypot(segment.start_x - segment.end_x, segment.start_y - segment.end_y);
+  segment.length = Hypot(segment.start.x - segment.end.x, segment.start.y - segment.end.y);
   segment.gradient_direction = CircularMean(contour.g + run.first, num_points);
   segment.direction = SegmentDirection(line.angle, segment.gradient_direction);
   return segment;

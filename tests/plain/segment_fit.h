@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "orvandel/classic/line_segment.h"
+#include "lines/line_segment.h"
 
 namespace orvandel::plain {
 
@@ -11,8 +11,8 @@ namespace orvandel::plain {
 struct ContourPoints {
   const double* x;
   const double* y;
-  const double* g;            ///< edge directions, radians
-  const std::int32_t* flags;  ///< 1 on a straight stretch
+  const double* g;            ///< gradient directions, radians
+  const std::int32_t* flags;  ///< 1 on a straight range
   std::int32_t size;
   std::int32_t contour_index;
 };
@@ -32,7 +32,7 @@ struct FitLimits {
 /// Fits a line through the points of a run but its last one, which only ends the segment.
 ///
 /// @return  the segment, or nothing when the run is too short or not straight enough.
-std::optional<CLineSegment> FitSegment(const ContourPoints& contour, StraightRun run,
-                                       const FitLimits& limits);
+std::optional<LineSegment> FitSegment(const ContourPoints& contour, StraightRun run,
+                                      const FitLimits& limits);
 
 }  // namespace orvandel::plain

@@ -17,8 +17,8 @@ namespace {
 
 TEST(SearchAllocation, TryingAndRefiningPosesAllocatesNothing) {
   UniformRandom random(1);
-  const ContourSet pattern = MakeEmptySet();
-  const ContourSet scene = MakeEmptySet();
+  const ContourHandle pattern = MakeEmptySet();
+  const ContourHandle scene = MakeEmptySet();
   PrepareContours(pattern.get(), PictureOf(SmallPart()).get(), {});
   PrepareContours(scene.get(), RandomScene(random, SmallPart()).get(), {});
   const SegmentModel model = LearnSegmentModel(Fields(pattern)).model;

@@ -37,7 +37,7 @@ inline void PlainPrepareContours(void* set, tImage* image, const PlainParameters
 }
 
 struct PlainPattern {
-  ContourSet contours = MakeEmptySet();
+  ContourHandle contours = MakeEmptySet();
   CLineExtracter lines;
   CPattVerify verifier;
   double ref_x = 0;
@@ -193,7 +193,7 @@ class PlainSearch {
 
   PlainPattern& pattern_;
   PlainParameters parameters_;
-  ContourSet scene_contours_ = MakeEmptySet();
+  ContourHandle scene_contours_ = MakeEmptySet();
   CLineExtracter scene_lines_;
   const CEdgeImgComplement* edges_ = nullptr;
   Hypothesis best_;

@@ -79,8 +79,8 @@ TEST(SearchObjectCopy, MayBeTheOneThatIsDestroyed) {
 TEST(SearchObjectCopy, AssignmentReleasesNothingOfItsTarget) {
   QRSIS target;
   target.Initialize();
-  const ContourSet pattern(target.GetCrawlerPatternData());  // dropped, so the test's to release
-  const ContourSet scene(target.GetCrawlerSceneData());
+  const ContourHandle pattern(target.GetCrawlerPatternData());  // dropped, so the test's to release
+  const ContourHandle scene(target.GetCrawlerSceneData());
   auto& source = MakeAndKeep<TrainedSearch>(PictureOf(SmallPart()));
   const QRSIS& original = source;
   target = original;

@@ -59,8 +59,9 @@ TEST(SearchObject, InitializeMakesTwoEmptySets) {
 TEST(SearchObject, SecondInitializeAbandonsTheFirstPair) {
   QRSIS search;
   search.Initialize();
-  const ContourSet pattern(search.GetCrawlerPatternData());  // the test's to release from here on
-  const ContourSet scene(search.GetCrawlerSceneData());
+  const ContourHandle pattern(
+      search.GetCrawlerPatternData());  // the test's to release from here on
+  const ContourHandle scene(search.GetCrawlerSceneData());
   search.Initialize();
   EXPECT_NE(search.GetCrawlerPatternData(), pattern.get());
   EXPECT_NE(search.GetCrawlerSceneData(), scene.get());

@@ -40,8 +40,8 @@ class SegmentEngine {
   SegmentSearchOptions options;
 
  private:
-  ContourSet pattern_contours_ = MakeEmptySet();
-  ContourSet scene_contours_ = MakeEmptySet();
+  ContourHandle pattern_contours_ = MakeEmptySet();
+  ContourHandle scene_contours_ = MakeEmptySet();
   CLineExtracter scene_lines_;
   SegmentModel model_;
 };

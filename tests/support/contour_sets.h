@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
+#include <utility>
 #include <vector>
 
-#include "contours/point_arrays.h"
+#include "contours/contour_handle.h"
+#include "contours/contour_set.h"
+#include "contours/crawler_adapter.h"
 #include "orvandel/classic/crawler.h"
 #include "orvandel/classic/ctd.h"
 
@@ -22,34 +24,29 @@ struct TestContour {
   bool closed = false;
 };
 
-struct SetDeleter {
-  void operator()(void* handle) const { ctd_delete(handle); }
-};
-/// A `ctd_` handle that releases itself; `get()` is the handle.
-using ContourSet = std::unique_ptr<void, SetDeleter>;
-
-inline ContourSet MakeEmptySet() {
-  return ContourSet(ctd_create());
+inline ContourHandle MakeEmptySet() {
+  return ContourHandle(ctd_create());
 }
 
-inline CCrawler& Fields(const ContourSet& set) {
+inline CCrawler& Fields(const ContourHandle& set) {
   return *static_cast<CCrawler*>(set.get());
 }
 
-/// A set that holds the given contours back to back, with the defaults of `ctd_create` otherwise.
-inline ContourSet MakeSet(const std::vector<TestContour>& contours) {
-  ContourSet set = MakeEmptySet();
+/// The given contours back to back.
+inline ContourSet MakeContours(const std::vector<TestContour>& contours) {
   std::int32_t num_points = 0;
   for (const TestContour& c : contours)
     num_points += static_cast<std::int32_t>(c.points.size());
 
-  PointArrays arrays;
-  arrays.Allocate(num_points);
-  auto records = AllocateZeros<ContourRecord>(static_cast<std::int64_t>(contours.size()));
+  ContourSet filled;
+  PointArrays& arrays = filled.points;
+  arrays.AllocateZeros(num_points);
+  filled.num_contours = static_cast<std::int32_t>(contours.size());
+  filled.records = AllocateZeros<ContourRecord>(filled.num_contours);
   std::size_t next = 0;
   for (std::size_t i = 0; i < contours.size(); ++i) {
-    records[i] = {static_cast<std::int32_t>(next),
-                  static_cast<std::int32_t>(contours[i].points.size()), contours[i].closed};
+    filled.records[i] = {static_cast<std::int32_t>(next),
+                         static_cast<std::int32_t>(contours[i].points.size()), contours[i].closed};
     for (const TestPoint& p : contours[i].points) {
       arrays.x[next] = p.x;
       arrays.y[next] = p.y;
@@ -58,11 +55,13 @@ inline ContourSet MakeSet(const std::vector<TestContour>& contours) {
       ++next;
     }
   }
-  CCrawler& fields = Fields(set);
-  arrays.MoveInto(fields);
-  fields.contours = records.release();
-  fields.point_count = fields.point_capacity = num_points;
-  fields.contour_count = fields.contour_capacity = static_cast<std::int32_t>(contours.size());
+  return filled;
+}
+
+/// The same behind a handle, with the defaults of `ctd_create` otherwise.
+inline ContourHandle MakeSet(const std::vector<TestContour>& contours) {
+  ContourHandle set = MakeEmptySet();
+  StoreContours(MakeContours(contours), Fields(set));
   return set;
 }
 

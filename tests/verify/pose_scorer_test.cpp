@@ -38,7 +38,7 @@ struct Setting {
             {random.Real(0, 60), random.Real(0, 60), random.Real(-kPi, 2 * kPi), 0});
       }
     }
-    const ContourSet set = MakeSet(contours);
+    const ContourHandle set = MakeSet(contours);
     verifier.ChooseVerifyPoints(set.get(), 1.0, 1000);
     edges.SetSize(random.Integer(60, 110), random.Integer(60, 110));
     true_pose = {edges.width / 2.0, edges.height / 2.0, random.Real(-7, 7), random.Real(0.5, 1.2)};

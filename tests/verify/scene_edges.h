@@ -25,7 +25,7 @@ class SceneEdges {
 };
 
 /// One open contour through the given points.
-inline ContourSet SetOfPoints(const std::vector<TestPoint>& points) {
+inline ContourHandle SetOfPoints(const std::vector<TestPoint>& points) {
   return MakeSet({TestContour{points, false}});
 }
 
@@ -55,7 +55,7 @@ class OnePoint {
   CPattVerify& verifier() { return verifier_; }
 
  private:
-  ContourSet contours_;
+  ContourHandle contours_;
   CPattVerify verifier_;
 };
 

@@ -43,7 +43,7 @@ class PointScene {
 };
 
 TEST(ScoredPoints, AllOnTheirEdgesScoreAHundred) {
-  const ContourSet set = MakeSet({RowOfPoints(10)});
+  const ContourHandle set = MakeSet({RowOfPoints(10)});
   const PointScene scene({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   CPattVerify verifier = VerifierOfAll(set.get());
   EXPECT_EQ(scene.AtPoints(verifier), 100.0);
@@ -52,7 +52,7 @@ TEST(ScoredPoints, AllOnTheirEdgesScoreAHundred) {
 
 TEST(ScoredPoints, SumIsTakenInPointOrderTimesHundredOverTheCount) {
   // One edge under point 3 of ten: it earns 1, its neighbours 0.98 to 0.8 as far as five away.
-  const ContourSet set = MakeSet({RowOfPoints(10)});
+  const ContourHandle set = MakeSet({RowOfPoints(10)});
   const PointScene scene({3});
   double sum = 0;
   for (const double credit : {0.9, 0.94, 0.98, 1.0, 0.98, 0.94, 0.9, 0.86, 0.8, 0.0})
@@ -64,7 +64,7 @@ TEST(ScoredPoints, SumIsTakenInPointOrderTimesHundredOverTheCount) {
 
 TEST(ScoredPoints, PointsOutsideTheSceneCount) {
   // 60 columns admit 6 to 53: points 0 .. 43 of 50 laid from column 10 on.
-  const ContourSet set = MakeSet({RowOfPoints(50)});
+  const ContourHandle set = MakeSet({RowOfPoints(50)});
   std::vector<int> all;
   for (int i = 0; i < 50; ++i)
     all.push_back(i);
@@ -75,7 +75,7 @@ TEST(ScoredPoints, PointsOutsideTheSceneCount) {
 }
 
 TEST(ScoredPoints, StepBelowOneCountsAsOne) {
-  const ContourSet set = MakeSet({RowOfPoints(10)});
+  const ContourHandle set = MakeSet({RowOfPoints(10)});
   const PointScene scene({3});
   for (const int step : {0, -1, -2147483647 - 1})
     EXPECT_TRUE(SameBits(scene.Along(set.get(), step), scene.Along(set.get(), 1))) << step;
@@ -84,19 +84,19 @@ TEST(ScoredPoints, StepBelowOneCountsAsOne) {
 TEST(ScoredPoints, StepThreeTakesEveryThirdPointOfEachContour) {
   // Points 0, 3, 6, 9 of the first contour and 0, 3 of the second, with an edge under point 9: it
   // earns 1, point 6 0.9; the others are six and more away.
-  const ContourSet set = MakeSet({RowOfPoints(10), RowOfPoints(5)});
+  const ContourHandle set = MakeSet({RowOfPoints(10), RowOfPoints(5)});
   EXPECT_EQ(PointScene({9}).Along(set.get(), 3), ((0.9 + 1) * 100) / 6);
   EXPECT_EQ(PointScene({0}).Along(set.get(), 100), 100.0);  // the first of each
   EXPECT_EQ(PointScene({0}).Along(set.get(), 2147483647), 100.0);
 }
 
 TEST(ScoredPoints, EmptyContoursAddNothing) {
-  const ContourSet set = MakeSet({RowOfPoints(0), RowOfPoints(2), RowOfPoints(0)});
+  const ContourHandle set = MakeSet({RowOfPoints(0), RowOfPoints(2), RowOfPoints(0)});
   EXPECT_EQ(PointScene({0, 1}).Along(set.get(), 1), 100.0);
 }
 
 TEST(ScoredPoints, ContoursAreReadThroughTheirRecords) {
-  const ContourSet set = MakeSet({RowOfPoints(3), RowOfPoints(9)});
+  const ContourHandle set = MakeSet({RowOfPoints(3), RowOfPoints(9)});
   ctd_sort(set.get(), 1);
   // Step 4: points 0, 4, 8 of the longer contour, then 0 of the shorter. From an edge under point 8
   // they lie 8, 4, 0 and 8 away.
@@ -115,7 +115,7 @@ TEST(ScoredPoints, NoPointsGiveNotANumber) {
 }
 
 TEST(ScoredPoints, SceneWithoutARecordHasNoEdges) {
-  const ContourSet set = MakeSet({RowOfPoints(10)});
+  const ContourHandle set = MakeSet({RowOfPoints(10)});
   CPattVerify verifier = VerifierOfAll(set.get());
   EXPECT_EQ(verifier.ScoreAtVerifyPoints(nullptr, 20, 20, 0, 1, 0, 0), 0.0);
   EXPECT_EQ(verifier.ScoreAlongContours(set.get(), nullptr, 20, 20, 0, 1, 0, 0, 1), 0.0);
@@ -125,14 +125,14 @@ TEST(ScoredPoints, SceneWithoutARecordHasNoEdges) {
 
 TEST(ScoredPoints, RecordThatWasNeverSizedHasNoEdges) {
   const CEdgeImgComplement unsized;
-  const ContourSet set = MakeSet({RowOfPoints(10)});
+  const ContourHandle set = MakeSet({RowOfPoints(10)});
   CPattVerify verifier = VerifierOfAll(set.get());
   EXPECT_EQ(verifier.ScoreAtVerifyPoints(&unsized, 20, 20, 0, 1, 0, 0), 0.0);
   EXPECT_EQ(verifier.ScoreAlongContours(set.get(), &unsized, 20, 20, 0, 1, 0, 0, 1), 0.0);
 }
 
 TEST(ScoredPoints, ScoringChangesNothing) {
-  const ContourSet set = MakeSet({RowOfPoints(10)});
+  const ContourHandle set = MakeSet({RowOfPoints(10)});
   const PointScene scene({3});
   CPattVerify verifier = VerifierOfAll(set.get());
   const double first = scene.AtPoints(verifier);

@@ -24,7 +24,7 @@ struct Hit {
   bool By(double x, double y, double tx, double ty, double angle, double scale) const {
     SceneEdges scene(41, 31);
     scene.Put(column, row, -angle);
-    const ContourSet set = SetOfPoints({{x, y, 0, 0}});
+    const ContourHandle set = SetOfPoints({{x, y, 0, 0}});
     CPattVerify verifier = VerifierOfAll(set.get());
     const double at_points = verifier.ScoreAtVerifyPoints(scene.get(), tx, ty, angle, scale, 5, 7);
     EXPECT_EQ(verifier.ScoreAlongContours(set.get(), scene.get(), tx, ty, angle, scale, 5, 7, 1),
@@ -75,7 +75,7 @@ TEST(ScoredPose, DirectionsTurnAgainstThePositions) {
 TEST(ScoredPose, ScaleZeroLaysEveryPointOnThePosition) {
   SceneEdges scene(41, 41);
   scene.Put(20, 21, 0);
-  const ContourSet set = SetOfPoints({{0, 0, 0, 0}, {100, 0, 0, 0}, {-50, 70, 0, 0}});
+  const ContourHandle set = SetOfPoints({{0, 0, 0, 0}, {100, 0, 0, 0}, {-50, 70, 0, 0}});
   CPattVerify verifier = VerifierOfAll(set.get());
   EXPECT_EQ(verifier.ScoreAtVerifyPoints(scene.get(), 20.9, 21.9, 0, 0, 3, 4), 100.0);
   EXPECT_EQ(verifier.ScoreAlongContours(set.get(), scene.get(), 20.9, 21.9, 0, 0, 3, 4, 1), 100.0);
@@ -90,7 +90,7 @@ TEST(ScoredPose, TermsAreAddedFromLeftToRight) {
   SceneEdges scene(41, 41);
   scene.Put(20, 20, 0);
   const auto credit = [&](double dx, double dy, double tx, double ty) {
-    const ContourSet set = SetOfPoints({{dx, dy, kAngle, 0}});
+    const ContourHandle set = SetOfPoints({{dx, dy, kAngle, 0}});
     CPattVerify verifier = VerifierOfAll(set.get());
     return verifier.ScoreAtVerifyPoints(scene.get(), tx, ty, kAngle, 1, 0, 0);
   };
@@ -157,7 +157,7 @@ TEST(ScoredPose, PositionsBelowZeroAreOutside) {
 TEST(ScoredPose, PosesThatAreNotFiniteScoreNothing) {
   SceneEdges scene(41, 41);
   scene.Put(20, 20, 0);
-  const ContourSet set = SetOfPoints({{1, 2, 0, 0}});
+  const ContourHandle set = SetOfPoints({{1, 2, 0, 0}});
   CPattVerify verifier = VerifierOfAll(set.get());
   for (const double bad : {std::nan(""), kInfinity, -kInfinity, 1e300, -1e300, 4294967316.5}) {
     const double poses[][6] = {{bad, 20, 0, 1, 0, 0},  {20, bad, 0, 1, 0, 0},

@@ -101,7 +101,7 @@ TEST(ScoringTwin, AgreesOnRandomScenesPatternsAndPoses) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     UniformRandom random(seed);
     const Pattern pattern = RandomPattern(random, random.Integer(1, 5), 60);
-    const ContourSet set = MakeSet(pattern.contours);
+    const ContourHandle set = MakeSet(pattern.contours);
     CPattVerify verifier;
     verifier.ChooseVerifyPoints(set.get(), random.Real(0, 1.2), random.Integer(1, 60));
     const int least_size = random.OneIn(5) ? 1 : 50;
@@ -121,7 +121,7 @@ TEST(ScoringTwin, AgreesAtEveryRadiusAndPolarity) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     UniformRandom random(seed);
     const Pattern pattern = RandomPattern(random, 3, 40);
-    const ContourSet set = MakeSet(pattern.contours);
+    const ContourHandle set = MakeSet(pattern.contours);
     CPattVerify verifier = VerifierOfAll(set.get());
     verifier.searchRadius = random.Integer(0, 9);
     verifier.ignorePolarity = random.Integer(-1, 1);
@@ -145,7 +145,7 @@ TEST(ScoringTwin, AgreesAtEveryNumberOfPoints) {
       pattern.contours[0].points.push_back(
           {random.Real(0, 40), random.Real(0, 40), random.Real(-kPi, kPi), 0});
     }
-    const ContourSet set = MakeSet(pattern.contours);
+    const ContourHandle set = MakeSet(pattern.contours);
     CPattVerify verifier = VerifierOfAll(set.get());
     ASSERT_EQ(verifier.pointCount, num_points);
     SceneEdges scene(64, 64);
@@ -171,7 +171,7 @@ TEST(ScoringTwin, AgreesOnWildNumbers) {
     TestContour contour;
     for (int i = 0; i < 6; ++i)
       contour.points.push_back({pick(), pick(), pick(), 0});
-    const ContourSet set = MakeSet({contour});
+    const ContourHandle set = MakeSet({contour});
     CPattVerify verifier = VerifierOfAll(set.get());
     CompareScores(verifier, set.get(), scene, {pick(), pick(), pick(), pick(), pick(), pick()});
   }

@@ -40,7 +40,7 @@ std::vector<int> XOf(const CPattVerify& verifier) {
 
 /// The indices chosen of one contour.
 std::vector<int> Chosen(int size, double fraction = kFraction, int cap = kCap) {
-  const ContourSet set = MakeSet({NumberedContour(size)});
+  const ContourHandle set = MakeSet({NumberedContour(size)});
   CPattVerify verifier;
   EXPECT_EQ(verifier.ChooseVerifyPoints(set.get(), fraction, cap), 0);
   return XOf(verifier);
@@ -119,7 +119,7 @@ TEST(VerificationPoints, CapBelowOneStillGivesOne) {
 }
 
 TEST(VerificationPoints, ComeContourByContourInPointOrder) {
-  const ContourSet set =
+  const ContourHandle set =
       MakeSet({NumberedContour(50, 1000), NumberedContour(0), NumberedContour(34, 2000)});
   CPattVerify verifier;
   verifier.ChooseVerifyPoints(set.get(), kFraction, kCap);
@@ -131,7 +131,7 @@ TEST(VerificationPoints, ComeContourByContourInPointOrder) {
 }
 
 TEST(VerificationPoints, FollowTheSetsOrderOfContours) {
-  const ContourSet set = MakeSet({NumberedContour(17, 1000), NumberedContour(50, 2000)});
+  const ContourHandle set = MakeSet({NumberedContour(17, 1000), NumberedContour(50, 2000)});
   ctd_sort(set.get(), 1);
   CPattVerify verifier;
   verifier.ChooseVerifyPoints(set.get(), kFraction, kCap);
@@ -147,7 +147,7 @@ TEST(VerificationPoints, SecondChoiceReplacesTheFirst) {
 
 TEST(VerificationPoints, EmptySetGivesArraysOfNoPoints) {
   for (const bool with_arrays : {false, true}) {
-    const ContourSet set = with_arrays ? MakeSet({}) : MakeEmptySet();
+    const ContourHandle set = with_arrays ? MakeSet({}) : MakeEmptySet();
     CPattVerify verifier;
     verifier.ChooseVerifyPoints(MakeSet({NumberedContour(50)}).get(), kFraction, kCap);
     EXPECT_EQ(verifier.ChooseVerifyPoints(set.get(), kFraction, kCap), 0);
@@ -159,7 +159,7 @@ TEST(VerificationPoints, EmptySetGivesArraysOfNoPoints) {
 }
 
 TEST(VerificationPoints, SetWithoutArraysGivesNoneWhateverItsCountsSay) {
-  const ContourSet set = MakeEmptySet();  // as a load that ran out of memory leaves it
+  const ContourHandle set = MakeEmptySet();  // as a load that ran out of memory leaves it
   Fields(set).contour_count = 3;
   Fields(set).point_count = 30;
   CPattVerify verifier;
@@ -177,7 +177,7 @@ TEST(VerificationPoints, AgreeWithThePlainChoiceOnRandomSets) {
       contours.push_back(NumberedContour(random.Integer(0, 900), random.Integer(0, 9999)));
     const double fraction = random.OneIn(3) ? kFraction : random.Real(-0.1, 1.5);
     const int cap = random.OneIn(3) ? kCap : random.Integer(-2, 500);
-    const ContourSet set = MakeSet(contours);
+    const ContourHandle set = MakeSet(contours);
     CPattVerify verifier;
     verifier.ChooseVerifyPoints(set.get(), fraction, cap);
     const std::vector<PlainPoint> expected = PlainVerificationPoints(set.get(), fraction, cap);

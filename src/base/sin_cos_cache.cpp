@@ -1,4 +1,4 @@
-#include "lines/sin_cos_memo.h"
+#include "base/sin_cos_cache.h"
 
 #include <cstring>
 
@@ -6,7 +6,7 @@
 
 namespace orvandel {
 
-SinCos SinCosMemo::Of(double angle) {
+SinCos SinCosCache::Of(double angle) {
   std::uint64_t bits;
   std::memcpy(&bits, &angle, sizeof(bits));
   // The multiplier is 2^64 over the golden ratio, which spreads near keys apart.

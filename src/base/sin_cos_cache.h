@@ -8,10 +8,11 @@
 
 namespace orvandel {
 
-/// Sines and cosines of angles that keep coming back. Edge directions
-/// are such angles: a detector gives 256 of them, and the means of two add the halves between.
-class SinCosMemo {
+/// Sines and cosines of angles that keep coming back, bit for bit those of `SinCosOf`. Gradient directions
+/// are such angles: the detector gives 256 of them, and the means of two add the halves between.
+class SinCosCache {
  public:
+  /// @param angle  radians.
   SinCos Of(double angle);
 
  private:

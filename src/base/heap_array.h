@@ -5,9 +5,6 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
-#include <span>
-
-#include "orvandel/classic/crawler.h"
 
 namespace orvandel {
 
@@ -15,6 +12,7 @@ struct FreeDeleter {
   void operator()(void* memory) const { std::free(memory); }
 };
 
+/// An array of the C heap, so that the classic objects can own it as a bare pointer.
 template <typename T>
 using HeapArray = std::unique_ptr<T[], FreeDeleter>;
 
@@ -42,34 +40,6 @@ HeapArray<T> AllocateUnset(std::int64_t count) {
   const std::size_t elements = NumToAllocate<T>(count);
   if (elements == 0) return nullptr;
   return HeapArray<T>(static_cast<T*>(std::malloc(elements * sizeof(T))));
-}
-
-/// The arrays that a contour set owns, while they are being made: all or none reaches the set.
-struct PointArrays {
-  HeapArray<double> x;
-  HeapArray<double> y;
-  HeapArray<double> g;
-  HeapArray<std::uint32_t> f;
-
-  /// Arrays of `count` zeros each; false when memory cannot be had, with nothing kept.
-  bool Allocate(std::int64_t count);
-  /// The same without a content.
-  bool AllocateUnset(std::int64_t count);
-  /// Frees the set's four point arrays and hands these over.
-  void MoveInto(CCrawler& set);
-};
-
-/// Frees all five arrays of a set and leaves the pointers null.
-void FreeArrays(CCrawler& set);
-
-/// The records of a set; none when it has no arrays, whatever its counts say.
-std::span<ContourRecord> Records(CCrawler& set);
-
-/// Number of points that the arrays hold; 0 when the set has none, whatever its counts say.
-std::int32_t NumPoints(const CCrawler& set);
-
-inline CCrawler& SetOf(void* handle) {
-  return *static_cast<CCrawler*>(handle);
 }
 
 }  // namespace orvandel

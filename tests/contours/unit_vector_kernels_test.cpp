@@ -1,4 +1,4 @@
-#include "contours/heading_kernels.h"
+#include "contours/unit_vector_kernels.h"
 
 #include <cmath>
 
@@ -12,24 +12,24 @@
 namespace orvandel::test {
 namespace {
 
-class HeadingKernel : public AtEverySimdLevel {
+class UnitVectorKernel : public AtEverySimdLevel {
  protected:
-  static void ExpectBitsOfTheFunctions(HeadingBatch batch) {
-    HeadingKernelsOf(ActiveSimdLevel()).find_headings(batch);
-    for (int k = 0; k < kHeadingBatch; ++k) {
+  static void ExpectBitsOfTheFunctions(StepBatch batch) {
+    UnitVectorKernelsOf(ActiveSimdLevel()).find_unit_vectors(batch);
+    for (int k = 0; k < kNumLanes; ++k) {
       const double angle = ArcTan2(-batch.dy[k], batch.dx[k]);
       EXPECT_TRUE(SameBits(batch.cosine[k], Cos(angle))) << batch.dx[k] << ' ' << batch.dy[k];
       EXPECT_TRUE(SameBits(batch.sine[k], Sin(angle))) << batch.dx[k] << ' ' << batch.dy[k];
     }
   }
 };
-ORVANDEL_AT_EVERY_SIMD_LEVEL(HeadingKernel);
+ORVANDEL_AT_EVERY_SIMD_LEVEL(UnitVectorKernel);
 
-TEST_P(HeadingKernel, GivesTheBitsOfTheFunctionsForRandomSteps) {
+TEST_P(UnitVectorKernel, GivesTheBitsOfTheFunctionsForRandomSteps) {
   UniformRandom random(30);
   for (int i = 0; i < 50000; ++i) {
-    HeadingBatch batch = {};
-    for (int k = 0; k < kHeadingBatch; ++k) {
+    StepBatch batch = {};
+    for (int k = 0; k < kNumLanes; ++k) {
       const double size = std::pow(10.0, random.Integer(-80, 80));
       batch.dx[k] = size * random.Real(-1, 1);
       batch.dy[k] = (random.OneIn(2) ? size : 1.0) * random.Real(-1, 1);
@@ -39,7 +39,7 @@ TEST_P(HeadingKernel, GivesTheBitsOfTheFunctionsForRandomSteps) {
   }
 }
 
-TEST_P(HeadingKernel, GivesTheBitsOfTheFunctionsAlongTheAxesAndDiagonals) {
+TEST_P(UnitVectorKernel, GivesTheBitsOfTheFunctionsAlongTheAxesAndDiagonals) {
   ExpectBitsOfTheFunctions(
       {{1, 1, 0.0, -1, -1, -1, -0.0, 1}, {0.0, 1, 1, 1, 0.0, -1, -1, -0.0}, {}, {}});
 }

@@ -1,4 +1,4 @@
-#include "lines/sin_cos_memo.h"
+#include "base/sin_cos_cache.h"
 
 #include <cmath>
 #include <limits>
@@ -13,33 +13,33 @@
 namespace orvandel::test {
 namespace {
 
-void ExpectSame(SinCosMemo& memo, double angle) {
-  const SinCos value = memo.Of(angle);
+void ExpectSame(SinCosCache& cache, double angle) {
+  const SinCos value = cache.Of(angle);
   EXPECT_TRUE(SameBits(value.sine, Sin(angle))) << angle;
   EXPECT_TRUE(SameBits(value.cosine, Cos(angle))) << angle;
 }
 
-TEST(SinCosMemo, TellsZerosApart) {
-  SinCosMemo memo;
+TEST(SinCosCache, TellsZerosApart) {
+  SinCosCache cache;
   for (const double angle : {0.0, -0.0, 0.0, -0.0})
-    ExpectSame(memo, angle);
+    ExpectSame(cache, angle);
 }
 
-TEST(SinCosMemo, GivesTheLibrarysBitsWhenAnglesComeBackAndWhenTheyCollide) {
-  SinCosMemo memo;
+TEST(SinCosCache, GivesTheLibrarysBitsWhenAnglesComeBackAndWhenTheyCollide) {
+  SinCosCache cache;
   UniformRandom random(1);
   for (int i = 0; i < 200000; ++i) {  // far more angles than it holds
     const double code = random.Integer(0, 511) * (std::numbers::pi / 256);
-    ExpectSame(memo, random.OneIn(2) ? code : random.Real(-10, 10));
+    ExpectSame(cache, random.OneIn(2) ? code : random.Real(-10, 10));
     if (testing::Test::HasFailure()) return;
   }
 }
 
-TEST(SinCosMemo, PassesOnWhatIsNoNumber) {
-  SinCosMemo memo;
+TEST(SinCosCache, PassesOnWhatIsNoNumber) {
+  SinCosCache cache;
   for (const double angle : {std::nan(""), std::numeric_limits<double>::infinity()}) {
-    EXPECT_TRUE(std::isnan(memo.Of(angle).sine));
-    EXPECT_TRUE(std::isnan(memo.Of(angle).cosine));
+    EXPECT_TRUE(std::isnan(cache.Of(angle).sine));
+    EXPECT_TRUE(std::isnan(cache.Of(angle).cosine));
   }
 }
 

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "lines/line_segment.h"
+#include "orvandel/classic/line_segment.h"
+
+namespace orvandel {
+
+/// A segment as hosts hold it, and back; the classic one has a spare number besides, which is 0.
+CLineSegment ClassicSegmentOf(const LineSegment& segment);
+LineSegment SegmentOf(const CLineSegment& segment);
+
+}  // namespace orvandel
