@@ -28,8 +28,8 @@ ImageView8 ViewOf(const tImage& image) {
 /// A detector with its buffers, as a host has them for its camera.
 class EdgePointsRun {
  public:
-  double operator()(const Picture& picture) {
-    const ImageView8 image = ViewOf(*picture.image);
+  double operator()(const NamedImage& input) {
+    const ImageView8 image = ViewOf(*input.image);
     return SecondsOf([&] {
       DetectEdgePoints(image, shape::edges::kUsualLeastStrength, buffers_->workspace,
                        buffers_->points);
@@ -44,11 +44,11 @@ class EdgePointsRun {
   std::shared_ptr<Buffers> buffers_ = std::make_shared<Buffers>();
 };
 
-/// The same on the picture with 256 times its grey values.
+/// The same on the image with 256 times its grey values.
 class DeepEdgePointsRun {
  public:
-  double operator()(const Picture& picture) {
-    const tImage& image = *picture.image;
+  double operator()(const NamedImage& input) {
+    const tImage& image = *input.image;
     std::vector<std::uint16_t>& pixels = buffers_->pixels;
     pixels.clear();
     for (int y = 0; y < image.height; ++y) {
@@ -72,25 +72,14 @@ class DeepEdgePointsRun {
   std::shared_ptr<Buffers> buffers_ = std::make_shared<Buffers>();
 };
 
-template <typename MakeRun>
-void Register(const Workload& workload, const std::string& name, const MakeRun& make_run) {
-  benchmark::RegisterBenchmark(name.c_str(),
-                               [&workload, make_run](benchmark::State& state) {
-                                 auto run = make_run();
-                                 TimePicturePasses(state, workload.pictures, run);
-                               })
-      ->UseManualTime()
-      ->Unit(benchmark::kMillisecond);
-}
-
 template <typename Run>
 void Compare(const Workload& workload, const std::string& work, RatioTable& table) {
   std::vector<RatioTable::Sample> samples;
-  for (const Picture& picture : workload.pictures) {
+  for (const NamedImage& input : workload.images) {
     Run ours;
     OpenCvCanny theirs;
-    samples.push_back({TimeInTurn([&] { return ours(picture); }, [&] { return theirs(picture); }),
-                       picture.Megapixels()});
+    samples.push_back({TimeInTurn([&] { return ours(input); }, [&] { return theirs(input); }),
+                       input.Megapixels()});
   }
   table.AddTimes(work, "OpenCV's Canny", kUnit, samples);
 }
@@ -98,8 +87,8 @@ void Compare(const Workload& workload, const std::string& work, RatioTable& tabl
 }  // namespace
 
 void RegisterEdgePoints(const Workload& workload) {
-  Register(workload, "EdgePoints/8_bits", [] { return EdgePointsRun(); });
-  Register(workload, "EdgePoints/16_bits", [] { return DeepEdgePointsRun(); });
+  RegisterImagePasses("EdgePoints/8_bits", workload.images, [] { return EdgePointsRun(); });
+  RegisterImagePasses("EdgePoints/16_bits", workload.images, [] { return DeepEdgePointsRun(); });
 }
 
 void CompareEdgePoints(const Workload& workload, RatioTable& table) {
