@@ -64,7 +64,7 @@ ORVANDEL_API int ctd_active_point_count(void* handle);
 /// Replaces the set's contours by those of an image: edge points from `SubCanny`, followed through
 /// their 8-neighbours from both ends of each chain.
 ///
-/// @param image           8-bit grey, below 65536 pixels each way. Used up: it ends as an edge map
+/// @param image           8-bit grey, below 65536 pixels each way. Overwritten: it ends as an edge map
 ///                        without the edge pixels that were followed.
 /// @param edge_threshold  as for `SubCanny`.
 /// @param min_size,max_size  fewest and most points of a contour that is kept.
