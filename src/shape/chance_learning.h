@@ -6,7 +6,7 @@
 
 namespace orvandel::shape {
 
-/// How well chance imitates a pattern, by half octaves of scale: the highest score that its search, with all
+/// How well chance imitates a pattern, by octaves of scale: the highest score that its search, with all
 /// polarities, meets in pictures without the pattern.
 std::vector<ChanceLevel> LearnChances(const ShapeModel& model);
 

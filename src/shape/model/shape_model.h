@@ -42,7 +42,7 @@ struct ModelLevel {
   EdgePoints all;     ///< for the last fit and the score
 };
 
-/// Chance score of a pattern in pictures without it, around a scale.
+/// Chance score of a pattern in pictures without it, in the octave from a scale on.
 struct ChanceLevel {
   double scale = 1.0;
   double score = 0.0;

@@ -11,7 +11,7 @@ namespace orvandel::shape {
 inline constexpr std::int32_t kBlockColumns = 32;
 inline constexpr std::int32_t kBlockRows = 2;
 
-/// Points are summed up in thirds, whole groups of this many each.
+/// Points are summed up in groups of this many.
 inline constexpr std::size_t kPointGroup = 8;
 
 /// Coarse points of a pattern; arrays of a whole number of groups.
@@ -31,29 +31,28 @@ struct PosePlacing {
   std::int32_t plane_size;
 };
 
+/// Points are summed up in stages, after each of which most blocks can be left.
+inline constexpr std::size_t kStages = 4;
+
 /// A pattern at one pose: where each of its points reads the response maps, relative to the position.
 struct PoseOffsets {
   const std::int32_t* offsets;
   std::size_t
-      ends[3];  ///< of the thirds, multiples of kPointGroup; ends[2] is the number of points
+      ends[kStages];  ///< of the stages, multiples of kPointGroup; the last is the number of points
 };
 
-/// Votes that limits are told in: fractions of one vote.
+/// Votes that limits are worked out in: fractions of one vote.
 inline constexpr int kLimitShift = 7;
 
-/// What a position of column x must have got after each third of the points:
+/// What a position must have got after each stage:
 ///
-///   max(columns[third][x] + row[third], least[third]) >> kLimitShift
-struct VoteLimits {
-  const std::int16_t* columns[3];  ///< up to a whole number of blocks
-  std::int16_t row[3];
-  std::int16_t least[3];
-};
-
-/// How the limits of a column follow from the points within the scene there.
-struct ColumnLimits {
-  std::int16_t full[3];       ///< for a column with all points within
-  std::int16_t per_point[3];  ///< for each point outside, that much less
+///   max(full - per_point * outside, least) >> kLimitShift
+///
+/// with the points outside its column and row.
+struct VoteRule {
+  std::int16_t full[kStages];
+  std::int16_t per_point[kStages];
+  std::int16_t least[kStages];
 };
 
 /// A position that has got enough votes.
@@ -69,19 +68,23 @@ struct CoarseKernels {
   void (*place_points)(const DirectedPoints& points, const PosePlacing& placing, std::int32_t* dx,
                        std::int32_t* dy, std::int32_t* offsets);
 
-  /// Limits of `num_columns` columns with so many points outside each.
-  void (*limit_columns)(const std::int16_t* num_outside, std::int32_t num_columns,
-                        const ColumnLimits& rule, std::int16_t* const* columns);
+  /// Limits of columns with so many points outside each, in rows with `outside_row` ones.
+  ///
+  /// @param num_columns  a whole number of blocks
+  /// @param limits       kStages rows of `num_columns`
+  void (*limit_columns)(const std::int16_t* outside, std::int32_t num_columns,
+                        std::int16_t outside_row, const VoteRule& rule, std::uint8_t* limits);
 
   /// Sums up the votes of all positions of two rows and writes those that meet the limits, block by block, the upper
   /// row first. A block is left as soon as none of its positions meets a limit.
   ///
   /// @param origin       response map position (0, first row)
+  /// @param limits       kStages rows of `num_columns`
   /// @param num_columns  a whole number of blocks
   /// @param hits         room for two rows
   /// @return             the number of hits
   std::size_t (*scan_rows)(const std::uint8_t* origin, std::ptrdiff_t stride,
-                           const PoseOffsets& pose, const VoteLimits& limits,
+                           const PoseOffsets& pose, const std::uint8_t* limits,
                            std::int32_t num_columns, CoarseHit* hits);
 };
 

@@ -50,26 +50,18 @@ inline void AddVotes(const Byte* origin, std::ptrdiff_t stride, const std::int32
   }
 }
 
-void LimitColumns(const std::int16_t* num_outside, std::int32_t num_columns,
-                  const ColumnLimits& rule, std::int16_t* const* columns) {
-  for (std::size_t third = 0; third < 3; ++third) {
-    std::int16_t* const limits = columns[third];
-    const std::int16_t full = rule.full[third];
-    const std::int16_t per_point = rule.per_point[third];
-    for (std::int32_t x = 0; x < num_columns; ++x)
-      limits[x] = static_cast<std::int16_t>(full - per_point * num_outside[x]);
-  }
-}
-
-/// The limits of a block's columns, in whole votes.
-inline void LimitBlock(const VoteLimits& limits, std::size_t third, std::int32_t x, Byte* block) {
-  const std::int16_t* const columns = limits.columns[third] + x;
-  const std::int16_t row = limits.row[third];
-  const std::int16_t least = limits.least[third];
-  for (std::int32_t i = 0; i < kBlockColumns; ++i) {
-    const auto limit = static_cast<std::int16_t>(columns[i] + row);
-    const std::int16_t asked = limit > least ? limit : least;
-    block[i] = static_cast<Byte>(static_cast<std::uint16_t>(asked) >> kLimitShift);
+void LimitColumns(const std::int16_t* outside, std::int32_t num_columns, std::int16_t outside_row,
+                  const VoteRule& rule, Byte* limits) {
+  for (std::size_t stage = 0; stage < kStages; ++stage) {
+    const std::int16_t per_point = rule.per_point[stage];
+    const auto full = static_cast<std::int16_t>(rule.full[stage] - per_point * outside_row);
+    const std::int16_t least = rule.least[stage];
+    Byte* const row = limits + static_cast<std::ptrdiff_t>(stage) * num_columns;
+    for (std::int32_t x = 0; x < num_columns; ++x) {
+      const auto limit = static_cast<std::int16_t>(full - per_point * outside[x]);
+      const std::int16_t asked = limit > least ? limit : least;
+      row[x] = static_cast<Byte>(static_cast<std::uint16_t>(asked) >> kLimitShift);
+    }
   }
 }
 
@@ -107,22 +99,21 @@ inline std::size_t WriteHits(const Byte* sums, const Byte* limits, std::int32_t 
 }
 
 std::size_t ScanRows(const Byte* origin, std::ptrdiff_t stride, const PoseOffsets& pose,
-                     const VoteLimits& limits, std::int32_t num_columns, CoarseHit* hits) {
+                     const Byte* limits, std::int32_t num_columns, CoarseHit* hits) {
   std::size_t num_hits = 0;
   for (std::int32_t x = 0; x < num_columns; x += kBlockColumns) {
     Byte sums[kBlockRows * kBlockColumns] = {};
-    Byte least[kBlockColumns];
-    std::size_t begin = 0;
-    bool is_alive = true;
-    for (std::size_t third = 0; third < 3 && is_alive; ++third) {
-      AddVotes(origin + x, stride, pose.offsets, begin, pose.ends[third], sums);
-      begin = pose.ends[third];
-      LimitBlock(limits, third, x, least);
-      is_alive = AnyReaches(sums, least);
+    const Byte* asked = limits + x;
+    AddVotes(origin + x, stride, pose.offsets, 0, pose.ends[0], sums);
+    bool is_alive = AnyReaches(sums, asked);
+    for (std::size_t stage = 1; stage < kStages && is_alive; ++stage) {
+      asked += num_columns;
+      AddVotes(origin + x, stride, pose.offsets, pose.ends[stage - 1], pose.ends[stage], sums);
+      is_alive = AnyReaches(sums, asked);
     }
     if (!is_alive) continue;
     for (std::int32_t row = 0; row < kBlockRows; ++row)
-      num_hits += WriteHits(sums + row * kBlockColumns, least, x, row, hits + num_hits);
+      num_hits += WriteHits(sums + row * kBlockColumns, asked, x, row, hits + num_hits);
   }
   return num_hits;
 }

@@ -19,9 +19,12 @@ constexpr double kRimStep = 1.5;
 /// that the poses of a wave may be looked at in any order, or at once.
 constexpr std::size_t kWave = 8;
 
-/// Share of the votes due after a third of the points, and after two, that a position must have. Votes come
-/// unevenly; what falls behind by more is not worth the rest.
-constexpr float kShareAfterThird[3] = {0.65F, 0.75F, 1.0F};
+/// How many of the groups of points each stage ends with, in sixths of all.
+constexpr std::size_t kStageSixths[kStages] = {1, 2, 4, 6};
+
+/// Share of the votes due after each stage that a position must have. Votes come unevenly, the more so the fewer
+/// points; what falls behind by more is not worth the rest.
+constexpr float kShareAfterStage[kStages] = {0.45F, 0.65F, 0.75F, 1.0F};
 
 /// Below this share of visible points a position is not looked at.
 constexpr float kLeastVisible = 0.4F;
@@ -88,8 +91,8 @@ void PlacePoints(const CoarsePoints& points, const ResponseMaps& maps, double sc
   for (std::size_t i = points.size; i < groups * kPointGroup; ++i)
     placed.offsets[i] = kDirectionBins * placing.plane_size;
   placed.table.offsets = placed.offsets.data();
-  for (std::size_t third = 0; third < 3; ++third)
-    placed.table.ends[third] = (groups * (third + 1) + 2) / 3 * kPointGroup;
+  for (std::size_t stage = 0; stage < kStages; ++stage)
+    placed.table.ends[stage] = (groups * kStageSixths[stage] + 5) / 6 * kPointGroup;
 }
 
 /// Points that lie beyond 0 .. size - 1, for each position in it.
@@ -126,7 +129,7 @@ class GridSearch {
         best_(best_score),
         floor_(limits.least_score) {
     padded_width_ = (maps.Width() + kBlockColumns - 1) / kBlockColumns * kBlockColumns;
-    buffers.limits.resize(static_cast<std::size_t>(3 * padded_width_));
+    buffers.limits.resize(kStages * static_cast<std::size_t>(padded_width_));
     buffers.row_hits.resize(static_cast<std::size_t>(kBlockRows * padded_width_));
     buffers.outside_columns.assign(static_cast<std::size_t>(padded_width_), 0);
     buffers.outside_rows.assign(static_cast<std::size_t>(maps.Height()), 0);
@@ -143,6 +146,7 @@ class GridSearch {
     num_points_ = static_cast<int>(points.size);
     CountOutsideAll();
     const VoteRule rule = RuleOf(threshold_);
+    limited_outside_ = -1;
     buffers_.poses.push_back(pose);
     for (std::int32_t y = 0; y < maps_.Height(); y += kBlockRows)
       ScanRows(rule, y);
@@ -155,12 +159,6 @@ class GridSearch {
   }
 
  private:
-  /// What is asked of positions, in fractions of a vote; the same for all rows of a pose.
-  struct VoteRule {
-    std::int16_t per_point[3];
-    std::int16_t least[3];
-  };
-
   void CountOutsideAll() {
     std::int32_t reach = 0;
     for (int i = 0; i < num_points_; ++i)
@@ -175,43 +173,35 @@ class GridSearch {
                  buffers_.outside_rows);
   }
 
-  /// Sets the columns' limits too. In a column and a row with so many points outside each, no more than their sum are
-  /// outside both.
-  VoteRule RuleOf(float threshold) {
-    ColumnLimits columns = {};
+  /// In a column and a row with so many points outside each, no more than their sum are outside both.
+  VoteRule RuleOf(float threshold) const {
     VoteRule rule = {};
     const auto all = static_cast<float>(num_points_);
-    for (std::size_t third = 0; third < 3; ++third) {
-      const float share = kShareAfterThird[third] * static_cast<float>(placed_.table.ends[third]) /
-                          static_cast<float>(placed_.table.ends[2]);
+    for (std::size_t stage = 0; stage < kStages; ++stage) {
+      const float share = kShareAfterStage[stage] * static_cast<float>(placed_.table.ends[stage]) /
+                          static_cast<float>(placed_.table.ends[kStages - 1]);
       const float per_point = static_cast<float>(kFullVote << kLimitShift) * threshold * share;
-      columns.full[third] = static_cast<std::int16_t>(per_point * all);
-      columns.per_point[third] = rule.per_point[third] =
-          static_cast<std::int16_t>(per_point * kChordVisible);
-      rule.least[third] =
+      rule.full[stage] = static_cast<std::int16_t>(per_point * all);
+      rule.per_point[stage] = static_cast<std::int16_t>(per_point * kChordVisible);
+      rule.least[stage] =
           static_cast<std::int16_t>(per_point * all * (kChordAll + kChordVisible * kLeastVisible));
     }
-    std::int16_t* limits[3] = {};
-    for (std::size_t third = 0; third < 3; ++third)
-      limits[third] = buffers_.limits.data() + third * static_cast<std::size_t>(padded_width_);
-    kernels_.limit_columns(buffers_.outside_columns.data(), padded_width_, columns, limits);
     return rule;
   }
 
   void ScanRows(const VoteRule& rule, std::int32_t y) {
     const std::int16_t upper = buffers_.outside_rows[static_cast<std::size_t>(y)];
     const auto below = static_cast<std::size_t>(std::min(y + 1, maps_.Height() - 1));
-    const int outside = std::max(upper, buffers_.outside_rows[below]);
-    VoteLimits limits = {};
-    for (std::size_t third = 0; third < 3; ++third) {
-      limits.columns[third] =
-          buffers_.limits.data() + third * static_cast<std::size_t>(padded_width_);
-      limits.row[third] = static_cast<std::int16_t>(-rule.per_point[third] * outside);
-      limits.least[third] = rule.least[third];
+    const std::int16_t outside = std::max(upper, buffers_.outside_rows[below]);
+    // Most rows have all points within, as the one before.
+    if (outside != limited_outside_) {
+      kernels_.limit_columns(buffers_.outside_columns.data(), padded_width_, outside, rule,
+                             buffers_.limits.data());
+      limited_outside_ = outside;
     }
     const std::size_t num_hits =
         kernels_.scan_rows(maps_.Origin() + y * maps_.Stride(), maps_.Stride(), placed_.table,
-                           limits, padded_width_, buffers_.row_hits.data());
+                           buffers_.limits.data(), padded_width_, buffers_.row_hits.data());
     for (std::size_t i = 0; i < num_hits; ++i)
       TakeHit(buffers_.row_hits[i], y);
   }
@@ -275,6 +265,7 @@ class GridSearch {
   PosePoints placed_ = {};
   int num_points_ = 0;
   std::int32_t padded_width_ = 0;
+  int limited_outside_ = -1;  ///< points outside the rows that the limits are for
   float best_;
   float floor_;
   float threshold_ = 0.0F;

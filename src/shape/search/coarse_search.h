@@ -57,7 +57,7 @@ struct CoarseBuffers {
   std::vector<Hit> sorted;
   std::vector<Pose> poses;
   std::vector<CoarseHit> row_hits;
-  std::vector<std::int16_t> limits;
+  std::vector<std::uint8_t> limits;
   std::vector<std::int16_t> outside_columns;
   std::vector<std::int16_t> outside_rows;
   std::vector<std::int16_t> reaches;
