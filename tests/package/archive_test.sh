@@ -11,6 +11,7 @@ rm -rf "$SCRATCH"
 mkdir -p "$SCRATCH"
 
 headers() {
+  printf 'include/orvandel/%s\n' orvandel.h orvandel.hpp
   printf 'include/orvandel/classic/%s.h\n' checked_contour_file crawler ctd edge_record export imgutil_i line_extracter \
     line_segment mvtools_i patt_verify qrsis sub_canny
 }

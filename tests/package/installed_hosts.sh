@@ -28,9 +28,13 @@ check_relocatable() {  # check_relocatable FOLDER...
   done
 }
 
-# Every header by itself, as a host that takes no warnings and knows no more than C++14.
+# Every header by itself, as a host that takes no warnings and knows no more than C++14, C++17 or C99.
 check_headers() {
   local header
+  "$CXX" -std=c++17 "${strictly[@]:1}" -fsyntax-only -I"$prefix/include" -x c++ - <<<'#include <orvandel/orvandel.hpp>' ||
+    { echo "a host cannot include orvandel.hpp"; return 1; }
+  "$CC" -std=c99 "${strictly[@]:1}" -fsyntax-only -I"$prefix/include" -x c - <<<'#include <orvandel/orvandel.h>' ||
+    { echo "a host in C cannot include orvandel.h"; return 1; }
   for header in "$prefix"/include/orvandel/classic/*.h; do
     "$CXX" "${strictly[@]}" -fsyntax-only -I"$prefix/include" -x c++ - \
       <<<"#include <orvandel/classic/$(basename "$header")>" || { echo "a host cannot include $header"; return 1; }
