@@ -31,16 +31,16 @@ static_assert(offsetof(EdgePoint, strength) == offsetof(orv_edge_point, strength
 orv_edge_options DefaultOptions() {
   orv_edge_options options = {};
   options.struct_size = sizeof options;
-  options.least_strength = double{orvandel::shape::edges::kUsualLeastStrength};
+  options.least_strength = static_cast<double>(orvandel::shape::edges::kUsualLeastStrength);
   return options;
 }
 
 /// The smallest float that is not below; the largest one for what lies beyond all floats.
 float RoundedUp(double value) {
   constexpr float kLargest = std::numeric_limits<float>::max();
-  if (value >= double{kLargest}) return kLargest;
+  if (value >= static_cast<double>(kLargest)) return kLargest;
   const auto rounded = static_cast<float>(value);
-  return double{rounded} < value ? std::nextafter(rounded, INFINITY) : rounded;
+  return static_cast<double>(rounded) < value ? std::nextafter(rounded, INFINITY) : rounded;
 }
 
 }  // namespace

@@ -56,8 +56,8 @@ EdgeErrors ErrorsOfStraightEdges(const Profile& profile, double dark, double bri
       DetectEdgePoints(image.View(), least_strength, workspace, points);
       EXPECT_GE(points.All().size(), 17U) << "angle " << edge.angle;
       for (const shape::edges::EdgePoint& p : points.All()) {
-        errors.position.Add(edge.Signed(p.x, p.y));
-        errors.direction.Add(std::remainder(double{p.direction} - edge.angle, kTwoPi));
+        errors.position.Add(edge.Signed(static_cast<double>(p.x), static_cast<double>(p.y)));
+        errors.direction.Add(std::remainder(static_cast<double>(p.direction) - edge.angle, kTwoPi));
       }
     }
   }
@@ -162,11 +162,11 @@ TEST(EdgePrecision, DiscsHaveTheirRadius) {
     Errors position;
     Errors direction;
     for (const shape::edges::EdgePoint& p : points.All()) {
-      const double dx = double{p.x} - centre_x;
-      const double dy = double{p.y} - centre_y;
+      const double dx = static_cast<double>(p.x) - centre_x;
+      const double dy = static_cast<double>(p.y) - centre_y;
       position.Add(std::hypot(dx, dy) - radius);
       // The disc is dark, so that gradients point outwards.
-      direction.Add(std::remainder(double{p.direction} - std::atan2(dy, dx), kTwoPi));
+      direction.Add(std::remainder(static_cast<double>(p.direction) - std::atan2(dy, dx), kTwoPi));
     }
     EXPECT_LT(position.Rms(), 0.02);  // smoothing draws an arc inwards by about 0.3 / radius
     EXPECT_LT(Degrees(direction.Rms()), 1.0);
