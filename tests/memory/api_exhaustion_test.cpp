@@ -61,8 +61,10 @@ TEST_F(ApiExhaustion, EdgesAreFoundOrMemoryIsShort) {
 }
 
 TEST_F(ApiExhaustion, APatternIsLearntOrMemoryIsShort) {
-  // Every seventh of many allocations, which meets each stage.
-  for (long index = 0;; index += 7) {
+  // What the library keeps for the whole process is there from now on.
+  ASSERT_GT(Pattern::Learn(PatternImage()).NumEdgePoints(), 0);
+  // Of thousands of allocations, fewer and fewer: each stage is met.
+  for (long index = 0;; index += 1 + index / 8) {
     SCOPED_TRACE(index);
     const long before = NumLiveBlocks();
     orv_pattern* pattern = nullptr;
@@ -85,7 +87,7 @@ TEST_F(ApiExhaustion, ASceneIsSearchedOrMemoryIsShort) {
   const Pattern pattern = Pattern::Learn(PatternImage());
   const Result expected = Find(pattern, Scene(), AtFixedScale());
   ASSERT_EQ(expected.size(), 1U);
-  for (long index = 0;; index += 7) {
+  for (long index = 0;; index += 1 + index / 8) {
     SCOPED_TRACE(index);
     bool is_short = false;
     bool has_failed = false;
