@@ -44,7 +44,8 @@ struct PointArrays {
   std::int32_t count = 0;     ///< points
   std::int32_t capacity = 0;  ///< points that there is room for
 
-  /// Room for `num_points` zeros, all of them counted, 32 bits at most; false when memory cannot be had, with nothing kept.
+  /// Room for `num_points` zeros, all of them counted, 32 bits at most; false when memory cannot be had,
+  /// and then there is room for none.
   bool AllocateZeros(std::int64_t num_points);
   /// The same without a content.
   bool AllocateUnset(std::int64_t num_points);

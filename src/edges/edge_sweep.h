@@ -12,8 +12,8 @@
 
 namespace orvandel {
 
-/// One pass over the rows of an image, from grey values to edge points, with only the last few rows of
-/// every intermediate kept: 3 x 3 box smoothing, gradient from the four diagonal neighbours, threshold,
+/// One pass over the rows of an image, from grey values to edge points, which holds only the last few rows
+/// of every intermediate: 3 x 3 box smoothing, gradient from the four diagonal neighbours, threshold,
 /// and non-maximum suppression across the edge.
 ///
 /// A row of edges is ready once the image has been read three rows further, so the caller may write it

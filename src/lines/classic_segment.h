@@ -7,6 +7,6 @@ namespace orvandel {
 
 /// A segment as hosts hold it, and back; the classic one has a spare number besides, which is 0.
 CLineSegment ClassicSegmentOf(const LineSegment& segment);
-LineSegment SegmentOf(const CLineSegment& segment);
+LineSegment SegmentOf(const CLineSegment& classic);
 
 }  // namespace orvandel

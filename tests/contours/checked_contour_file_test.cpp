@@ -118,7 +118,7 @@ TEST(CheckedContourFile, GoodFilesGiveTheSetOfTheTrustingReader) {
   ExpectSameAsTrustingReader(sorted, folder);
 }
 
-TEST(CheckedContourFile, ContoursOfPicturesAreGood) {
+TEST(CheckedContourFile, ContoursOfImagesAreGood) {
   const ScratchFolder folder;
   UniformRandom random(7);
   for (int run = 0; run < 20; ++run) {

@@ -71,12 +71,12 @@ TEST(ContourDrawing, PointsAreDisplacedBeforeTheyAreTruncated) {
   EXPECT_EQ(Draw(OnePoint(1.75, 2.75, 0), 10, 8, 0.5, 2.25, 0).points, (Pixels{{2, 5}}));
 }
 
-TEST(ContourDrawing, PositionsJustBelowZeroTruncateIntoThePicture) {
+TEST(ContourDrawing, PositionsJustBelowZeroTruncateIntoTheImage) {
   EXPECT_EQ(Draw(OnePoint(0.25, 0.5, 0), 10, 8, -1, -1, 0).points, (Pixels{{0, 0}}));
   EXPECT_TRUE(Draw(OnePoint(0.25, 0.5, 0), 10, 8, -1.25, 0, 0).points.empty());
 }
 
-TEST(ContourDrawing, PointsOutsideThePictureAreLeftOut) {
+TEST(ContourDrawing, PointsOutsideTheImageAreLeftOut) {
   const double nan = std::nan("");
   const double inf = std::numeric_limits<double>::infinity();
   const ContourHandle set =
@@ -134,7 +134,7 @@ TEST(ContourDrawing, MarksAreDrawnOverEarlierPoints) {
   EXPECT_EQ(drawing.marks, RowPixels(20, 1, 14));
 }
 
-TEST(ContourDrawing, AMarkEndsWhereTheUndisplacedPositionLeavesThePicture) {
+TEST(ContourDrawing, AMarkEndsWhereTheUndisplacedPositionLeavesTheImage) {
   // 16.5, 17.5, 18.5, 19.5 lie inside a width of 20 and are drawn 5 further left; from 20.5 on
   // nothing is, though it would be visible.
   const DrawnPixels right = Draw(OnePoint(15.5, 10.5, 0), 20, 20, -5, 0, kMark);
@@ -154,7 +154,7 @@ TEST(ContourDrawing, TheSameGoesForTheRows) {
   EXPECT_EQ(down.marks, (Pixels{{10, 13}, {10, 14}, {10, 15}}));
 }
 
-TEST(ContourDrawing, AMarkInsideThatIsDisplacedOutOfThePictureIsHarmless) {
+TEST(ContourDrawing, AMarkInsideThatIsDisplacedOutOfTheImageIsHarmless) {
   const DrawnPixels drawing = Draw(OnePoint(10.5, 10.5, 0), 20, 20, 8, 0, kMark);
   EXPECT_EQ(drawing.points, (Pixels{{18, 10}}));
   EXPECT_EQ(drawing.marks, (Pixels{{19, 10}}));

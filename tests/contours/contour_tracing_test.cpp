@@ -154,7 +154,7 @@ TEST(ContourTracing, TheFirstSearchLooksEverywhereButUpRight) {
   }
 }
 
-TEST(ContourTracing, NeighboursOutsideThePictureCountAsBlank) {
+TEST(ContourTracing, NeighboursOutsideTheImageCountAsBlank) {
   EXPECT_EQ(Trace({"#"}).chains.size(), 0u);
   EXPECT_EQ(Trace({"####"}).chains.size(), 0u);
   EXPECT_EQ(Trace({"#", "#", "#"}).chains.size(), 0u);
@@ -171,7 +171,7 @@ TEST(ContourTracing, ADenseMapIsFollowedWhole) {
     const Grid full(static_cast<std::size_t>(height),
                     std::vector<int>(static_cast<std::size_t>(width), 255));
     Grid map = full;
-    const std::vector<TestContour> expected = PlainTrace(map, nullptr, 1, kAnySize);
+    const std::vector<TestContour> expected = ReferenceTrace(map, nullptr, 1, kAnySize);
     const ImagePtr image = ImageOf(full);
     const ContourSet owner = TraceContours(RowsOf(*image), nullptr, 1, kAnySize);
     const ContourSetView contours = owner.View();

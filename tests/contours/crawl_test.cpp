@@ -108,7 +108,7 @@ TEST(Crawl, NoImageGives13AndChangesNothing) {
   ExpectUnchanged(set);
 }
 
-TEST(Crawl, Pictures65536PixelsLongGive13AndChangeNothing) {
+TEST(Crawl, Images65536PixelsLongGive13AndChangeNothing) {
   const ContourHandle set = CrawledSet();
   const ImagePtr wide = MakeImage(65536, 3, [](int x, int) { return x < 4 ? 255 : 0; });
   EXPECT_EQ(ctd_crawl(set.get(), wide.get(), 20, 1, 9), 13);
@@ -120,7 +120,7 @@ TEST(Crawl, Pictures65536PixelsLongGive13AndChangeNothing) {
   EXPECT_EQ(tall->row[1][1], 255);
 }
 
-TEST(Crawl, Pictures65535PixelsLongAreFollowedToTheirEnd) {
+TEST(Crawl, Images65535PixelsLongAreFollowedToTheirEnd) {
   const ContourHandle set = MakeEmptySet();
   const ImagePtr wide =
       MakeImage(65535, 3, [](int x, int y) { return y == 1 && x >= 65500 ? 255 : 0; });

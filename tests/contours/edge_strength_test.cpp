@@ -6,7 +6,7 @@
 
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/sub_canny.h"
-#include "tests/contours/plain_edge_strength.h"
+#include "tests/contours/reference_edge_strength.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/image_patterns.h"
 
@@ -46,7 +46,7 @@ class StripOfSteps {
 };
 
 void ExpectPeaks(const Grid& image, int least, int most) {
-  const PlainPeaks peaks = PlainFindPeaks(PlainMagnitudes(image));
+  const ReferencePeaks peaks = ReferenceFindPeaks(ReferenceMagnitudes(image));
   EXPECT_EQ(peaks.least, least);
   EXPECT_EQ(peaks.most, most);
 }
@@ -147,14 +147,14 @@ TEST(EdgeStrength, BuildsTheTablesByItself) {
   EXPECT_EQ(Proposal(StripOfSteps(20, 85).Image()), 8);
 }
 
-TEST(EdgeStrengthTwin, EverySmallSize) {
+TEST(EdgeStrengthReference, EverySmallSize) {
   constexpr unsigned kSeed = 91;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
   for (int height = 1; height <= 12; ++height) {
     for (int width = 1; width <= 12; ++width) {
       for (const NamedGrid& pattern : ImagePatterns(width, height, random))
-        ASSERT_EQ(Proposal(pattern.grid), PlainEdgeStrength(pattern.grid)) << pattern;
+        ASSERT_EQ(Proposal(pattern.grid), ReferenceEdgeStrength(pattern.grid)) << pattern;
     }
   }
 }
@@ -177,15 +177,15 @@ Grid RandomSteps(UniformRandom& random) {
   return along_x ? image : Transposed(image);
 }
 
-TEST(EdgeStrengthTwin, ImagesOfManyProposals) {
+TEST(EdgeStrengthReference, ImagesOfManyProposals) {
   constexpr unsigned kSeed = 92;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
   std::set<int> proposals;
   for (int i = 0; i < 400; ++i) {
     const Grid image = RandomSteps(random);
-    ASSERT_EQ(Proposal(image), PlainEdgeStrength(image)) << i;
-    proposals.insert(PlainEdgeStrength(image));
+    ASSERT_EQ(Proposal(image), ReferenceEdgeStrength(image)) << i;
+    proposals.insert(ReferenceEdgeStrength(image));
   }
   EXPECT_GT(proposals.size(), 8u) << "the images no longer tell formulations apart";
 }

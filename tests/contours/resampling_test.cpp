@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/ctd.h"
-#include "tests/contours/plain_resampling.h"
+#include "tests/contours/reference_resampling.h"
 #include "tests/support/contour_sets.h"
 
 namespace orvandel::test {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/ctd.h"
-#include "tests/contours/plain_smoothing.h"
+#include "tests/contours/reference_smoothing.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/image_patterns.h"
 
@@ -139,8 +139,8 @@ TEST(Smoothing, EveryContourOfTheSetMatchesThePlainMeanBitForBit) {
     ctd_sort(set.get(), i % 2);  // contours are found through their records
     std::vector<std::vector<double>> expected_x, expected_y;
     for (int c = 0; c < ctd_contour_count(set.get()); ++c) {
-      expected_x.push_back(PlainSmoothed(Xs(set, c)));
-      expected_y.push_back(PlainSmoothed(Ys(set, c)));
+      expected_x.push_back(ReferenceSmoothed(Xs(set, c)));
+      expected_y.push_back(ReferenceSmoothed(Ys(set, c)));
     }
     ctd_average(set.get());
     for (int c = 0; c < ctd_contour_count(set.get()); ++c) {

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "contours/contour_tracing.h"
-#include "tests/contours/plain_crawl.h"
+#include "tests/contours/reference_crawl.h"
 #include "tests/contours/traced_values.h"
 
 namespace orvandel::test {

@@ -120,7 +120,7 @@ TEST_P(EdgeCandidatesTest, VerticalSumsAreHalvedTowardZeroTwice) {
 }
 
 TEST_P(EdgeCandidatesTest, HorizontalSumsAreHalvedTowardZeroTwice) {
-  // The same turned: dark above, bright below, and the sum across is -3.
+  // The same rotated: dark above, bright below, and the sum across is -3.
   Grid step = Painted(8, 12, [](int, int y) { return y < 6 ? 0 : 99; });
   At(step, 1, 8) += 27;  // raises the lower left neighbour of (3, 6)
   EXPECT_EQ(Find(step, 1).At(3, 6)->direction, 192);

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/edges/plain_sub_canny.h"
+#include "tests/edges/reference_sub_canny.h"
 
 namespace orvandel::test {
 namespace {
@@ -57,7 +57,7 @@ TEST(DirectionTable, LengthDoesNotMatter) {
 TEST(DirectionTable, EveryEntryIsItsFormula) {
   for (int gy = -127; gy <= 127; ++gy) {
     for (int gx = -127; gx <= 127; ++gx)
-      ASSERT_EQ(DirectionCode(gx, gy), PlainDirectionCode(gx, gy)) << gx << ' ' << gy;
+      ASSERT_EQ(DirectionCode(gx, gy), ReferenceDirectionCode(gx, gy)) << gx << ' ' << gy;
   }
 }
 
@@ -86,7 +86,7 @@ TEST(MagnitudeTable, TheFactorIsADoubleJustBelowSevenTenths) {
 TEST(MagnitudeTable, EveryEntryIsItsFormula) {
   for (int a = 0; a <= 255; ++a) {
     for (int b = 0; b <= 255; ++b)
-      ASSERT_EQ(Magnitude(a, b), PlainMagnitude(a, b)) << a << ' ' << b;
+      ASSERT_EQ(Magnitude(a, b), ReferenceMagnitude(a, b)) << a << ' ' << b;
   }
 }
 
@@ -104,7 +104,7 @@ TEST(SignedMagnitudeTable, ValuesByHandInAllQuadrants) {
 TEST(SignedMagnitudeTable, EveryEntryIsItsFormula) {
   for (int gy = -255; gy <= 255; ++gy) {
     for (int gx = -255; gx <= 255; ++gx)
-      ASSERT_EQ(SignedMagnitude(gx, gy), PlainMagnitude(gx, gy)) << gx << ' ' << gy;
+      ASSERT_EQ(SignedMagnitude(gx, gy), ReferenceMagnitude(gx, gy)) << gx << ' ' << gy;
   }
 }
 

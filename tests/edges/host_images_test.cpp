@@ -6,7 +6,7 @@
 
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/sub_canny.h"
-#include "tests/edges/plain_sub_canny.h"
+#include "tests/edges/reference_sub_canny.h"
 #include "tests/support/image_patterns.h"
 
 // Images that a host lays over its own pixels: rows in any order, with foreign bytes between them.
@@ -59,7 +59,8 @@ TEST(HostImages, AreReadAndWrittenThroughTheirRowsOnly) {
         ASSERT_EQ(edges.SetSize(width, height), 0);
         EXPECT_EQ(SubCanny(&host.image(), 4, &edges), 0);
         const Grid expected =
-            height < 5 ? pattern.grid : PlainEdgeMap(width, height, PlainSubCanny(pattern.grid, 4));
+            height < 5 ? pattern.grid
+                       : ReferenceEdgeMap(width, height, ReferenceSubCanny(pattern.grid, 4));
         EXPECT_EQ(GridOf(host.image()), expected) << pattern;
         EXPECT_TRUE(host.ForeignBytesAreWhole()) << pattern;
       }
@@ -79,7 +80,7 @@ TEST(HostImages, RowsMayBeBlocksOfTheirOwn) {
   CEdgeImgComplement edges;
   ASSERT_EQ(edges.SetSize(17, 9), 0);
   EXPECT_EQ(SubCanny(&image, 4, &edges), 0);
-  EXPECT_EQ(GridOf(image), PlainEdgeMap(17, 9, PlainSubCanny(step, 4)));
+  EXPECT_EQ(GridOf(image), ReferenceEdgeMap(17, 9, ReferenceSubCanny(step, 4)));
 }
 
 TEST(HostImages, MayBeTheHeadOfALargerRecord) {
@@ -93,7 +94,7 @@ TEST(HostImages, MayBeTheHeadOfALargerRecord) {
   CEdgeImgComplement edges;
   ASSERT_EQ(edges.SetSize(17, 9), 0);
   EXPECT_EQ(SubCanny(&frame.head, 4, &edges), 0);
-  EXPECT_EQ(GridOf(frame.head), PlainEdgeMap(17, 9, PlainSubCanny(step, 4)));
+  EXPECT_EQ(GridOf(frame.head), ReferenceEdgeMap(17, 9, ReferenceSubCanny(step, 4)));
   EXPECT_EQ(frame.time_stamp, 0x0123456789ABCDEFu);
 }
 

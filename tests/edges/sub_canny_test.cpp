@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/edge_record.h"
-#include "tests/edges/plain_sub_canny.h"
+#include "tests/edges/reference_sub_canny.h"
 #include "tests/support/image_patterns.h"
 
 namespace orvandel::test {
@@ -186,7 +186,7 @@ TEST(SubCanny, SeveralThreadsMayDetectAtOnceWithDifferentThresholds) {
   std::vector<std::thread> threads;
   for (std::size_t i = 0; i < thresholds.size(); ++i) {
     threads.emplace_back([&, i] {
-      const Grid expected = PlainEdgeMap(90, 60, PlainSubCanny(scene, thresholds[i]));
+      const Grid expected = ReferenceEdgeMap(90, 60, ReferenceSubCanny(scene, thresholds[i]));
       for (int run = 0; run < 30; ++run) {
         const ImagePtr image = ImageOf(scene);
         CEdgeImgComplement edges;

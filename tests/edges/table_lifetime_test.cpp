@@ -7,7 +7,7 @@
 #include "edges/gradient_tables.h"
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/sub_canny.h"
-#include "tests/edges/plain_sub_canny.h"
+#include "tests/edges/reference_sub_canny.h"
 #include "tests/support/image_patterns.h"
 
 namespace orvandel::test {
@@ -69,7 +69,7 @@ TEST(TableLifetime, DetectionBuildsTheTablesAgainByItself) {
   CEdgeImgComplement edges;
   ASSERT_EQ(edges.SetSize(12, 9), 0);
   SubCanny(image.get(), 10, &edges);
-  EXPECT_EQ(GridOf(*image), PlainEdgeMap(12, 9, PlainSubCanny(step, 10)));
+  EXPECT_EQ(GridOf(*image), ReferenceEdgeMap(12, 9, ReferenceSubCanny(step, 10)));
   EXPECT_EQ(edges.count, 2 * 5);  // two columns beside the step, rows 2 to 6
 }
 
@@ -78,7 +78,7 @@ TEST(TableLifetime, TheFirstUseMayBeRacedBySeveralThreads) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
   const Grid scene = Blobs(60, 40, random);
-  const Grid expected = PlainEdgeMap(60, 40, PlainSubCanny(scene, 8));
+  const Grid expected = ReferenceEdgeMap(60, 40, ReferenceSubCanny(scene, 8));
 
   for (int round = 0; round < 20; ++round) {
     DeleteSubCannyTable();

@@ -21,7 +21,7 @@ inline void AppendStraight(TestContour& contour, int count, double from_x, doubl
     contour.points.push_back({from_x + i * step_x, from_y + i * step_y});
 }
 
-/// An open contour along y = `y` from x = 0 on, one pixel a point, with edge direction g.
+/// An open contour along y = `y` from x = 0 on, one pixel a point, with gradient direction g.
 inline TestContour HorizontalContour(int count, double y, double g = kQuarterTurn) {
   TestContour contour;
   AppendStraight(contour, count, 0, y, 1, 0);
@@ -41,7 +41,7 @@ inline void SetAllFlags(TestContour& contour, std::uint32_t flag) {
 }
 
 /// An extracter for which every contour is too short to be marked, so that a test decides by its
-/// flags where the straight stretches are. Pieces up to 1000 pixels apart are joined.
+/// flags where the straight ranges are. Pieces up to 1000 pixels apart are joined.
 inline CLineExtracter ExtracterThatKeepsFlags() {
   CLineExtracter extracter;
   extracter.neighbour_offset = 1000;

@@ -9,7 +9,7 @@
 
 namespace orvandel::test {
 
-/// A contour as images give them, and odder: straight stretches, arcs and sharp corners, about one
+/// A contour as images give them, and odder: straight ranges, arcs and sharp corners, about one
 /// pixel a point, with noise; often closed on itself, often with old flags.
 class RandomContour {
  public:
@@ -22,15 +22,15 @@ class RandomContour {
     noise_ = random_.OneIn(3) ? 0 : random_.Real(0, 0.3);
     edge_side_ = random_.OneIn(2) ? kQuarterTurn : -kQuarterTurn;
     contour_.closed = random_.OneIn(2);
-    const int num_stretches = random_.Integer(0, 6);
-    for (int i = 0; i < num_stretches; ++i)
-      AddStretch();
+    const int num_ranges = random_.Integer(0, 6);
+    for (int i = 0; i < num_ranges; ++i)
+      AddRange();
     if (contour_.closed && random_.OneIn(2)) AddReturnToStart();
     return contour_;
   }
 
  private:
-  void AddStretch() {
+  void AddRange() {
     heading_ += random_.OneIn(3) ? random_.Real(-2, 2) : random_.Real(-0.05, 0.05);
     const double turn_per_point = random_.OneIn(2) ? 0 : random_.Real(-0.2, 0.2);
     const int count = random_.Integer(1, 40);
@@ -51,8 +51,8 @@ class RandomContour {
     contour_.points.push_back(point);
   }
 
-  /// Walks back along the heading of the contour's first points, so that the seam lies on a
-  /// straight stretch.
+  /// Goes back along the heading of the contour's first points, so that the seam lies on a
+  /// straight range.
   void AddReturnToStart() {
     if (contour_.points.size() < 12) return;
     const TestPoint first = contour_.points.front();

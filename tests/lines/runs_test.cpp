@@ -12,39 +12,39 @@
 namespace orvandel::test {
 namespace {
 
-struct Stretch {
+struct Range {
   double first;  ///< x of the segment's first point, which is its index
   double end;    ///< x of its end point
   int num_points;
-  bool operator==(const Stretch&) const = default;
+  bool operator==(const Range&) const = default;
 };
 
-void PrintTo(const Stretch& s, std::ostream* stream) {
+void PrintTo(const Range& s, std::ostream* stream) {
   *stream << "points " << s.first << ".." << s.end << ", count " << s.num_points;
 }
 
 /// Segments of a contour along y = 0 with point i at x = i and these flags, most points first.
-std::vector<Stretch> StretchesOf(const std::vector<std::uint32_t>& flags, bool closed = false) {
+std::vector<Range> RangesOf(const std::vector<std::uint32_t>& flags, bool closed = false) {
   TestContour contour = HorizontalContour(static_cast<int>(flags.size()), 0);
   contour.closed = closed;
   SetFlags(contour, flags);
   const ContourHandle set = MakeSet({contour});
   CLineExtracter extracter = ExtracterThatKeepsFlags();
   extracter.Extract(set.get());
-  std::vector<Stretch> stretches;
+  std::vector<Range> ranges;
   for (const CLineSegment& s : extracter.segments)
-    stretches.push_back({s.start_x, s.end_x, s.num_points});
-  return stretches;
+    ranges.push_back({s.start_x, s.end_x, s.num_points});
+  return ranges;
 }
 
-using Stretches = std::vector<Stretch>;
+using Ranges = std::vector<Range>;
 
 TEST(Runs, FivePointsBeforeAZeroFlagAreDropped) {
-  EXPECT_EQ(StretchesOf({0, 1, 1, 1, 1, 1, 0, 0}), Stretches());
+  EXPECT_EQ(RangesOf({0, 1, 1, 1, 1, 1, 0, 0}), Ranges());
 }
 
 TEST(Runs, SixPointsBeforeAZeroFlagAreKept) {
-  EXPECT_EQ(StretchesOf({0, 1, 1, 1, 1, 1, 1, 0, 0}), (Stretches{{1, 6, 5}}));
+  EXPECT_EQ(RangesOf({0, 1, 1, 1, 1, 1, 1, 0, 0}), (Ranges{{1, 6, 5}}));
 }
 
 TEST(Runs, CountMustExceedMinPoints) {
@@ -59,50 +59,50 @@ TEST(Runs, CountMustExceedMinPoints) {
 }
 
 TEST(Runs, RunThatReachesTheEndStopsBeforeTheLastPoint) {
-  EXPECT_EQ(StretchesOf({1, 1, 1, 1, 1, 1, 1, 1, 1, 1}), (Stretches{{0, 8, 8}}));
-  EXPECT_EQ(StretchesOf({0, 0, 1, 1, 1, 1, 1, 1, 1, 1}), (Stretches{{2, 8, 6}}));
+  EXPECT_EQ(RangesOf({1, 1, 1, 1, 1, 1, 1, 1, 1, 1}), (Ranges{{0, 8, 8}}));
+  EXPECT_EQ(RangesOf({0, 0, 1, 1, 1, 1, 1, 1, 1, 1}), (Ranges{{2, 8, 6}}));
 }
 
 TEST(Runs, LastPointNeedNotBeFlaggedForThat) {
   // A zero at the very last point ends the run in the same place.
-  EXPECT_EQ(StretchesOf({0, 0, 1, 1, 1, 1, 1, 1, 1, 0}), (Stretches{{2, 8, 6}}));
+  EXPECT_EQ(RangesOf({0, 0, 1, 1, 1, 1, 1, 1, 1, 0}), (Ranges{{2, 8, 6}}));
 }
 
 TEST(Runs, SixOrSevenPointsInAllAreTheShortestContours) {
-  EXPECT_EQ(StretchesOf(std::vector<std::uint32_t>(6, 1)), Stretches());  // 0..4, 4 points
-  EXPECT_EQ(StretchesOf(std::vector<std::uint32_t>(7, 1)), (Stretches{{0, 5, 5}}));
+  EXPECT_EQ(RangesOf(std::vector<std::uint32_t>(6, 1)), Ranges());  // 0..4, 4 points
+  EXPECT_EQ(RangesOf(std::vector<std::uint32_t>(7, 1)), (Ranges{{0, 5, 5}}));
 }
 
 TEST(Runs, TinyContoursGiveNothing) {
   for (std::size_t size = 0; size < 6; ++size)
-    EXPECT_EQ(StretchesOf(std::vector<std::uint32_t>(size, 1)), Stretches()) << size;
+    EXPECT_EQ(RangesOf(std::vector<std::uint32_t>(size, 1)), Ranges()) << size;
 }
 
 TEST(Runs, OnlyTheFlagOneStartsARun) {
   // Index:            0  1  2           3  4  5  6  7  8  9 10 11
-  EXPECT_EQ(StretchesOf({2, 3, 0xFFFFFFFFU, 1, 1, 1, 1, 1, 1, 1, 0, 0}), (Stretches{{3, 9, 6}}));
-  EXPECT_EQ(StretchesOf(std::vector<std::uint32_t>(20, 2)), Stretches());
+  EXPECT_EQ(RangesOf({2, 3, 0xFFFFFFFFU, 1, 1, 1, 1, 1, 1, 1, 0, 0}), (Ranges{{3, 9, 6}}));
+  EXPECT_EQ(RangesOf(std::vector<std::uint32_t>(20, 2)), Ranges());
 }
 
 TEST(Runs, AnyNonZeroFlagContinuesARun) {
-  EXPECT_EQ(StretchesOf({1, 2, 3, 0x80000000U, 0xFFFFFFFFU, 256, 7, 0, 0}), (Stretches{{0, 6, 6}}));
+  EXPECT_EQ(RangesOf({1, 2, 3, 0x80000000U, 0xFFFFFFFFU, 256, 7, 0, 0}), (Ranges{{0, 6, 6}}));
 }
 
 TEST(Runs, ScanGoesOnBehindTheZeroFlag) {
-  EXPECT_EQ(StretchesOf({1, 1, 1, 1, 1, 1, 1, 0, 1, 1, 1, 1, 1, 1, 0}),
-            (Stretches{{0, 6, 6}, {8, 13, 5}}));
+  EXPECT_EQ(RangesOf({1, 1, 1, 1, 1, 1, 1, 0, 1, 1, 1, 1, 1, 1, 0}),
+            (Ranges{{0, 6, 6}, {8, 13, 5}}));
 }
 
 TEST(Runs, DroppedRunDoesNotStopTheScan) {
-  EXPECT_EQ(StretchesOf({1, 1, 1, 0, 1, 0, 1, 1, 1, 1, 1, 1, 0}), (Stretches{{6, 11, 5}}));
+  EXPECT_EQ(RangesOf({1, 1, 1, 0, 1, 0, 1, 1, 1, 1, 1, 1, 0}), (Ranges{{6, 11, 5}}));
 }
 
 TEST(Runs, FlaggedLastPointAloneGivesNothing) {
-  EXPECT_EQ(StretchesOf({1, 1, 1, 1, 1, 1, 1, 0, 0, 1}), (Stretches{{0, 6, 6}}));
+  EXPECT_EQ(RangesOf({1, 1, 1, 1, 1, 1, 1, 0, 0, 1}), (Ranges{{0, 6, 6}}));
 }
 
 TEST(Runs, ClosedContourIsCutAtItsSeamToo) {
-  EXPECT_EQ(StretchesOf(std::vector<std::uint32_t>(20, 1), true), (Stretches{{0, 18, 18}}));
+  EXPECT_EQ(RangesOf(std::vector<std::uint32_t>(20, 1), true), (Ranges{{0, 18, 18}}));
 }
 
 TEST(Runs, ContourOfSixPointsKeepsItsFlagsUnderTheDefaults) {

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/lines/contour_shapes.h"
-#include "tests/lines/plain_segment_sort.h"
+#include "tests/lines/reference_segment_sort.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {
@@ -54,7 +54,7 @@ std::vector<CLineSegment> SegmentsBeforeSorting(const std::vector<int>& counts) 
 
 std::vector<Found> OrderByMergeSort(const std::vector<int>& counts) {
   std::vector<CLineSegment> segments = SegmentsBeforeSorting(counts);
-  PlainSegmentSort(segments);
+  ReferenceSegmentSort(segments);
   return FoundIn(segments);
 }
 

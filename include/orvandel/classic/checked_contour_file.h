@@ -21,7 +21,7 @@ enum class ContourFileFault {
   kSpread,       ///< a contour further from point to point than `kMostPixelsPerPoint`
 };
 
-/// Pixels. Pictures end at 65535; the rest is for hosts that move contours about.
+/// Pixels. Images end at 65535; the rest is for hosts that move contours about.
 constexpr double kLargestContourCoordinate = 1e6;
 
 /// Radians. The stages bring a direction between 0 and two pi by single turns.
@@ -43,8 +43,8 @@ struct ContourFileError {
 /// As `ctd_load`, for a file that may be damaged or made to do harm. Counts and length are checked
 /// before memory is asked for, so that a file cannot ask for more than it holds, and the contents
 /// before the set is touched. What is accepted every operation on contours takes, in time and
-/// memory in proportion to the file (but `ctd_save_img` makes a picture as large as the largest
-/// coordinates). Every file that `ctd_save` wrote of contours found in a picture is accepted.
+/// memory in proportion to the file (but `ctd_save_img` makes an image as large as the largest
+/// coordinates). Every file that `ctd_save` wrote of contours found in an image is accepted.
 ///
 /// @param handle  a `ctd_` handle. Its contours are replaced when the file is accepted; after an
 ///                error it is as it was.

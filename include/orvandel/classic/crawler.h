@@ -29,8 +29,8 @@ class ORVANDEL_API CCrawler {
   CEdgeImgComplement* edgeIm;  ///< sub-pixel edge record, made by the first crawl; owned
   double* x;                   ///< x of every point, pixels; owned, as the four below
   double* y;                   ///< y of every point, pixels, downwards
-  double* g;         ///< edge direction, radians: the vector (cos g, -sin g); 0 where unknown
-  std::uint32_t* f;  ///< flags: 0 = active; line extraction writes 1 on straight stretches
+  double* g;         ///< gradient direction, radians: the vector (cos g, -sin g); 0 where unknown
+  std::uint32_t* f;  ///< flags: 0 = active; line extraction writes 1 on straight ranges
   ContourRecord* contours;        ///< one record a contour
   std::int32_t edge_threshold;    ///< threshold of the last crawl
   std::int32_t contour_count;     ///< number of contours

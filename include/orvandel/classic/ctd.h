@@ -64,8 +64,8 @@ ORVANDEL_API int ctd_active_point_count(void* handle);
 /// Replaces the set's contours by those of an image: edge points from `SubCanny`, followed through
 /// their 8-neighbours from both ends of each chain.
 ///
-/// @param image           8-bit grey, below 65536 pixels each way. Overwritten: it ends as an edge map
-///                        without the edge pixels that were followed.
+/// @param image           8-bit grey, below 65536 pixels each way. Overwritten: it ends as an
+///                        edge map without the edge pixels that were followed.
 /// @param edge_threshold  as for `SubCanny`.
 /// @param min_size,max_size  fewest and most points of a contour that is kept.
 /// @return  0, also when memory is short (the contours are then as they were); 13 for an image that
@@ -108,9 +108,9 @@ ORVANDEL_API double ctd_miny(void* handle, double* other);
 ORVANDEL_API void ctd_bbox(void* handle, double* min_x, double* min_y, double* max_x,
                            double* max_y);
 
-// ---- Files and pictures -------------------------------------------------------------------------
+// ---- Files and drawing --------------------------------------------------------------------------
 // Contour files and listings take their path as the C library's fopen does, on Windows in the
-// system's code page; pictures take theirs as the image library does, which is UTF-8 in ours.
+// system's code page; image files take theirs as the image library does, which is UTF-8 in ours.
 
 /// Writes the binary contour file. Returns 0, or 9 when the file cannot be opened or written whole
 /// (a part of it may be left).

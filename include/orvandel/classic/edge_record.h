@@ -27,7 +27,7 @@ class ORVANDEL_API CEdgeImgComplement {
   ///
   /// @param point_x,point_y  position in pixels; truncated toward zero for the cell. Outside the
   ///                         grid nothing is stored.
-  /// @param direction        edge direction in radians.
+  /// @param direction        gradient direction in radians.
   void Store(double point_x, double point_y, double direction);
 
   /// Clears `valid` and stores every point of every contour of a set.
@@ -38,7 +38,7 @@ class ORVANDEL_API CEdgeImgComplement {
 
   double* x;  ///< sub-pixel x; meaningful where `valid` is set
   double* y;  ///< sub-pixel y
-  double* g;  ///< edge direction in radians, [-pi, pi): the vector (cos g, -sin g), y down
+  double* g;  ///< gradient direction in radians, [-pi, pi): the vector (cos g, -sin g), y down
   std::uint8_t* valid;    ///< 1 where a point is stored, else 0
   std::int32_t count;     ///< stores since construction, modulo 2^32; never reset
   std::int32_t width;     ///< pixels

@@ -16,7 +16,7 @@ static_assert(alignof(std::vector<CLineSegment>) == alignof(void*),
 #endif
 
 /// Turns the contours of a set into straight line segments: marks the points that lie on straight
-/// stretches, fits a line through each run of them, and joins the two pieces that meet at the seam
+/// ranges, fits a line through each run of them, and joins the two pieces that meet at the seam
 /// of a closed contour.
 ///
 /// Out of memory surfaces as std::bad_alloc or std::length_error.
@@ -30,7 +30,7 @@ class ORVANDEL_API CLineExtracter {
   /// Replaces the segments by those of a contour set, most points first; among equal counts the one
   /// found later comes first.
   ///
-  /// @param contours  a `ctd_` handle. Its flags are overwritten: 1 on a straight stretch, else 0.
+  /// @param contours  a `ctd_` handle. Its flags are overwritten: 1 on a straight range, else 0.
   /// @return  number of segments.
   int Extract(void* contours);
 
@@ -47,7 +47,7 @@ class ORVANDEL_API CLineExtracter {
   /// @return  0, or 1 when the contour is too short (nothing is written).
   int MarkStraightPoints(const double* x, const double* y, int* f, int n, int closed);
 
-  double max_deviation;           ///< pixels, 0.25; larger accepts rounder stretches
+  double max_deviation;           ///< pixels, 0.25; larger accepts rounder ranges
   std::int32_t neighbour_offset;  ///< points, 3; also the largest gap in pixels that is joined
   double max_fit_error;           ///< pixels RMS, 1.0; runs at or above it are dropped
   std::int32_t min_points;        ///< 4; runs of no more points are dropped

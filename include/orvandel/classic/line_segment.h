@@ -4,7 +4,7 @@
 
 #include "orvandel/classic/export.h"
 
-/// One straight stretch of one contour.
+/// One straight range of one contour.
 ///
 /// A segment joined across the seam of a closed contour carries 0 in `direction`,
 /// `gradient_direction` and `length`; readers accept it as it is.
@@ -24,7 +24,7 @@ class ORVANDEL_API CLineSegment {
   double line_angle;           ///< fitted line: y * cos(angle) - x * sin(angle) = offset; radians
   double line_offset;          ///< pixels
   double direction;            ///< of the segment, radians, [-pi, pi)
-  double gradient_direction;   ///< circular mean of the points' edge directions, radians, [-pi, pi]
+  double gradient_direction;   ///< circular mean over the points, radians, [-pi, pi]
   double spare;                ///< 0
   double length;               ///< from start to end, pixels
   std::int32_t num_points;     ///< points in the line fit; the end point is not among them

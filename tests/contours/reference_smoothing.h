@@ -7,7 +7,7 @@
 namespace orvandel::test {
 
 /// The smoothed coordinates of one contour, along one axis.
-inline std::vector<double> PlainSmoothed(const std::vector<double>& p) {
+inline std::vector<double> ReferenceSmoothed(const std::vector<double>& p) {
   const std::size_t n = p.size();
   if (n <= 5) return p;
   std::vector<double> out(n);

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/ctd.h"
-#include "tests/contours/plain_resampling.h"
+#include "tests/contours/reference_resampling.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/image_patterns.h"
 #include "tests/support/same_bits.h"
@@ -28,13 +28,14 @@ void ExpectSameResampling(const ContourHandle& set) {
   std::vector<std::vector<TestPoint>> expected;
   int num_out = 0;
   for (int i = 0; i < ctd_contour_count(set.get()); ++i) {
-    expected.push_back(PlainResampled(PointsOf(set, i), Fields(set).step, Fields(set).min_dist));
+    expected.push_back(
+        ReferenceResampled(PointsOf(set, i), Fields(set).step, Fields(set).min_dist));
     num_out += static_cast<int>(expected.back().size());
   }
   ASSERT_EQ(ctd_resample(set.get()), 0);
   ASSERT_EQ(ctd_point_count(set.get()), num_out);
   if (num_in > 0) {
-    ASSERT_EQ(Fields(set).point_capacity, PlainCapacity(num_in, num_out));
+    ASSERT_EQ(Fields(set).point_capacity, ReferenceCapacity(num_in, num_out));
   }
   int start = 0;
   for (int i = 0; i < ctd_contour_count(set.get()); ++i) {
@@ -73,10 +74,10 @@ TestContour RandomWalk(int num_points, double stride, UniformRandom& random) {
   return contour;
 }
 
-class ResamplingTwin : public AtEverySimdLevel {};
-ORVANDEL_AT_EVERY_SIMD_LEVEL(ResamplingTwin);
+class ResamplingReference : public AtEverySimdLevel {};
+ORVANDEL_AT_EVERY_SIMD_LEVEL(ResamplingReference);
 
-TEST_P(ResamplingTwin, RandomWalks) {
+TEST_P(ResamplingReference, RandomWalks) {
   constexpr unsigned kSeed = 71;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -97,7 +98,7 @@ TEST_P(ResamplingTwin, RandomWalks) {
   }
 }
 
-TEST_P(ResamplingTwin, AgainAndAgain) {
+TEST_P(ResamplingReference, AgainAndAgain) {
   constexpr unsigned kSeed = 72;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -108,7 +109,7 @@ TEST_P(ResamplingTwin, AgainAndAgain) {
   }
 }
 
-TEST_P(ResamplingTwin, PositionsAndDirectionsOutOfRange) {
+TEST_P(ResamplingReference, PositionsAndDirectionsOutOfRange) {
   constexpr unsigned kSeed = 73;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);

@@ -9,14 +9,14 @@
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/line_extracter.h"
 #include "orvandel/classic/mvtools_i.h"
-#include "tests/lines/plain_segment_sort.h"
+#include "tests/lines/reference_segment_sort.h"
 
 namespace orvandel::test {
 
-/// Line extraction in its plainest form, one point and one step after the other. A
+/// Line extraction in its simplest form, one point and one step after the other. A
 /// `CLineExtracter` gives the parameters only.
 
-struct PlainContour {
+struct ReferenceContour {
   const double* x;
   const double* y;
   const double* g;
@@ -26,7 +26,7 @@ struct PlainContour {
   int index;
 };
 
-inline PlainContour PlainContourOf(void* set, int index) {
+inline ReferenceContour ReferenceContourOf(void* set, int index) {
   return {ctd_contour_xa(set, index),
           ctd_contour_ya(set, index),
           ctd_contour_ga(set, index),
@@ -37,7 +37,7 @@ inline PlainContour PlainContourOf(void* set, int index) {
 }
 
 /// Signed distance of point i from the line through points a and b.
-inline double PlainChordDistance(const double* x, const double* y, int a, int i, int b) {
+inline double ReferenceChordDistance(const double* x, const double* y, int a, int i, int b) {
   const double chord_angle = ArcTan2(-(y[b] - y[a]), x[b] - x[a]);
   const double point_angle = ArcTan2(-(y[b] - y[i]), x[b] - x[i]);
   const double dx = x[b] - x[i];
@@ -45,8 +45,8 @@ inline double PlainChordDistance(const double* x, const double* y, int a, int i,
   return Sin(chord_angle - point_angle) * std::sqrt(dx * dx + dy * dy);
 }
 
-inline int PlainMarkStraightPoints(const CLineExtracter& options, const double* x, const double* y,
-                                   int* f, int n, int closed) {
+inline int ReferenceMarkStraightPoints(const CLineExtracter& options, const double* x,
+                                       const double* y, int* f, int n, int closed) {
   const int k = options.neighbour_offset;
   if (n < 2 * k + 1) return 1;
   const int m = n - 2;
@@ -55,20 +55,20 @@ inline int PlainMarkStraightPoints(const CLineExtracter& options, const double* 
   for (int i = first; i <= last; ++i) {
     const int a = (i - k + m) % m;
     const int b = (i + k) % m;
-    const double d = PlainChordDistance(x, y, a, i, b);
+    const double d = ReferenceChordDistance(x, y, a, i, b);
     f[i] = options.max_deviation > std::abs(d) ? 1 : 0;
   }
   return 0;
 }
 
 /// Points first .. end of a contour; the line is fitted through first .. end - 1.
-struct PlainRun {
+struct ReferenceRun {
   int first;
   int end;
 };
 
-inline std::vector<PlainRun> PlainRuns(const PlainContour& contour) {
-  std::vector<PlainRun> runs;
+inline std::vector<ReferenceRun> ReferenceRuns(const ReferenceContour& contour) {
+  std::vector<ReferenceRun> runs;
   int i = 0;
   while (i < contour.n) {
     if (contour.f[i] != 1) {
@@ -87,8 +87,8 @@ inline std::vector<PlainRun> PlainRuns(const PlainContour& contour) {
 }
 
 /// Root mean square distance of the run's points, without its end point, from the segment's line.
-inline double PlainFitError(const PlainContour& contour, PlainRun run,
-                            const CLineSegment& segment) {
+inline double ReferenceFitError(const ReferenceContour& contour, ReferenceRun run,
+                                const CLineSegment& segment) {
   double sum = 0;
   for (int j = run.first; j < run.end; ++j) {
     double distance = 0;
@@ -99,7 +99,7 @@ inline double PlainFitError(const PlainContour& contour, PlainRun run,
   return std::sqrt(sum / (run.end - run.first));
 }
 
-inline double PlainGradientDirection(const PlainContour& contour, PlainRun run) {
+inline double ReferenceGradientDirection(const ReferenceContour& contour, ReferenceRun run) {
   double sum_sin = 0;
   double sum_cos = 0;
   for (int j = run.first; j < run.end; ++j) {
@@ -109,7 +109,7 @@ inline double PlainGradientDirection(const PlainContour& contour, PlainRun run) 
   return ArcTan2(sum_sin, sum_cos);
 }
 
-inline double PlainDirection(double line_angle, double gradient_direction) {
+inline double ReferenceDirection(double line_angle, double gradient_direction) {
   constexpr double kPlainPi = std::numbers::pi;
   const double normal = kPlainPi / 2 - line_angle;
   const double chord =
@@ -123,15 +123,15 @@ inline double PlainDirection(double line_angle, double gradient_direction) {
 }
 
 /// Appends the run's segment where it is long and straight enough; returns whether it did.
-inline bool PlainAppendRun(const CLineExtracter& options, const PlainContour& contour, PlainRun run,
-                           std::vector<CLineSegment>& segments) {
+inline bool ReferenceAppendRun(const CLineExtracter& options, const ReferenceContour& contour,
+                               ReferenceRun run, std::vector<CLineSegment>& segments) {
   const int p = run.end - run.first;
   if (p <= options.min_points) return false;
 
   CLineSegment s;
   mvt_linear_regression(contour.x + run.first, contour.y + run.first, p, 0, &s.line_angle,
                         &s.line_offset);
-  s.fit_error = PlainFitError(contour, run, s);
+  s.fit_error = ReferenceFitError(contour, run, s);
   if (s.fit_error >= options.max_fit_error) return false;
 
   s.start_x = contour.x[run.first];
@@ -143,13 +143,13 @@ inline bool PlainAppendRun(const CLineExtracter& options, const PlainContour& co
   s.num_points = p;
   s.contour_index = contour.index;
   s.length = Hypot(s.start_x - s.end_x, s.start_y - s.end_y);
-  s.gradient_direction = PlainGradientDirection(contour, run);
-  s.direction = PlainDirection(s.line_angle, s.gradient_direction);
+  s.gradient_direction = ReferenceGradientDirection(contour, run);
+  s.direction = ReferenceDirection(s.line_angle, s.gradient_direction);
   segments.push_back(s);
   return true;
 }
 
-inline CLineSegment PlainJoined(const CLineSegment& a, const CLineSegment& b) {
+inline CLineSegment ReferenceJoined(const CLineSegment& a, const CLineSegment& b) {
   CLineSegment joined;
   joined.start_x = b.start_x;
   joined.start_y = b.start_y;
@@ -166,8 +166,8 @@ inline CLineSegment PlainJoined(const CLineSegment& a, const CLineSegment& b) {
 }
 
 /// Joins the last segment of a closed contour to its first one where they continue each other.
-inline void PlainJoinSeam(const CLineExtracter& options, int contour_index,
-                          std::vector<CLineSegment>& segments) {
+inline void ReferenceJoinSeam(const CLineExtracter& options, int contour_index,
+                              std::vector<CLineSegment>& segments) {
   if (segments.size() <= 2) return;
   const std::size_t last = segments.size() - 1;
   std::size_t first = last;
@@ -184,25 +184,26 @@ inline void PlainJoinSeam(const CLineExtracter& options, int contour_index,
   if (!(options.max_join_angle > angle)) return;
   if (!(static_cast<double>(options.neighbour_offset) > gap)) return;
   segments.pop_back();
-  segments[first] = PlainJoined(a, b);
+  segments[first] = ReferenceJoined(a, b);
 }
 
 /// What `Extract` leaves in `segments`; writes the set's flags as it does.
-inline std::vector<CLineSegment> PlainExtract(const CLineExtracter& options, void* set) {
+inline std::vector<CLineSegment> ReferenceExtract(const CLineExtracter& options, void* set) {
   const int num_contours = ctd_contour_count(set);
   for (int c = 0; c < num_contours; ++c) {
-    const PlainContour contour = PlainContourOf(set, c);
-    PlainMarkStraightPoints(options, contour.x, contour.y, contour.f, contour.n, contour.closed);
+    const ReferenceContour contour = ReferenceContourOf(set, c);
+    ReferenceMarkStraightPoints(options, contour.x, contour.y, contour.f, contour.n,
+                                contour.closed);
   }
   std::vector<CLineSegment> segments;
   for (int c = 0; c < num_contours; ++c) {
-    const PlainContour contour = PlainContourOf(set, c);
+    const ReferenceContour contour = ReferenceContourOf(set, c);
     bool appended = false;
-    for (const PlainRun run : PlainRuns(contour))
-      appended = PlainAppendRun(options, contour, run, segments) || appended;
-    if (contour.closed && appended) PlainJoinSeam(options, c, segments);
+    for (const ReferenceRun run : ReferenceRuns(contour))
+      appended = ReferenceAppendRun(options, contour, run, segments) || appended;
+    if (contour.closed && appended) ReferenceJoinSeam(options, c, segments);
   }
-  PlainSegmentSort(segments);
+  ReferenceSegmentSort(segments);
   return segments;
 }
 

@@ -4,8 +4,8 @@
 
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/edge_record.h"
-#include "tests/contours/plain_crawl.h"
-#include "tests/edges/plain_sub_canny.h"
+#include "tests/contours/reference_crawl.h"
+#include "tests/edges/reference_sub_canny.h"
 #include "tests/support/image_patterns.h"
 
 // Images to contours against the readable second formulations of both steps, bit for bit.
@@ -32,13 +32,14 @@ void ExpectSameCrawl(const ContourHandle& set, const NamedGrid& pattern,
   CEdgeImgComplement edges;
   ASSERT_EQ(edges.SetSize(width, height), 0);
   if (height >= 5) {
-    const std::vector<PlainEdgePoint> points = PlainSubCanny(pattern.grid, options.threshold);
-    map = PlainEdgeMap(width, height, points);
-    for (const PlainEdgePoint& p : points)
-      edges.Store(PlainX(p), PlainY(p), PlainAngle(p));
+    const std::vector<ReferenceEdgePoint> points =
+        ReferenceSubCanny(pattern.grid, options.threshold);
+    map = ReferenceEdgeMap(width, height, points);
+    for (const ReferenceEdgePoint& p : points)
+      edges.Store(ReferenceX(p), ReferenceY(p), ReferenceAngle(p));
   }
   const std::vector<TestContour> expected =
-      PlainTrace(map, &edges, options.min_size, options.max_size);
+      ReferenceTrace(map, &edges, options.min_size, options.max_size);
 
   ASSERT_EQ(GridOf(*image), map);
   ASSERT_EQ(ctd_contour_count(set.get()), static_cast<int>(expected.size()));
@@ -62,7 +63,7 @@ void ExpectSameCrawl(const ContourHandle& set, const NamedGrid& pattern,
   ASSERT_EQ(Fields(set).contour_capacity, static_cast<int>(expected.size()));
 }
 
-TEST(CrawlTwin, EverySmallSize) {
+TEST(CrawlReference, EverySmallSize) {
   constexpr unsigned kSeed = 51;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -76,7 +77,7 @@ TEST(CrawlTwin, EverySmallSize) {
   }
 }
 
-TEST(CrawlTwin, OneSetForImagesOfChangingSize) {
+TEST(CrawlReference, OneSetForImagesOfChangingSize) {
   constexpr unsigned kSeed = 52;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -95,7 +96,7 @@ TEST(CrawlTwin, OneSetForImagesOfChangingSize) {
   }
 }
 
-TEST(CrawlTwin, ALargeSceneWithTheUsualSizes) {
+TEST(CrawlReference, ALargeSceneWithTheUsualSizes) {
   constexpr unsigned kSeed = 53;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);

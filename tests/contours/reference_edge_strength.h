@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "tests/edges/plain_sub_canny.h"
+#include "tests/edges/reference_sub_canny.h"
 #include "tests/support/grids.h"
 
 // The proposal of an edge threshold once more, written to be read. The library has to give the same
@@ -17,7 +17,7 @@ inline int FloorOfEighth(int value) {
 }
 
 /// Gradient magnitude of every pixel but those of the two outermost rows and columns, which are 0.
-inline Grid PlainMagnitudes(const Grid& s) {
+inline Grid ReferenceMagnitudes(const Grid& s) {
   const auto w = [&](int c, int y) { return At(s, c, y - 1) + 2 * At(s, c, y) + At(s, c, y + 1); };
   const auto v = [&](int c, int y) {
     return At(s, c, y - 2) + At(s, c, y - 1) - At(s, c, y + 1) - At(s, c, y + 2);
@@ -30,24 +30,24 @@ inline Grid PlainMagnitudes(const Grid& s) {
       const int gx = w(x + 1, y) + w(x + 2, y) - left;
       const int gy = v(x - 1, y) + 2 * v(x, y) + v(x + 1, y);
       At(magnitudes, x, y) =
-          PlainMagnitude(std::abs(FloorOfEighth(gx)), std::abs(FloorOfEighth(gy)));
+          ReferenceMagnitude(std::abs(FloorOfEighth(gx)), std::abs(FloorOfEighth(gy)));
     }
   }
   return magnitudes;
 }
 
-struct PlainPeaks {
+struct ReferencePeaks {
   int least = 1;  // the first of the least populated bins
   int most = 1;   // the first of the most populated bins
 };
 
-inline PlainPeaks PlainFindPeaks(const Grid& magnitudes) {
+inline ReferencePeaks ReferenceFindPeaks(const Grid& magnitudes) {
   std::array<int, 256> bins{};
   for (const std::vector<int>& row : magnitudes) {
     for (const int magnitude : row)
       ++bins[static_cast<std::size_t>(magnitude)];
   }
-  PlainPeaks peaks;
+  ReferencePeaks peaks;
   for (int bin = 2; bin <= 255; ++bin) {
     const auto count = [&](int b) { return bins[static_cast<std::size_t>(b)]; };
     if (count(bin) < count(peaks.least)) peaks.least = bin;
@@ -56,13 +56,13 @@ inline PlainPeaks PlainFindPeaks(const Grid& magnitudes) {
   return peaks;
 }
 
-inline int PlainProposal(const PlainPeaks& peaks) {
+inline int ReferenceProposal(const ReferencePeaks& peaks) {
   const int proposal = static_cast<int>(0.2 * std::abs(peaks.least - peaks.most)) - peaks.most;
   return proposal < 1 || proposal > 255 ? 10 : proposal;
 }
 
-inline int PlainEdgeStrength(const Grid& image) {
-  return PlainProposal(PlainFindPeaks(PlainMagnitudes(image)));
+inline int ReferenceEdgeStrength(const Grid& image) {
+  return ReferenceProposal(ReferenceFindPeaks(ReferenceMagnitudes(image)));
 }
 
 }  // namespace orvandel::test

@@ -5,7 +5,7 @@
 
 #include "base/rounding.h"
 #include "contours/contour_tracing.h"
-#include "tests/contours/plain_crawl.h"
+#include "tests/contours/reference_crawl.h"
 #include "tests/contours/traced_values.h"
 #include "tests/support/image_patterns.h"
 
@@ -32,7 +32,7 @@ void ExpectSameContours(const Grid& map, const CEdgeImgComplement* edges, int mi
   const ContourSet owner = TraceContours(RowsOf(*image), edges, min_size, max_size);
   const ContourSetView traced = owner.View();
   Grid followed = map;
-  const std::vector<TestContour> expected = PlainTrace(followed, edges, min_size, max_size);
+  const std::vector<TestContour> expected = ReferenceTrace(followed, edges, min_size, max_size);
   ASSERT_EQ(GridOf(*image), followed);
   ASSERT_EQ(traced.records.size(), expected.size());
   std::size_t at = 0;
@@ -57,7 +57,7 @@ Grid RandomMap(int width, int height, int percent, UniformRandom& random) {
   });
 }
 
-TEST(ContourTracingTwin, EverySmallSizeAndDensity) {
+TEST(ContourTracingReference, EverySmallSizeAndDensity) {
   constexpr unsigned kSeed = 41;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -77,7 +77,7 @@ TEST(ContourTracingTwin, EverySmallSizeAndDensity) {
   }
 }
 
-TEST(ContourTracingTwin, LargerMaps) {
+TEST(ContourTracingReference, LargerMaps) {
   constexpr unsigned kSeed = 42;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -94,7 +94,7 @@ TEST(ContourTracingTwin, LargerMaps) {
   }
 }
 
-TEST(ContourTracingTwin, MapsOfThinCurves) {
+TEST(ContourTracingReference, MapsOfThinCurves) {
   constexpr unsigned kSeed = 43;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -118,7 +118,7 @@ TEST(ContourTracingTwin, MapsOfThinCurves) {
   }
 }
 
-TEST(ContourTracingTwin, FullMapsThatOutgrowTheFirstBuffers) {
+TEST(ContourTracingReference, FullMapsThatOutgrowTheFirstBuffers) {
   for (int height = 1; height <= 6; ++height) {
     for (const int width : {3, 16, 40, 70}) {
       const Grid map = Painted(width, height, [](int, int) { return 255; });
@@ -127,7 +127,7 @@ TEST(ContourTracingTwin, FullMapsThatOutgrowTheFirstBuffers) {
   }
 }
 
-TEST(ContourTracingTwin, IsolatedPixelsThatOutgrowTheFirstRecords) {
+TEST(ContourTracingReference, IsolatedPixelsThatOutgrowTheFirstRecords) {
   // One pixel in four, none touching another: each is a contour of one point.
   const Grid map = Painted(41, 21, [](int x, int y) { return x % 2 == 1 && y % 2 == 1 ? 255 : 0; });
   ExpectSameContours(map, nullptr, 1, 1);
@@ -136,7 +136,7 @@ TEST(ContourTracingTwin, IsolatedPixelsThatOutgrowTheFirstRecords) {
   ExpectSameContours(in_rows_1_and_3, nullptr, 1, 1);
 }
 
-TEST(ContourTracingTwin, ARecordOfAnotherSizeIsNotRead) {
+TEST(ContourTracingReference, ARecordOfAnotherSizeIsNotRead) {
   CEdgeImgComplement edges;
   ASSERT_EQ(edges.SetSize(3, 2), 0);
   edges.Store(1.5, 1.5, 1.0);

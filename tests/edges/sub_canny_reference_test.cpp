@@ -7,7 +7,7 @@
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/sub_canny.h"
 #include "tests/edges/kernel_runs.h"
-#include "tests/edges/plain_sub_canny.h"
+#include "tests/edges/reference_sub_canny.h"
 #include "tests/support/image_patterns.h"
 #include "tests/support/simd_levels.h"
 
@@ -15,8 +15,8 @@
 namespace orvandel::test {
 namespace {
 
-using SubCannyTwin = AtEverySimdLevel;
-ORVANDEL_AT_EVERY_SIMD_LEVEL(SubCannyTwin);
+using SubCannyReference = AtEverySimdLevel;
+ORVANDEL_AT_EVERY_SIMD_LEVEL(SubCannyReference);
 
 constexpr int kThresholds[] = {-5, 0, 1, 4, 16, 60, 118, 119, 252, 253, 1000};
 
@@ -30,17 +30,17 @@ void ExpectSameEdges(const NamedGrid& pattern, int threshold) {
   ASSERT_EQ(edges.SetSize(width, height), 0);
   ASSERT_EQ(SubCanny(image.get(), threshold, &edges), 0);
 
-  const std::vector<PlainEdgePoint> points = PlainSubCanny(pattern.grid, threshold);
-  const Grid map = PlainEdgeMap(width, height, points);
+  const std::vector<ReferenceEdgePoint> points = ReferenceSubCanny(pattern.grid, threshold);
+  const Grid map = ReferenceEdgeMap(width, height, points);
   ASSERT_EQ(GridOf(*image), height < 5 ? pattern.grid : map);
   ASSERT_EQ(edges.count, static_cast<int>(points.size()));
   for (int cell = 0; cell < width * height; ++cell)
     ASSERT_EQ(edges.valid[cell], At(map, cell % width, cell / width) / 255) << cell;
-  for (const PlainEdgePoint& p : points) {
+  for (const ReferenceEdgePoint& p : points) {
     const int cell = p.y * width + p.x;
-    ASSERT_EQ(edges.x[cell], PlainX(p)) << p.x << ' ' << p.y;
-    ASSERT_EQ(edges.y[cell], PlainY(p)) << p.x << ' ' << p.y;
-    ASSERT_EQ(edges.g[cell], PlainAngle(p)) << p.x << ' ' << p.y;
+    ASSERT_EQ(edges.x[cell], ReferenceX(p)) << p.x << ' ' << p.y;
+    ASSERT_EQ(edges.y[cell], ReferenceY(p)) << p.x << ' ' << p.y;
+    ASSERT_EQ(edges.g[cell], ReferenceAngle(p)) << p.x << ' ' << p.y;
   }
 }
 
@@ -53,7 +53,7 @@ void ExpectSameEdgesForAllPatterns(int width, int height, UniformRandom& random)
   }
 }
 
-TEST_P(SubCannyTwin, EverySmallSize) {
+TEST_P(SubCannyReference, EverySmallSize) {
   constexpr unsigned kSeed = 1;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -63,7 +63,7 @@ TEST_P(SubCannyTwin, EverySmallSize) {
   }
 }
 
-TEST_P(SubCannyTwin, EveryWidthBelowAtAndBeyondWholeVectors) {
+TEST_P(SubCannyReference, EveryWidthBelowAtAndBeyondWholeVectors) {
   constexpr unsigned kSeed = 2;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -73,7 +73,7 @@ TEST_P(SubCannyTwin, EveryWidthBelowAtAndBeyondWholeVectors) {
     ExpectSameEdgesForAllPatterns(width, 7, random);
 }
 
-TEST_P(SubCannyTwin, TallAndLargeImages) {
+TEST_P(SubCannyReference, TallAndLargeImages) {
   constexpr unsigned kSeed = 3;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -82,7 +82,7 @@ TEST_P(SubCannyTwin, TallAndLargeImages) {
   ExpectSameEdgesForAllPatterns(161, 119, random);
 }
 
-TEST_P(SubCannyTwin, RandomSizes) {
+TEST_P(SubCannyReference, RandomSizes) {
   constexpr unsigned kSeed = 4;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -93,7 +93,7 @@ TEST_P(SubCannyTwin, RandomSizes) {
   }
 }
 
-TEST_P(SubCannyTwin, CandidatesCarryTheSameMagnitudesDirectionsAndSectors) {
+TEST_P(SubCannyReference, CandidatesCarryTheSameMagnitudesDirectionsAndSectors) {
   constexpr unsigned kSeed = 5;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   UniformRandom random(kSeed);
@@ -103,8 +103,8 @@ TEST_P(SubCannyTwin, CandidatesCarryTheSameMagnitudesDirectionsAndSectors) {
       for (const int threshold : kThresholds) {
         const EdgeCandidates found =
             FindEdgeCandidates(*ImageOf(pattern.grid), threshold, RowKernelsOf(ActiveSimdLevel()));
-        PlainCandidates expected = PlainFindCandidates(pattern.grid, threshold);
-        std::erase_if(expected.list, [&](const PlainCandidate& c) {
+        ReferenceCandidates expected = ReferenceFindCandidates(pattern.grid, threshold);
+        std::erase_if(expected.list, [&](const ReferenceCandidate& c) {
           return At(expected.magnitude, c.x, c.y) == 0;
         });
         ASSERT_EQ(found.magnitude, expected.magnitude) << pattern << ' ' << threshold;
@@ -120,7 +120,7 @@ TEST_P(SubCannyTwin, CandidatesCarryTheSameMagnitudesDirectionsAndSectors) {
   }
 }
 
-TEST_P(SubCannyTwin, MagnitudeAndSectorOfEveryGradient) {
+TEST_P(SubCannyReference, MagnitudeAndSectorOfEveryGradient) {
   // Rows of smoothed values that give each pair of components in turn at column x: the rows differ in
   // one diagonal by `falling`, in the other by `rising`.
   const RowKernels& kernels = RowKernelsOf(ActiveSimdLevel());
@@ -140,8 +140,9 @@ TEST_P(SubCannyTwin, MagnitudeAndSectorOfEveryGradient) {
       const std::size_t x = static_cast<std::size_t>(4 * (rising + 255)) + 1;
       const int gv = (rising + falling) / 2;
       const int gh = (rising - falling) / 2;
-      ASSERT_EQ(magnitude.data()[x], PlainMagnitude(std::abs(gv), std::abs(gh))) << gv << ' ' << gh;
-      ASSERT_EQ(sector.data()[x], (PlainDirectionCode(gh / 2, gv / 2) + 16) / 32 % 4)
+      ASSERT_EQ(magnitude.data()[x], ReferenceMagnitude(std::abs(gv), std::abs(gh)))
+          << gv << ' ' << gh;
+      ASSERT_EQ(sector.data()[x], (ReferenceDirectionCode(gh / 2, gv / 2) + 16) / 32 % 4)
           << gv << ' ' << gh;
     }
   }

@@ -1,4 +1,4 @@
-// The extracter and its plain twin agree bit for bit, over random contours.
+// The extracter and its reference form agree bit for bit, over random contours.
 
 #include <cstdint>
 #include <string>
@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/lines/contour_shapes.h"
-#include "tests/lines/plain_line_extraction.h"
 #include "tests/lines/random_contours.h"
+#include "tests/lines/reference_line_extraction.h"
 #include "tests/support/segments.h"
 
 namespace orvandel::test {
@@ -19,18 +19,18 @@ namespace {
 std::size_t CompareExtractions(const std::vector<TestContour>& contours,
                                const CLineExtracter& options) {
   const ContourHandle set = MakeSet(contours);
-  const ContourHandle plain_set = MakeSet(contours);
+  const ContourHandle reference_set = MakeSet(contours);
   CLineExtracter extracter(options);
   const int result = extracter.Extract(set.get());
-  const std::vector<CLineSegment> expected = PlainExtract(options, plain_set.get());
+  const std::vector<CLineSegment> expected = ReferenceExtract(options, reference_set.get());
   EXPECT_EQ(result, static_cast<int>(expected.size()));
   ExpectSameSegments(extracter.segments, expected);
   for (int c = 0; c < ctd_contour_count(set.get()); ++c)
-    EXPECT_EQ(FlagsOf(set, c), FlagsOf(plain_set, c)) << "contour " << c;
+    EXPECT_EQ(FlagsOf(set, c), FlagsOf(reference_set, c)) << "contour " << c;
   return expected.size();
 }
 
-TEST(LineExtractionTwin, AgreesOnRandomContours) {
+TEST(LineExtractionReference, AgreesOnRandomContours) {
   std::size_t num_segments = 0;
   std::size_t num_joined = 0;
   for (std::uint32_t seed = 1; seed <= 200; ++seed) {
@@ -39,7 +39,7 @@ TEST(LineExtractionTwin, AgreesOnRandomContours) {
     const std::vector<TestContour> contours = RandomContours(random, 30);
     num_segments += CompareExtractions(contours, CLineExtracter());
     const ContourHandle set = MakeSet(contours);
-    for (const CLineSegment& s : PlainExtract(CLineExtracter(), set.get()))
+    for (const CLineSegment& s : ReferenceExtract(CLineExtracter(), set.get()))
       num_joined += s.length == 0 ? 1 : 0;
   }
   // What the seeds reach: many segments, and seams that are joined.
@@ -47,7 +47,7 @@ TEST(LineExtractionTwin, AgreesOnRandomContours) {
   EXPECT_GT(num_joined, 30U);
 }
 
-TEST(LineExtractionTwin, AgreesUnderOtherParameters) {
+TEST(LineExtractionReference, AgreesUnderOtherParameters) {
   for (std::uint32_t seed = 1001; seed <= 1200; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     UniformRandom random(seed);
@@ -61,7 +61,7 @@ TEST(LineExtractionTwin, AgreesUnderOtherParameters) {
   }
 }
 
-TEST(LineExtractionTwin, AgreesOnManySegments) {
+TEST(LineExtractionReference, AgreesOnManySegments) {
   // Above 32 and above 64 segments the sort merges.
   UniformRandom random(77);
   std::vector<TestContour> contours;
@@ -70,7 +70,7 @@ TEST(LineExtractionTwin, AgreesOnManySegments) {
   EXPECT_GT(CompareExtractions(contours, CLineExtracter()), 128U) << "seed 77";
 }
 
-TEST(LineExtractionTwin, MarksAgreeAtEveryLengthAndReach) {
+TEST(LineExtractionReference, MarksAgreeAtEveryLengthAndReach) {
   UniformRandom random(9);
   for (int n = 0; n <= 70; ++n) {
     TestContour contour;
@@ -87,12 +87,13 @@ TEST(LineExtractionTwin, MarksAgreeAtEveryLengthAndReach) {
         CLineExtracter extracter;
         extracter.neighbour_offset = k;
         std::vector<int> flags(x.size() + 1, 9);  // one behind the contour stays as it is
-        std::vector<int> plain_flags = flags;
+        std::vector<int> reference_flags = flags;
         const int result =
             extracter.MarkStraightPoints(x.data(), y.data(), flags.data(), n, closed);
-        EXPECT_EQ(result, PlainMarkStraightPoints(extracter, x.data(), y.data(), plain_flags.data(),
-                                                  n, closed));
-        EXPECT_EQ(flags, plain_flags) << "seed 9, n " << n << ", k " << k << ", closed " << closed;
+        EXPECT_EQ(result, ReferenceMarkStraightPoints(extracter, x.data(), y.data(),
+                                                      reference_flags.data(), n, closed));
+        EXPECT_EQ(flags, reference_flags)
+            << "seed 9, n " << n << ", k " << k << ", closed " << closed;
       }
     }
   }

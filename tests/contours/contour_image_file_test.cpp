@@ -10,7 +10,7 @@
 #include "tests/support/grids.h"
 #include "tests/support/scratch_folder.h"
 
-// Pictures of a set, written to files and read back.
+// Images of a set, written to files and read back.
 namespace orvandel::test {
 namespace {
 
@@ -24,37 +24,37 @@ Grid ReadBack(const std::string& path) {
   return image == nullptr ? Grid{} : GridOf(*image);
 }
 
-Grid SavedPicture(const ContourHandle& set) {
+Grid SavedImage(const ContourHandle& set) {
   const ScratchFolder folder;
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("set.bmp").c_str()), 0);
   return ReadBack(folder.File("set.bmp"));
 }
 
-TEST(ContourPicture, IsAsWideAndHighAsTheTruncatedLargestCoordinates) {
-  const Grid picture =
-      SavedPicture(MakeSet({{{{2.5, 3.5}, {6.9, 1.2}}, false}, {{{4.1, 5.7}, {0.5, 0.25}}, true}}));
-  ASSERT_EQ(Width(picture), 6);
-  ASSERT_EQ(Height(picture), 5);
+TEST(ContourImageFile, IsAsWideAndHighAsTheTruncatedLargestCoordinates) {
+  const Grid saved =
+      SavedImage(MakeSet({{{{2.5, 3.5}, {6.9, 1.2}}, false}, {{{4.1, 5.7}, {0.5, 0.25}}, true}}));
+  ASSERT_EQ(Width(saved), 6);
+  ASSERT_EQ(Height(saved), 5);
   Grid expected = MakeGrid(6, 5);
   At(expected, 2, 3) = 250;
   At(expected, 0, 0) = 250;  // the points at column 6 and row 5 fall outside
-  EXPECT_EQ(picture, expected);
+  EXPECT_EQ(saved, expected);
 }
 
-TEST(ContourPicture, HasNoMarks) {
+TEST(ContourImageFile, HasNoMarks) {
   TestContour contour;
   for (int k = 0; k < 12; ++k)
     contour.points.push_back({1.5 + k, 1.5, 0, 0});
   contour.points.push_back({30, 30, 0, 0});
-  const Grid picture = SavedPicture(MakeSet({contour}));
-  ASSERT_EQ(Width(picture), 30);
+  const Grid saved = SavedImage(MakeSet({contour}));
+  ASSERT_EQ(Width(saved), 30);
   for (int y = 0; y < 30; ++y) {
     for (int x = 0; x < 30; ++x)
-      EXPECT_EQ(At(picture, x, y), y == 1 && x >= 1 && x <= 12 ? 250 : 0) << x << ' ' << y;
+      EXPECT_EQ(At(saved, x, y), y == 1 && x >= 1 && x <= 12 ? 250 : 0) << x << ' ' << y;
   }
 }
 
-TEST(ContourPicture, TheFormatGoesByTheExtension) {
+TEST(ContourImageFile, TheFormatGoesByTheExtension) {
   const ScratchFolder folder;
   const ContourHandle set = MakeSet({{{{2.5, 3.5}, {9.5, 8.5}}, false}});
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("set.bmp").c_str()), 0);
@@ -66,11 +66,11 @@ TEST(ContourPicture, TheFormatGoesByTheExtension) {
   EXPECT_EQ(ReadBack(folder.File("set.png")), ReadBack(folder.File("set.bmp")));
 }
 
-TEST(ContourPicture, PointsAtNegativePositionsFallOutside) {
-  const Grid picture = SavedPicture(MakeSet({{{{-3, 1}, {1, -3}, {-0.5, -0.5}, {4, 4}}, false}}));
+TEST(ContourImageFile, PointsAtNegativePositionsFallOutside) {
+  const Grid saved = SavedImage(MakeSet({{{{-3, 1}, {1, -3}, {-0.5, -0.5}, {4, 4}}, false}}));
   Grid expected = MakeGrid(4, 4);
   At(expected, 0, 0) = 250;  // -0.5 truncates to 0
-  EXPECT_EQ(picture, expected);
+  EXPECT_EQ(saved, expected);
 }
 
 void ExpectNothingWritten(const ContourHandle& set) {
@@ -79,23 +79,23 @@ void ExpectNothingWritten(const ContourHandle& set) {
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path().string()));
 }
 
-TEST(ContourPicture, OfAnEmptySetIsNotWritten) {
+TEST(ContourImageFile, OfAnEmptySetIsNotWritten) {
   ExpectNothingWritten(MakeEmptySet());
 }
 
-TEST(ContourPicture, WithoutWidthOrHeightIsNotWritten) {
+TEST(ContourImageFile, WithoutWidthOrHeightIsNotWritten) {
   ExpectNothingWritten(MakeSet({{{{0.75, 9}, {0.5, 3}}, false}}));
   ExpectNothingWritten(MakeSet({{{{9, 0.75}}, false}}));
   ExpectNothingWritten(MakeSet({{{{-5, -5}}, false}}));
 }
 
-TEST(ContourPicture, BeyondAnySizeIsNotWritten) {
+TEST(ContourImageFile, BeyondAnySizeIsNotWritten) {
   ExpectNothingWritten(MakeSet({{{{2147483647.0, 2147483647.0}}, false}}));
   ExpectNothingWritten(MakeSet({{{{1e300, 5}}, false}}));
   ExpectNothingWritten(MakeSet({{{{std::nan(""), std::nan("")}}, false}}));
 }
 
-TEST(ContourPicture, ThatCannotBeWrittenReturnsZeroAllTheSame) {
+TEST(ContourImageFile, ThatCannotBeWrittenReturnsZeroAllTheSame) {
   const ScratchFolder folder;
   const ContourHandle set = MakeSet({{{{2.5, 3.5}, {9.5, 8.5}}, false}});
   EXPECT_EQ(ctd_save_img(set.get(), folder.File("no/such/folder.bmp").c_str()), 0);

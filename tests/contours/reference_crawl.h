@@ -45,7 +45,7 @@ inline std::optional<int> NextDirection(const Grid& map, Pixel at, int previous)
 }
 
 /// One pass from a chain's start: the pixels taken, which are cleared.
-inline std::vector<Pixel> PlainPass(Grid& map, Pixel start) {
+inline std::vector<Pixel> ReferencePass(Grid& map, Pixel start) {
   std::vector<Pixel> taken;
   Pixel at = start;
   int direction = 2;
@@ -58,7 +58,7 @@ inline std::vector<Pixel> PlainPass(Grid& map, Pixel start) {
   return taken;
 }
 
-inline TestPoint PlainPointOf(Pixel p, const CEdgeImgComplement* edges) {
+inline TestPoint ReferencePointOf(Pixel p, const CEdgeImgComplement* edges) {
   if (edges != nullptr) {
     const int cell = p.row * edges->width + p.column;
     if (edges->valid[cell] != 0) return {edges->x[cell], edges->y[cell], edges->g[cell], 0};
@@ -66,26 +66,26 @@ inline TestPoint PlainPointOf(Pixel p, const CEdgeImgComplement* edges) {
   return {double(p.column), double(p.row), 0, 0};
 }
 
-inline double PlainDistance(const TestPoint& a, const TestPoint& b) {
+inline double ReferenceDistance(const TestPoint& a, const TestPoint& b) {
   const double dx = a.x - b.x;
   const double dy = a.y - b.y;
   return std::sqrt(dx * dx + dy * dy);
 }
 
 /// The chain that starts at an edge pixel; its pixels are cleared.
-inline TestContour PlainChain(Grid& map, Pixel start, const CEdgeImgComplement* edges) {
-  std::vector<TestPoint> forward = {PlainPointOf(start, edges)};
-  for (const Pixel p : PlainPass(map, start))
-    forward.push_back(PlainPointOf(p, edges));
+inline TestContour ReferenceChain(Grid& map, Pixel start, const CEdgeImgComplement* edges) {
+  std::vector<TestPoint> forward = {ReferencePointOf(start, edges)};
+  for (const Pixel p : ReferencePass(map, start))
+    forward.push_back(ReferencePointOf(p, edges));
   std::vector<TestPoint> backward;
-  for (const Pixel p : PlainPass(map, start))
-    backward.push_back(PlainPointOf(p, edges));
+  for (const Pixel p : ReferencePass(map, start))
+    backward.push_back(ReferencePointOf(p, edges));
   At(map, start.column, start.row) = 0;
 
   TestContour chain;
   if (forward.size() >= 2) {
     const TestPoint& other_end = backward.empty() ? forward.front() : backward.back();
-    chain.closed = PlainDistance(other_end, forward.back()) < 3.0;
+    chain.closed = ReferenceDistance(other_end, forward.back()) < 3.0;
   }
   if (backward.size() >= 2) {
     chain.points.assign(backward.rbegin(), backward.rend());
@@ -98,13 +98,13 @@ inline TestContour PlainChain(Grid& map, Pixel start, const CEdgeImgComplement* 
 }
 
 /// All contours of an edge map, in the order of their start pixels; followed pixels are cleared.
-inline std::vector<TestContour> PlainTrace(Grid& map, const CEdgeImgComplement* edges, int min_size,
-                                           int max_size) {
+inline std::vector<TestContour> ReferenceTrace(Grid& map, const CEdgeImgComplement* edges,
+                                               int min_size, int max_size) {
   std::vector<TestContour> contours;
   for (int row = 1; row < Height(map); ++row) {
     for (int column = 1; column < Width(map); ++column) {
       if (!IsEdge(map, {column, row})) continue;
-      const TestContour chain = PlainChain(map, {column, row}, edges);
+      const TestContour chain = ReferenceChain(map, {column, row}, edges);
       const int size = static_cast<int>(chain.points.size());
       if (size >= min_size && size <= max_size) contours.push_back(chain);
     }

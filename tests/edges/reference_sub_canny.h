@@ -14,18 +14,18 @@
 namespace orvandel::test {
 
 /// Direction of the gradient (gx, gy), y upwards: a full turn in 256 codes, 0 along +x.
-inline int PlainDirectionCode(int gx, int gy) {
+inline int ReferenceDirectionCode(int gx, int gy) {
   const double turn = ArcTan2(double(gy), double(gx)) * 128.0 / kPi;
   return static_cast<int>(std::floor(gy >= 0 ? turn : turn + 256.0));
 }
 
-inline int PlainMagnitude(int a, int b) {
+inline int ReferenceMagnitude(int a, int b) {
   return static_cast<int>(0.7 * std::sqrt(double(a * a + b * b)));
 }
 
 /// Mean of 3 x 3 pixels, rounded down. Beside the first and last column the border pixel counts
 /// twice; the first and last row stay 0.
-inline Grid PlainSmooth(const Grid& image) {
+inline Grid ReferenceSmooth(const Grid& image) {
   const int width = Width(image);
   const int height = Height(image);
   Grid smooth = MakeGrid(width, height);
@@ -42,21 +42,21 @@ inline Grid PlainSmooth(const Grid& image) {
   return smooth;
 }
 
-struct PlainCandidate {
+struct ReferenceCandidate {
   int x = 0;
   int y = 0;
   int direction = 0;  // code 0..255
   int sector = 0;
 };
 
-struct PlainCandidates {
-  std::vector<PlainCandidate> list;  // row by row
-  Grid magnitude;                    // 0 where the pixel is no candidate
+struct ReferenceCandidates {
+  std::vector<ReferenceCandidate> list;  // row by row
+  Grid magnitude;                        // 0 where the pixel is no candidate
 };
 
-inline PlainCandidates PlainFindCandidates(const Grid& image, int threshold) {
-  const Grid smooth = PlainSmooth(image);
-  PlainCandidates found;
+inline ReferenceCandidates ReferenceFindCandidates(const Grid& image, int threshold) {
+  const Grid smooth = ReferenceSmooth(image);
+  ReferenceCandidates found;
   found.magnitude = MakeGrid(Width(image), Height(image));
   for (int y = 2; y <= Height(image) - 3; ++y) {
     for (int x = 2; x <= Width(image) - 3; ++x) {
@@ -67,10 +67,10 @@ inline PlainCandidates PlainFindCandidates(const Grid& image, int threshold) {
       // C++ division truncates toward zero, which is what the detector is built on.
       const int gv = (above_left + above_right - below_left - below_right) / 2;
       const int gh = (above_right + below_right - above_left - below_left) / 2;
-      const int magnitude = PlainMagnitude(std::abs(gv), std::abs(gh));
+      const int magnitude = ReferenceMagnitude(std::abs(gv), std::abs(gh));
       if (magnitude < threshold) continue;
 
-      const int direction = PlainDirectionCode(gh / 2, gv / 2);
+      const int direction = ReferenceDirectionCode(gh / 2, gv / 2);
       At(found.magnitude, x, y) = magnitude;
       found.list.push_back({x, y, direction, ((direction + 16) / 32) % 4});
     }
@@ -78,7 +78,7 @@ inline PlainCandidates PlainFindCandidates(const Grid& image, int threshold) {
   return found;
 }
 
-struct PlainEdgePoint {
+struct ReferenceEdgePoint {
   int x = 0;
   int y = 0;
   int direction = 0;
@@ -87,14 +87,15 @@ struct PlainEdgePoint {
 };
 
 /// Candidates at a peak of the magnitude across the edge, placed at the parabola's vertex.
-inline std::vector<PlainEdgePoint> PlainLocateEdgePoints(const PlainCandidates& candidates) {
+inline std::vector<ReferenceEdgePoint> ReferenceLocateEdgePoints(
+    const ReferenceCandidates& candidates) {
   // By sector: where m1 stands (m2 stands opposite), and which way `off` moves x and y.
   struct Across {
     int dx1, dy1, sign_x, sign_y;
   };
   constexpr Across kAcross[4] = {{-1, 0, 1, 0}, {1, -1, -1, 1}, {0, -1, 0, 1}, {-1, -1, 1, 1}};
-  std::vector<PlainEdgePoint> points;
-  for (const PlainCandidate& c : candidates.list) {
+  std::vector<ReferenceEdgePoint> points;
+  for (const ReferenceCandidate& c : candidates.list) {
     const Across& across = kAcross[c.sector];
     const int m = At(candidates.magnitude, c.x, c.y);
     const int m1 = At(candidates.magnitude, c.x + across.dx1, c.y + across.dy1);
@@ -110,29 +111,29 @@ inline std::vector<PlainEdgePoint> PlainLocateEdgePoints(const PlainCandidates& 
 }
 
 /// None for an image lower than 5 pixels, which the detector does not look at.
-inline std::vector<PlainEdgePoint> PlainSubCanny(const Grid& image, int threshold) {
+inline std::vector<ReferenceEdgePoint> ReferenceSubCanny(const Grid& image, int threshold) {
   if (Height(image) < 5) return {};
-  return PlainLocateEdgePoints(PlainFindCandidates(image, threshold));
+  return ReferenceLocateEdgePoints(ReferenceFindCandidates(image, threshold));
 }
 
 /// 255 on every edge point, 0 elsewhere.
-inline Grid PlainEdgeMap(int width, int height, const std::vector<PlainEdgePoint>& points) {
+inline Grid ReferenceEdgeMap(int width, int height, const std::vector<ReferenceEdgePoint>& points) {
   Grid map = MakeGrid(width, height);
-  for (const PlainEdgePoint& p : points)
+  for (const ReferenceEdgePoint& p : points)
     At(map, p.x, p.y) = 255;
   return map;
 }
 
-inline double PlainX(const PlainEdgePoint& p) {
+inline double ReferenceX(const ReferenceEdgePoint& p) {
   return p.x + p.sub_x / 256.0;
 }
 
-inline double PlainY(const PlainEdgePoint& p) {
+inline double ReferenceY(const ReferenceEdgePoint& p) {
   return p.y + p.sub_y / 256.0;
 }
 
 /// Radians in [-pi, pi): codes of 128 and more count back from a full turn.
-inline double PlainAngle(const PlainEdgePoint& p) {
+inline double ReferenceAngle(const ReferenceEdgePoint& p) {
   return (p.direction < 128 ? p.direction : p.direction - 256) * kTwoPi / 256;
 }
 

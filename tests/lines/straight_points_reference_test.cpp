@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/line_extracter.h"
-#include "tests/lines/plain_line_extraction.h"
+#include "tests/lines/reference_line_extraction.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {
@@ -22,12 +22,12 @@ void ExpectSameMarks(const CLineExtracter& extracter, const Points& points, int 
   CLineExtracter marker = extracter;
   const int n = static_cast<int>(points.x.size());
   std::vector<int> flags(points.x.size(), 7);
-  std::vector<int> plain_flags = flags;
+  std::vector<int> reference_flags = flags;
   const int result =
       marker.MarkStraightPoints(points.x.data(), points.y.data(), flags.data(), n, closed);
-  EXPECT_EQ(result, PlainMarkStraightPoints(extracter, points.x.data(), points.y.data(),
-                                            plain_flags.data(), n, closed));
-  EXPECT_EQ(flags, plain_flags);
+  EXPECT_EQ(result, ReferenceMarkStraightPoints(extracter, points.x.data(), points.y.data(),
+                                                reference_flags.data(), n, closed));
+  EXPECT_EQ(flags, reference_flags);
 }
 
 /// Seven points along a line of any direction, the middle one off it by about the limit: by the limit
@@ -50,7 +50,7 @@ Points AtTheLimit(UniformRandom& random, double limit) {
   return points;
 }
 
-TEST(StraightPointsTwin, AgreesAtTheLimitOfTheDeviation) {
+TEST(StraightPointsReference, AgreesAtTheLimitOfTheDeviation) {
   UniformRandom random(1);
   int num_straight = 0;
   constexpr int kNumTrials = 40000;
@@ -69,7 +69,7 @@ TEST(StraightPointsTwin, AgreesAtTheLimitOfTheDeviation) {
   EXPECT_LT(num_straight, kNumTrials * 3 / 4);
 }
 
-TEST(StraightPointsTwin, AgreesOnContoursOfAnyLength) {
+TEST(StraightPointsReference, AgreesOnContoursOfAnyLength) {
   UniformRandom random(2);
   for (int n = 1; n <= 200; ++n) {
     SCOPED_TRACE(testing::Message() << "seed 2, " << n << " points");
@@ -83,7 +83,7 @@ TEST(StraightPointsTwin, AgreesOnContoursOfAnyLength) {
   }
 }
 
-TEST(StraightPointsTwin, AgreesOnWildLimitsAndPoints) {
+TEST(StraightPointsReference, AgreesOnWildLimitsAndPoints) {
   const double limits[] = {
       0.0, -0.25, 1e-300, 1e-120, 1e150, std::nan(""), std::numeric_limits<double>::infinity()};
   const double wild[] = {

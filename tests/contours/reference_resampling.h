@@ -7,7 +7,7 @@
 
 #include "base/rounding.h"
 #include "base/trigonometry.h"
-#include "tests/contours/plain_crawl.h"
+#include "tests/contours/reference_crawl.h"
 #include "tests/support/contour_sets.h"
 
 // Even spacing once more, written to be read: a list grows by a point at a time. The library has to
@@ -15,7 +15,7 @@
 namespace orvandel::test {
 
 /// Halfway between two directions along the shorter arc, in 0..2 pi; 0 where there is no such.
-inline double PlainMeanDirection(double a, double b) {
+inline double ReferenceMeanDirection(double a, double b) {
   if (std::isnan(a) || std::isnan(b)) return 0;
   const double low = std::min(a, b);
   const double high = std::max(a, b);
@@ -30,10 +30,10 @@ inline double PlainMeanDirection(double a, double b) {
 
 /// The points at multiples of `step` from `from` toward `target`: at least one, and none within the
 /// last step before the target.
-inline std::vector<TestPoint> PlainPiece(const TestPoint& from, const TestPoint& target,
-                                         double step) {
+inline std::vector<TestPoint> ReferencePiece(const TestPoint& from, const TestPoint& target,
+                                             double step) {
   constexpr double kMostPoints = 1 << 24;
-  const double length = PlainDistance(target, from);
+  const double length = ReferenceDistance(target, from);
   const double angle = ArcTan2(-(target.y - from.y), target.x - from.x);
   const bool only_one = !std::isfinite(length) || length - kMostPoints * step > step;
   std::vector<TestPoint> piece;
@@ -45,18 +45,18 @@ inline std::vector<TestPoint> PlainPiece(const TestPoint& from, const TestPoint&
   return piece;
 }
 
-inline std::vector<TestPoint> PlainResampled(const std::vector<TestPoint>& p, double step,
-                                             double min_dist) {
+inline std::vector<TestPoint> ReferenceResampled(const std::vector<TestPoint>& p, double step,
+                                                 double min_dist) {
   if (p.empty()) return {};
   if (!(step > 0)) step = 1.0;
   std::vector<TestPoint> out = {p.front()};
   const std::size_t n = p.size();
   for (std::size_t j = 1; j + 1 < n; ++j) {
     const TestPoint current = out.back();
-    while (PlainDistance(p[j], current) < min_dist && j + 2 < n)
+    while (ReferenceDistance(p[j], current) < min_dist && j + 2 < n)
       ++j;
-    for (TestPoint point : PlainPiece(current, p[j], step)) {
-      point.g = PlainMeanDirection(p[j].g, p[j + 1].g);
+    for (TestPoint point : ReferencePiece(current, p[j], step)) {
+      point.g = ReferenceMeanDirection(p[j].g, p[j + 1].g);
       point.f = p[j - 1].f != 0 || p[j].f != 0 ? 1 : 0;
       out.push_back(point);
     }
@@ -67,7 +67,7 @@ inline std::vector<TestPoint> PlainResampled(const std::vector<TestPoint>& p, do
 
 /// Elements allocated after resampling `num_in` points to `num_out`: twice as many as there were
 /// and 10, doubled whenever fewer than 6 are left.
-inline int PlainCapacity(int num_in, int num_out) {
+inline int ReferenceCapacity(int num_in, int num_out) {
   int capacity = 2 * num_in + 10;
   while (num_out + 5 >= capacity)
     capacity *= 2;
