@@ -53,6 +53,28 @@ inline double Moment(const float* weights, const float* a, const float* b, int f
   return (pair(0) + pair(2)) + (pair(1) + pair(3));
 }
 
+/// Sum over all pixels of the product of what two influences put on them: each sample spreads over the
+/// pixels around it by the kernel's weights.
+inline double SpreadProduct(const std::vector<double>& x, const std::vector<double>& y,
+                            const float* a, const float* b, int width, int side) {
+  double sum = 0.0;
+  for (int row = 0; row < side; ++row) {
+    for (int column = 0; column < side; ++column) {
+      double at_a = 0.0;
+      double at_b = 0.0;
+      for (std::size_t i = 0; i < x.size(); ++i) {
+        const double share =
+            static_cast<double>(Spline(static_cast<float>((x[i] - column) / width))) *
+            static_cast<double>(Spline(static_cast<float>((y[i] - row) / width))) / (width * width);
+        at_a += share * static_cast<double>(a[i]);
+        at_b += share * static_cast<double>(b[i]);
+      }
+      sum += at_a * at_b;
+    }
+  }
+  return sum;
+}
+
 /// A robust weight by its formula.
 inline float Weight(float scene, float dx, float dy, float residual,
                     const shape::PixelNoise& noise) {

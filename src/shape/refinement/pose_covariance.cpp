@@ -154,9 +154,37 @@ void AddSceneNoise(const Strip& strip, const StripKernels& kernels, const StripF
   kernels.sum_cells(cells, products);
 }
 
+/// Adds a pixel's influence to another's; `head` is that one's index in the pattern image.
+void MoveCell(int x, int y, std::int32_t head, int image_width, const InfluenceCells& cells) {
+  const int to_x = head % image_width;
+  const int to_y = head / image_width;
+  if (to_x == x && to_y == y) return;
+  float* const from = cells.cells + (y * cells.width + x) * kNumPoseColumns;
+  float* const to = cells.cells + (to_y * cells.width + to_x) * kNumPoseColumns;
+  for (int k = 0; k < kNumPoseColumns; ++k) {
+    to[k] += from[k];
+    from[k] = 0.0F;
+  }
+  cells.marks[(to_y * cells.width + to_x) / kCellRun] = 1;
+}
+
+/// Brings the influence of pixels that share a rounding error together at the first of them.
+void GatherRuns(const RefinementModel& model, const InfluenceCells& cells) {
+  const int runs = cells.width / kCellRun;
+  for (int y = 0; y < model.height; ++y) {
+    for (int run = 0; run < runs; ++run) {
+      if (cells.marks[y * runs + run] == 0) continue;
+      const int end = std::min((run + 1) * kCellRun, model.width);
+      for (int x = run * kCellRun; x < end; ++x)
+        MoveCell(x, y, model.rounding_runs[static_cast<std::size_t>(y * model.width + x)],
+                 model.width, cells);
+    }
+  }
+}
+
 void AddPatternNoise(const RefinementModel& model, const Strip& strip, const StripKernels& kernels,
                      Buffers& buffers, double* products) {
-  if (strip.thinning >= kSparse) {
+  if (strip.thinning >= kSparse && model.rounding_runs.empty()) {
     AddSparseNoise(kPatternSquare, buffers, products);
     return;
   }
@@ -166,6 +194,7 @@ void AddPatternNoise(const RefinementModel& model, const Strip& strip, const Str
       buffers.influence[3].data()};
   kernels.spread_over_pattern(strip.column.data(), strip.row.data(), strip.Size(), influence,
                               buffers.strength.data(), cells);
+  if (!model.rounding_runs.empty()) GatherRuns(model, cells);
   kernels.sum_cells(cells, products);
 }
 
@@ -218,8 +247,7 @@ FitCovariance PropagateNoise(const RefinementModel& model, const StripFit& fit, 
   const double larger = std::max(covariance.inconsistency, 1.0);
   for (int i = 0; i < kNumPoseColumns; ++i) {
     for (int j = 0; j < kNumPoseColumns; ++j)
-      covariance.at[i][j] = larger * covariance.at[i][j] +
-                            model.systematic[static_cast<std::size_t>(i * kNumPoseColumns + j)];
+      covariance.at[i][j] *= larger;
   }
   return covariance;
 }

@@ -23,9 +23,15 @@ constexpr double kLeastRadius = 4.0;
 /// Pixels of a level that are taken around the part, for what the pose may move there.
 constexpr double kMargin = 8.0;
 
-/// A step as small leaves an error of second order, below what noise leaves.
-constexpr double kSmallStep = 0.02;  ///< pattern pixels
-constexpr double kSmallBlurStep = 0.05;
+/// Below what noise leaves of the best scenes.
+constexpr double kSmallError = 0.002;  ///< pattern pixels
+constexpr double kSmallStep =
+    0.02;  ///< likewise; where weights change, larger steps come in series
+/// A change of the blur by less, as a share of what the pattern's own edges and the scene's blur have
+/// together, moves the pose by nothing of account.
+constexpr double kStillShrinks = 0.8;  ///< the residuals' variance, from look to look
+constexpr double kSmallBlurShare = 0.04;
+constexpr double kOwnBlur = 0.9;  ///< pattern pixels squared
 /// Round blur of less variance, scene pixels squared, may as well be Gaussian: a disk of that variance
 /// has a radius of 1.5 pixels. A disk must fit the edges better by some per cent.
 constexpr double kLeastDiskVariance = 0.6;
@@ -59,13 +65,33 @@ int LevelsCoarser(double start_error_px, double scale) {
   return coarser;
 }
 
+/// What a further look would change, pattern pixels: a first step leaves a tenth at most, and later ones
+/// shrink at least by the factor that they shrank by last.
+double ErrorLeft(const StripFit& fit, bool is_first) {
+  constexpr double kFirstShrinks = 0.1;
+  if (is_first) return kFirstShrinks * fit.step_px;
+  const double shrunk = fit.step_before_px > 0.0 ? fit.step_px / fit.step_before_px : 1.0;
+  return fit.step_px * std::min(shrunk, 1.0);
+}
+
+/// Whether the pose, the blur and the robust weights have come to rest.
+bool IsSettled(const StripFit& fit, bool is_first) {
+  const double small_blur_step = kSmallBlurShare * (kOwnBlur + std::max(fit.blur, 0.0));
+  if (ErrorLeft(fit, is_first) > kSmallError || fit.step_px > kSmallStep) return false;
+  if (fit.blur_step > small_blur_step) return false;
+  if (!fit.is_obstructed) return true;
+  // What is in the way is told from noise step by step: the less of it counts, the smaller the noise.
+  return !is_first && fit.noise.base > kStillShrinks * fit.noise_before.base &&
+         fit.noise.steep > kStillShrinks * fit.noise_before.steep;
+}
+
 /// Looks at the scene until the steps are small. kRefined, or why there was nothing to be fitted.
 RefinementOutcome LookUntilSettled(const RefinementModel& model, const RefinementOptions& options,
                                    int most_looks, Buffers& buffers, StripFit& fit) {
   for (int look = 0; look < most_looks; ++look) {
     const RefinementOutcome outcome = ImproveFit(model, options, look == 0, buffers, fit);
     if (outcome != RefinementOutcome::kRefined) return outcome;
-    if (look > 0 && fit.step_px < kSmallStep && fit.blur_step < kSmallBlurStep) break;
+    if (IsSettled(fit, look == 0)) break;
   }
   return RefinementOutcome::kRefined;
 }
@@ -73,7 +99,7 @@ RefinementOutcome LookUntilSettled(const RefinementModel& model, const Refinemen
 /// Fits a line or a disk where the scene's blur asks for one.
 RefinementOutcome ShapeBlur(const RefinementModel& model, const RefinementOptions& options,
                             Buffers& buffers, StripFit& fit) {
-  if (FindLineBlur(options, buffers, fit))
+  if (FindLineBlur(model, options, buffers, fit))
     return LookUntilSettled(model, options, kMostLooks, buffers, fit);
   const double scale = fit.scene_from_pattern.scale;
   if (fit.moments.round * scale * scale < kLeastDiskVariance) return RefinementOutcome::kRefined;

@@ -5,6 +5,7 @@
 
 #include "shape/refinement/gaussian_blur.h"
 #include "shape/refinement/image_noise.h"
+#include "shape/refinement/rounding_runs.h"
 #include "shape/refinement/spline_stencils.h"
 #include "shape/refinement/strip_selection.h"
 
@@ -13,6 +14,9 @@ namespace {
 
 /// A picture's values are rounded to whole grey levels.
 constexpr double kRoundingVariance = 1.0 / 12.0;
+
+/// A picture with less noise than that has rounding errors that repeat.
+constexpr double kNoNoise = 0.01;
 
 struct StripPlan {
   double edge_ratio;  ///< of the Gaussian that edges are looked for with (see MakeGaussianTaps)
@@ -139,7 +143,9 @@ RefinementModel Learn(const ImageViewOf<Pixel>& pattern, const ImageView8& mask,
   FloatImage image = WithoutOffset(pattern, model.grey_offset);
   const PixelSet belongs = PixelsOf(mask, pattern.width, pattern.height);
   model.radius = RadiusOf(belongs, pattern.width, pattern.height);
-  model.noise_variance = std::max(EstimateNoiseVariance(image), kRoundingVariance);
+  const double noise = EstimateNoiseVariance(image);
+  model.noise_variance = std::max(noise, kRoundingVariance);
+  if (noise < kNoNoise) model.rounding_runs = FindRoundingRuns(image);
   BlurBuffers buffers;
   for (std::size_t k = 0; k < kNumStrips; ++k)
     model.strips[k] = LearnStrip(image, belongs, origin, model.noise_variance, kPlans[k], buffers);

@@ -60,12 +60,10 @@ struct RefinementModel {
   Point origin;                 ///< in the pattern image
   double radius = 1.0;          ///< half the diagonal of the learnt region, pattern pixels
   double noise_variance = 0.0;  ///< of the pattern image's pixels, rounding included
-  int grey_offset = 0;          ///< what was subtracted from its grey values
-  std::vector<float> image;     ///< the pattern image less the offset, row by row
+  std::vector<std::int32_t> rounding_runs;  ///< see FindRoundingRuns; empty where there is noise
+  int grey_offset = 0;                      ///< what was subtracted from its grey values
+  std::vector<float> image;                 ///< the pattern image less the offset, row by row
   std::array<Strip, kNumStrips> strips;
-  /// Systematic part of the covariance, in the pattern's frame: (x, y, radius * angle,
-  /// radius * log scale), pixels squared.
-  std::array<double, 16> systematic = {};
 };
 
 /// Learns what refinement needs.

@@ -97,7 +97,8 @@ ResidualNoise FindResidualNoise(const Strip& strip, std::span<const StretchLight
   if (num_flat > 0.0)
     noise.base = (dark.total * dark_variance + bright.total * bright_variance) / num_flat;
   if (std::min(dark.total, bright.total) >= kLeastFlatPixels && dark_grey >= 0.0 &&
-      bright_variance > kLeastNoiseRatio * dark_variance && bright_grey > dark_grey) {
+      bright_variance > kLeastNoiseRatio * std::max(dark_variance, least) &&
+      bright_grey > dark_grey) {
     // The dark end may not become negative.
     noise.per_grey = std::min((bright_variance - dark_variance) / (bright_grey - dark_grey),
                               bright_variance / bright_grey);

@@ -122,12 +122,14 @@ int CountPixels(const Strip& strip, Buffers& buffers) {
   return total;
 }
 
-void SumStretches(const Strip& strip, const StripKernels& kernels, Buffers& buffers) {
+using SumFunction = decltype(StripKernels::sum_moments);
+
+void SumStretches(const Strip& strip, SumFunction sum_moments, Buffers& buffers) {
   const auto pointers = buffers.ColumnPointers();
   for (std::size_t t = 0; t < strip.stretches.size(); ++t) {
     StretchSums& sums = buffers.sums[t];
-    kernels.add_moments(pointers.data(), buffers.weights.data(), strip.stretches[t].first,
-                        strip.stretches[t].count, &sums.at[0][0]);
+    sum_moments(pointers.data(), buffers.weights.data(), strip.stretches[t].first,
+                strip.stretches[t].count, &sums.at[0][0]);
     for (int i = 0; i < kNumColumns; ++i) {
       for (int j = 0; j < i; ++j)
         sums.at[i][j] = sums.at[j][i];
@@ -223,7 +225,9 @@ double SignAsked(EdgePolarity polarity) {
 /// Solves with the weights there are, after judging the stretches.
 void Solve(const Strip& strip, const StripKernels& kernels, const RefinementOptions& options,
            const LightPrior& prior, StripFit& fit, Buffers& buffers) {
-  SumStretches(strip, kernels, buffers);
+  SumStretches(strip,
+               fit.shape == BlurShape::kLine ? kernels.sum_moments : kernels.sum_round_moments,
+               buffers);
   FitStretches(buffers.sums, buffers.num_pixels, buffers.fits);
   fit.consensus = JudgeStretches(buffers.fits, SignAsked(options.polarity),
                                  options.polarity == EdgePolarity::kPerStretch, buffers.lights,
@@ -275,6 +279,7 @@ void TakeStep(const RefinementModel& model, double longest, StripFit& fit) {
   double square = 0.0;
   for (const Column column : {kMoveX, kMoveY, kTurn, kGrow})
     square += fit.solution.by_column[column] * fit.solution.by_column[column];
+  fit.step_before_px = fit.step_px;
   fit.step_px = std::sqrt(square);
   const double share = fit.step_px > longest ? longest / fit.step_px : 1.0;
   fit.scene_from_pattern = fit.scene_from_pattern * StepBack(fit.solution, share, model.radius);
@@ -289,7 +294,10 @@ void TakeStep(const RefinementModel& model, double longest, StripFit& fit) {
 
 }  // namespace
 
-bool FindLineBlur(const RefinementOptions& options, Buffers& buffers, StripFit& fit) {
+bool FindLineBlur(const RefinementModel& model, const RefinementOptions& options, Buffers& buffers,
+                  StripFit& fit) {
+  const StripKernels& kernels = StripKernelsOf(ActiveSimdLevel());
+  SumStretches(model.strips[fit.strip], kernels.sum_moments, buffers);
   const PoseSolution solution =
       SolvePose(buffers.sums, ColumnsToFit(options, true), fit.prior, buffers.lights);
   const int last = solution.fitted.count - 1;
@@ -324,7 +332,7 @@ void SampleAlike(const Strip& strip, const Similarity& scene_from_pattern, Buffe
               buffers.inside.data());
   CountPixels(strip, buffers);
   WeighAlike(strip, buffers);
-  SumStretches(strip, kernels, buffers);
+  SumStretches(strip, kernels.sum_light_moments, buffers);
 }
 
 RefinementOutcome ImproveFit(const RefinementModel& model, const RefinementOptions& options,

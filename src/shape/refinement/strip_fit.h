@@ -18,19 +18,22 @@ struct StripFit {
   LightPrior prior;
   bool has_own_light = false;
   ResidualNoise noise;
+  ResidualNoise noise_before;  ///< at the look before
   StretchConsensus consensus;
+  bool is_obstructed = false;  ///< some stretches did not show the pattern, or under another light
   PoseSolution solution;
   double correlation = 1.0;      ///< see NoiseCorrelation
   double explained_share = 0.0;  ///< of the scene's variation along the outline, noise left out
   double rms_residual = 0.0;     ///< weighted, grey levels
   double step_px = 0.0;          ///< how far the last look moved the corners, pattern pixels
+  double step_before_px = 0.0;   ///< the look before
   double blur_step = 0.0;        ///< by how much it changed the blur's variance
   double pixels_in_scene = 0.0;
 };
 
 /// Whether the residuals ask for a blur that differs between the directions; its moments at once.
-bool FindLineBlur(const RefinementOptions& options, RefinementWorkspace::Buffers& buffers,
-                  StripFit& fit);
+bool FindLineBlur(const RefinementModel& model, const RefinementOptions& options,
+                  RefinementWorkspace::Buffers& buffers, StripFit& fit);
 
 /// Neighbouring samples share noise. So many of them say as much as one would by itself.
 double NoiseCorrelation(const Strip& strip, double scale_at_level, bool is_wide);

@@ -104,9 +104,14 @@ struct StripKernels {
   void (*blend)(const LevelArrays& low, const LevelArrays& high, float share, const float* x,
                 const float* y, float inverse_radius, int count, float* const* columns);
 
-  /// Weighted products of the columns, over the entries first to first + count.
-  void (*add_moments)(const float* const* columns, const float* weights, int first, int count,
+  /// Weighted products of the columns, over the entries first to first + count: of all of them, of all
+  /// but kAxisBlur and kDiagonalBlur, and of kPattern, kOne and kScene. Other moments stay as they are.
+  void (*sum_moments)(const float* const* columns, const float* weights, int first, int count,
                       double* moments);
+  void (*sum_round_moments)(const float* const* columns, const float* weights, int first, int count,
+                            double* moments);
+  void (*sum_light_moments)(const float* const* columns, const float* weights, int first, int count,
+                            double* moments);
 
   /// scene less the sum of factor * column over the other columns.
   void (*find_residuals)(const float* const* columns, const float* factors, int first, int count,

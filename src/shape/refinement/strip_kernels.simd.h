@@ -55,26 +55,31 @@ template <int kTaps>
 void PlaceTaps(std::int32_t width, std::int32_t height, const ImagePlace& place, const float* x,
                const float* y, int count, Taps<kTaps>& taps, float* inside) {
   constexpr int kBefore = kTaps / 2 - 1;  // pixels left of the one at or before the position
-  float along[kBatch];
-  float below[kBatch];
-  const double right = width - kTaps;
-  const double bottom = height - kTaps;
+  constexpr double kBelowOne = 1.0 - 1e-9;
+  double columns[kBatch];
+  double rows[kBatch];
+  const double right = width - kTaps + kBelowOne;
+  const double bottom = height - kTaps + kBelowOne;
   for (int i = 0; i < count; ++i) {
     const double px = static_cast<double>(x[i]);
     const double py = static_cast<double>(y[i]);
     // Counted from the first place that has all taps in the image, so that cutting off rounds down.
     const double u = place.x + (place.cosine * px - place.sine * py) - kBefore;
     const double v = place.y + (place.sine * px + place.cosine * py) - kBefore;
-    const bool is_inside = u >= 0.0 && u < right + 1.0 && v >= 0.0 && v < bottom + 1.0;
-    const double safe_u = is_inside ? u : 0.0;
-    const double safe_v = is_inside ? v : 0.0;
-    const auto column = static_cast<std::int32_t>(safe_u);
-    const auto row = static_cast<std::int32_t>(safe_v);
-    taps.column[i] = column;
-    taps.row[i] = row;
-    along[i] = static_cast<float>(safe_u - column);
-    below[i] = static_cast<float>(safe_v - row);
-    inside[i] = is_inside ? 1.0F : 0.0F;
+    const double above_u = u > 0.0 ? u : 0.0;
+    const double above_v = v > 0.0 ? v : 0.0;
+    columns[i] = above_u < right ? above_u : right;
+    rows[i] = above_v < bottom ? above_v : bottom;
+    const double is_inside = (columns[i] == u ? 1.0 : 0.0) * (rows[i] == v ? 1.0 : 0.0);
+    inside[i] = static_cast<float>(is_inside);
+  }
+  float along[kBatch];
+  float below[kBatch];
+  for (int i = 0; i < count; ++i) {
+    taps.column[i] = static_cast<std::int32_t>(columns[i]);
+    along[i] = static_cast<float>(columns[i] - taps.column[i]);
+    taps.row[i] = static_cast<std::int32_t>(rows[i]);
+    below[i] = static_cast<float>(rows[i] - taps.row[i]);
   }
   for (int i = 0; i < count; ++i) {
     FillWeights<kTaps>(along[i], taps.across[i]);
@@ -155,26 +160,29 @@ inline double SumOf(const float* partial) {
   return (sums[0] + sums[2]) + (sums[1] + sums[3]);
 }
 
-void AddMoments(const float* const* columns, const float* weights, int first, int count,
+template <int... kColumns>
+void SumMoments(const float* const* columns, const float* weights, int first, int count,
                 double* moments) {
-  float sums[kNumColumns][kNumColumns][kBlock] = {};
+  constexpr int kCount = sizeof...(kColumns);
+  constexpr int kOf[kCount] = {kColumns...};
+  float sums[kCount][kCount][kBlock] = {};
   for (int begin = first; begin < first + count; begin += kBlock) {
     const float* const w = weights + begin;
-    for (int i = 0; i < kNumColumns; ++i) {
-      const float* const a = columns[i] + begin;
+    for (int i = 0; i < kCount; ++i) {
+      const float* const a = columns[kOf[i]] + begin;
       float weighted[kBlock];
       for (int k = 0; k < kBlock; ++k)
         weighted[k] = w[k] * a[k];
-      for (int j = i; j < kNumColumns; ++j) {
-        const float* const b = columns[j] + begin;
+      for (int j = i; j < kCount; ++j) {
+        const float* const b = columns[kOf[j]] + begin;
         for (int k = 0; k < kBlock; ++k)
           sums[i][j][k] += weighted[k] * b[k];
       }
     }
   }
-  for (int i = 0; i < kNumColumns; ++i) {
-    for (int j = i; j < kNumColumns; ++j)
-      moments[i * kNumColumns + j] = SumOf(sums[i][j]);
+  for (int i = 0; i < kCount; ++i) {
+    for (int j = i; j < kCount; ++j)
+      moments[kOf[i] * kNumColumns + kOf[j]] = SumOf(sums[i][j]);
   }
 }
 
@@ -292,26 +300,34 @@ void SpreadOverPattern(const std::int32_t* column, const std::int32_t* row, int 
   }
 }
 
+/// Sixteen partial sums of each product, pixel i of a run into sum i.
 void SumCells(const InfluenceCells& cells, double* products) {
   constexpr int kRunFloats = kCellRun * kNumPoseColumns;
   const std::int32_t num_runs = cells.width / kCellRun * cells.height;
+  float sums[kNumPoseColumns][kNumPoseColumns][kCellRun] = {};
   for (std::int32_t run = 0; run < num_runs; ++run) {
     if (cells.marks[run] == 0) continue;
     cells.marks[run] = 0;
     float* const first = cells.cells + run * kRunFloats;
-    float sums[kNumPoseColumns][kNumPoseColumns] = {};
+    float values[kNumPoseColumns][kCellRun];
     for (int i = 0; i < kCellRun; ++i) {
-      const float* const cell = first + i * kNumPoseColumns;
-      for (int a = 0; a < kNumPoseColumns; ++a) {
-        for (int b = 0; b < kNumPoseColumns; ++b)
-          sums[a][b] += cell[a] * cell[b];
-      }
+      for (int a = 0; a < kNumPoseColumns; ++a)
+        values[a][i] = first[i * kNumPoseColumns + a];
     }
     for (int i = 0; i < kRunFloats; ++i)
       first[i] = 0.0F;
     for (int a = 0; a < kNumPoseColumns; ++a) {
-      for (int b = 0; b < kNumPoseColumns; ++b)
-        products[a * kNumPoseColumns + b] += static_cast<double>(sums[a][b]);
+      for (int b = a; b < kNumPoseColumns; ++b) {
+        for (int i = 0; i < kCellRun; ++i)
+          sums[a][b][i] += values[a][i] * values[b][i];
+      }
+    }
+  }
+  for (int a = 0; a < kNumPoseColumns; ++a) {
+    for (int b = a; b < kNumPoseColumns; ++b) {
+      const double sum = SumOf(sums[a][b]) + SumOf(sums[a][b] + kBlock);
+      products[a * kNumPoseColumns + b] += sum;
+      if (a != b) products[b * kNumPoseColumns + a] += sum;
     }
   }
 }
@@ -319,21 +335,25 @@ void SumCells(const InfluenceCells& cells, double* products) {
 }  // namespace
 
 namespace ORVANDEL_SIMD_NAMESPACE {
-const StripKernels kStripKernels = {Sample<4, std::uint8_t>,
-                                    Sample<4, std::uint16_t>,
-                                    Sample<4, float>,
-                                    Sample<8, std::uint8_t>,
-                                    Sample<8, std::uint16_t>,
-                                    Sample<8, float>,
-                                    Blend,
-                                    AddMoments,
-                                    FindResiduals,
-                                    FindWeights,
-                                    FindInfluence,
-                                    SpreadOverScene<4>,
-                                    SpreadOverScene<8>,
-                                    SpreadOverPattern,
-                                    SumCells};
+const StripKernels kStripKernels = {
+    Sample<4, std::uint8_t>,
+    Sample<4, std::uint16_t>,
+    Sample<4, float>,
+    Sample<8, std::uint8_t>,
+    Sample<8, std::uint16_t>,
+    Sample<8, float>,
+    Blend,
+    SumMoments<kMoveX, kMoveY, kTurn, kGrow, kRoundBlur, kAxisBlur, kDiagonalBlur, kPattern, kOne,
+               kScene>,
+    SumMoments<kMoveX, kMoveY, kTurn, kGrow, kRoundBlur, kPattern, kOne, kScene>,
+    SumMoments<kPattern, kOne, kScene>,
+    FindResiduals,
+    FindWeights,
+    FindInfluence,
+    SpreadOverScene<4>,
+    SpreadOverScene<8>,
+    SpreadOverPattern,
+    SumCells};
 }
 
 }  // namespace orvandel::shape

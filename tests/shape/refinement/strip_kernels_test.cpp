@@ -128,7 +128,7 @@ TEST_P(StripKernel, SumsProductsInEightPartialSums) {
   const std::vector<float> weights = Random(random, 0, 1);
   double moments[kNumMoments] = {};
   for (const auto& [first, count] : {std::pair{0, 8}, {8, 64}, {16, 192}}) {
-    kernels_.add_moments(columns.pointers.data(), weights.data(), first, count, moments);
+    kernels_.sum_moments(columns.pointers.data(), weights.data(), first, count, moments);
     for (int i = 0; i < kNumColumns; ++i) {
       for (int j = i; j < kNumColumns; ++j) {
         const double expected =
@@ -178,6 +178,103 @@ TEST_P(StripKernel, SubtractsEachColumnOnce) {
   }
   EXPECT_EQ(residuals[15], -1.0F);
   EXPECT_EQ(residuals[80], -1.0F);
+}
+
+/// Cells of an image of 48 x 48 pixels, all 0.
+struct Cells {
+  static constexpr int kSide = 48;
+  std::vector<float> cells = std::vector<float>(kSide * kSide * kNumPoseColumns);
+  std::vector<std::uint8_t> marks = std::vector<std::uint8_t>(kSide / kCellRun * kSide);
+
+  InfluenceCells View() { return {cells.data(), marks.data(), kSide, kSide}; }
+};
+
+TEST_P(StripKernel, SpreadsInfluenceOverThePixelsThatSamplesAreMadeOf) {
+  UniformRandom random(13);
+  std::array<std::vector<float>, kNumPoseColumns> influence;
+  const float* pointers[kNumPoseColumns];
+  for (std::size_t k = 0; k < influence.size(); ++k) {
+    influence[k] = Random(random, -1, 1);
+    pointers[k] = influence[k].data();
+  }
+  const std::vector<float> strength(kCount, 1.0F);
+  const std::vector<float> x = Random(random, -12, 12);
+  const std::vector<float> y = Random(random, -12, 12);
+  const ImagePlace place = {23.7, 24.2, 0.8, 0.6};
+  std::vector<double> scene_x;
+  std::vector<double> scene_y;
+  std::vector<std::int32_t> column;
+  std::vector<std::int32_t> row;
+  for (std::size_t i = 0; i < kCount; ++i) {
+    const double px = static_cast<double>(x[i]);
+    const double py = static_cast<double>(y[i]);
+    scene_x.push_back(place.x + (place.cosine * px - place.sine * py));
+    scene_y.push_back(place.y + (place.sine * px + place.cosine * py));
+    column.push_back(random.Integer(1, 46));
+    row.push_back(random.Integer(1, 46));
+  }
+  Cells cells;
+  const auto expect = [&](const std::vector<double>& at_x, const std::vector<double>& at_y,
+                          int kernel_width) {
+    double products[kNumPoseColumns * kNumPoseColumns] = {};
+    kernels_.sum_cells(cells.View(), products);
+    for (std::size_t a = 0; a < kNumPoseColumns; ++a) {
+      for (std::size_t b = 0; b < kNumPoseColumns; ++b)
+        EXPECT_NEAR(products[a * kNumPoseColumns + b],
+                    reference::SpreadProduct(at_x, at_y, pointers[a], pointers[b], kernel_width,
+                                             Cells::kSide),
+                    1e-4);  // single precision, sums up to some tens
+    }
+    for (const float cell : cells.cells)
+      ASSERT_EQ(cell, 0.0F);
+    for (const std::uint8_t mark : cells.marks)
+      ASSERT_EQ(mark, 0);
+  };
+  kernels_.spread_over_scene(place, x.data(), y.data(), kCount, pointers, strength.data(),
+                             cells.View());
+  expect(scene_x, scene_y, 1);
+  kernels_.spread_over_scene_wide(place, x.data(), y.data(), kCount, pointers, strength.data(),
+                                  cells.View());
+  expect(scene_x, scene_y, 2);
+  kernels_.spread_over_pattern(column.data(), row.data(), kCount, pointers, strength.data(),
+                               cells.View());
+  expect({column.begin(), column.end()}, {row.begin(), row.end()}, 1);
+}
+
+TEST_P(StripKernel, FindsInfluenceAndWhatResidualsPull) {
+  UniformRandom random(14);
+  const Columns columns(random);
+  const std::vector<float> weights = Random(random, 0, 1);
+  const std::vector<float> residuals = Random(random, -1, 1);
+  float factors[kNumPoseColumns][kNumColumns];
+  for (auto& row : factors) {
+    for (float& factor : row)
+      factor = static_cast<float>(random.Real(-0.1, 0.1));
+  }
+  std::array<std::vector<float>, kNumPoseColumns> influence;
+  float* pointers[kNumPoseColumns];
+  for (std::size_t k = 0; k < influence.size(); ++k) {
+    influence[k].resize(kCount);
+    pointers[k] = influence[k].data();
+  }
+  double moved[kNumPoseColumns] = {};
+  kernels_.find_influence(columns.pointers.data(), factors, weights.data(), residuals.data(), 16,
+                          96, pointers, moved);
+  for (std::size_t k = 0; k < kNumPoseColumns; ++k) {
+    double pull = 0.0;
+    for (std::size_t i = 16; i < 112; ++i) {
+      double expected = static_cast<double>(factors[k][kOne]);
+      for (std::size_t j = 0; j < kScene; ++j) {
+        if (j != kOne)
+          expected +=
+              static_cast<double>(factors[k][j]) * static_cast<double>(columns.values[j][i]);
+      }
+      expected *= static_cast<double>(weights[i]);
+      ASSERT_NEAR(static_cast<double>(influence[k][i]), expected, 1e-4);  // sums below 100
+      pull += expected * static_cast<double>(residuals[i]);
+    }
+    EXPECT_NEAR(moved[k], pull, 1e-3);
+  }
 }
 
 TEST(StripKernels, GiveTheSameBitsAtEveryLevel) {
