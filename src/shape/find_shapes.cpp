@@ -27,13 +27,13 @@ struct Found {
 };
 
 struct Workspace::Buffers {
+  WorkerTeam team;
   SceneLevels scene;
   std::vector<Grid> grids;
   ResponseMaps maps;
   CoarseBuffers coarse;
   std::vector<Candidate> candidates;
   std::vector<std::size_t> candidate_ends;
-  TrackingBuffers tracking;
   DescentBuffers descent;
   ScoringBuffers scoring;
   OverlapBuffers overlap;
@@ -114,7 +114,14 @@ class ShapeSearch {
  public:
   ShapeSearch(const ShapeModel& model, const ImageView& image, const FindOptions& options,
               Workspace::Buffers& buffers, FindResult& result)
-      : model_(model), image_(image), options_(options), buffers_(buffers), result_(result) {
+      : model_(model),
+        image_(image),
+        options_(options),
+        buffers_(buffers),
+        result_(result),
+        deadline_(options.time_budget_us) {
+    buffers.team.Resize(
+        std::min(static_cast<std::size_t>(std::max(options.num_threads, 1)), kWave));
     descent_.angle_start = options.angle_start;
     descent_.angle_extent = std::min(options.angle_extent, kTwoPi);
     descent_.min_scale = options.min_scale;
@@ -129,7 +136,7 @@ class ShapeSearch {
     buffers_.found.clear();
     float best_candidate = 0.0F;
     for (const EdgeSign sign : SignsToTry()) {
-      if (BestScore() >= kGoodScore) break;
+      if (BestScore() >= kGoodScore || IsLate()) break;
       descent_.sign = sign;
       best_candidate = FindCandidates(best_candidate);
       TrackCandidates();
@@ -156,6 +163,12 @@ class ShapeSearch {
       default:
         return kAnywhere;
     }
+  }
+
+  /// Whether the time is up; then what has been found until now is the result.
+  bool IsLate() {
+    result_.timed_out = result_.timed_out || deadline_.HasPassed();
+    return result_.timed_out;
   }
 
   double BestScore() const {
@@ -193,8 +206,8 @@ class ShapeSearch {
       result_.times_us.response_maps += watch_.MicrosecondsSinceLast();
       const CoarseRange range = {grid.level, descent_.angle_start, descent_.angle_extent,
                                  grid.min_scale, grid.max_scale};
-      SearchGrid(model_, buffers_.maps, grid.level > 0, range, limits, best_score, buffers_.coarse,
-                 buffers_.candidates);
+      SearchGrid(model_, buffers_.maps, grid.level > 0, range, limits, deadline_, buffers_.team,
+                 best_score, buffers_.coarse, buffers_.candidates);
       buffers_.candidate_ends.push_back(buffers_.candidates.size());
       result_.times_us.coarse_search += watch_.MicrosecondsSinceLast();
     }
@@ -218,9 +231,9 @@ class ShapeSearch {
     buffers_.arrived.clear();
     if (buffers_.grids.empty()) return;
     buffers_.descent.active.clear();
-    Descent descent(model_, buffers_.scene, descent_, buffers_.tracking, buffers_.descent);
+    Descent descent(model_, buffers_.scene, descent_, buffers_.team, buffers_.descent);
     std::size_t grid = 0;
-    for (int level = buffers_.grids.front().GradientLevel(); level >= 0; --level) {
+    for (int level = buffers_.grids.front().GradientLevel(); level >= 0 && !IsLate(); --level) {
       for (; grid < buffers_.grids.size() && buffers_.grids[grid].GradientLevel() == level; ++grid)
         descent.Enter(CandidatesOf(grid), level);
       if (!buffers_.descent.active.empty()) descent.FitLevel(level, buffers_.arrived);
@@ -236,15 +249,17 @@ class ShapeSearch {
   void ScoreArrived() {
     const double chance = model_.ChanceOf(options_.min_scale, options_.max_scale);
     for (Tracked& tracked : buffers_.arrived) {
-      FitFinally(model_, buffers_.scene, descent_, buffers_.tracking, tracked);
+      if (IsLate()) break;
+      FitFinally(model_, buffers_.scene, descent_, buffers_.descent.tracking[0], tracked);
       const int level = tracked.level;
       const EdgePoints& points = model_.LevelOf(PixelsOf(level) / tracked.pose.scale).all;
       const TrackingStep step = MeasuringStep(buffers_.scene, level, descent_.sign);
       Found found;
       found.tracked = tracked;
       found.sign = descent_.sign;
-      found.raw = ScorePose(points, buffers_.scene.Gradients(level), step, buffers_.tracking,
-                            buffers_.scoring, OnLevel(tracked.pose, level));
+      found.raw =
+          ScorePose(points, buffers_.scene.Gradients(level), step, buffers_.descent.tracking[0],
+                    buffers_.scoring, OnLevel(tracked.pose, level));
       found.score = ScoreAboveChance(found.raw.raw, chance);
       buffers_.found.push_back(found);
     }
@@ -321,7 +336,7 @@ class ShapeSearch {
   RefinedPose Refined(const Found& found) {
     descent_.sign = found.sign;
     const Tracked start =
-        Polished(model_, buffers_.scene, descent_, buffers_.tracking, found.tracked);
+        Polished(model_, buffers_.scene, descent_, buffers_.descent.tracking[0], found.tracked);
     RefinedPose refined = TrackedPose(start);
     RefinementOptions options;
     options.polarity = found.sign == EdgeSign::kSame       ? EdgePolarity::kSame
@@ -361,8 +376,8 @@ class ShapeSearch {
     RefinedPose found;
     found.scene_from_pattern = {pose.x, pose.y, NormalizedAngle(pose.angle), pose.scale};
     found.covariance = CovarianceAt(model_.LevelOf(PixelsOf(level) / pose.scale).all,
-                                    buffers_.scene.Gradients(level), step, level, buffers_.tracking,
-                                    OnLevel(pose, level));
+                                    buffers_.scene.Gradients(level), step, level,
+                                    buffers_.descent.tracking[0], OnLevel(pose, level));
     return found;
   }
 
@@ -393,6 +408,7 @@ class ShapeSearch {
   Workspace::Buffers& buffers_;
   FindResult& result_;
   DescentOptions descent_;
+  Deadline deadline_;
   Stopwatch watch_;
 };
 

@@ -1,5 +1,8 @@
 #include "shape/find_shapes.h"
 
+#include <cmath>
+#include <limits>
+#include <thread>
 #include <vector>
 
 #include "tests/shape/rendered_scenes.h"
@@ -200,6 +203,134 @@ TEST(FindShapes, AUsedWorkspaceChangesNoBit) {
     const FindResult result = FindShapes(*model, scene.View(), options, workspace);
     ExpectSameBits({result.matches.begin(), result.matches.end()}, first);
   }
+}
+
+TEST(FindShapes, GivesTheSameBitsWithAnyNumberOfThreads) {
+  const Part part = MetalBracket();
+  const auto model = Learnt(PatternOf(part));
+  ASSERT_TRUE(model);
+  const GreyImage scene = SceneOf(part, {322.2, 141.7, 131, 0.7}, {.noise_sigma = 10});
+  FindOptions options;
+  options.min_score = 0.0;
+  options.max_matches = 5;
+  const auto first = FindIn(scene, *model, options);
+  ASSERT_FALSE(first.empty());
+  Workspace workspace;
+  for (const int num_threads : {2, 3, 8, 100, 1}) {
+    options.num_threads = num_threads;
+    const FindResult result = FindShapes(*model, scene.View(), options, workspace);
+    ExpectSameBits({result.matches.begin(), result.matches.end()}, first);
+  }
+}
+
+TEST(FindShapes, ThreadsMayShareAPattern) {
+  const Part part = MetalBracket();
+  const auto model = Learnt(PatternOf(part));
+  ASSERT_TRUE(model);
+  const std::vector<render::Pose> poses = {
+      {300, 200, 10, 1.0}, {330, 240, 100, 0.8}, {280, 260, -70, 1.2}};
+  std::vector<GreyImage> scenes;
+  std::vector<std::vector<Match>> alone;
+  for (const render::Pose& pose : poses) {
+    scenes.push_back(SceneOf(part, pose));
+    alone.push_back(FindIn(scenes.back(), *model));
+  }
+  std::vector<std::vector<Match>> together(poses.size());
+  std::vector<std::thread> threads;
+  for (std::size_t i = 0; i < poses.size(); ++i)
+    threads.emplace_back([&, i] { together[i] = FindIn(scenes[i], *model); });
+  for (std::thread& thread : threads)
+    thread.join();
+  for (std::size_t i = 0; i < poses.size(); ++i)
+    ExpectSameBits(together[i], alone[i]);
+}
+
+TEST(FindShapes, EndsWhenItsTimeIsUpAndSaysSo) {
+  const Part part = MetalBracket();
+  const auto model = Learnt(PatternOf(part));
+  ASSERT_TRUE(model);
+  const GreyImage scene = SceneOf(part, {1500, 1000, 31, 1.0}, {}, {4000, 3000});
+  FindOptions options;
+  options.time_budget_us = 1;
+  Workspace workspace;
+  const FindResult result = FindShapes(*model, scene.View(), options, workspace);
+  EXPECT_EQ(result.status, FindStatus::kOk);
+  EXPECT_TRUE(result.timed_out);
+  EXPECT_TRUE(result.matches.empty());
+  options.time_budget_us = std::numeric_limits<std::int64_t>::max();
+  const FindResult whole = FindShapes(*model, scene.View(), options, workspace);
+  EXPECT_FALSE(whole.timed_out);
+  EXPECT_EQ(whole.matches.size(), 1U);
+}
+
+/// The scene turned by a quarter, clockwise on the screen.
+GreyImage QuarterTurned(const GreyImage& image) {
+  GreyImage turned(image.height, image.width);
+  for (std::int32_t y = 0; y < turned.height; ++y) {
+    for (std::int32_t x = 0; x < turned.width; ++x)
+      turned.At(x, y) = image.pixels[static_cast<std::size_t>(image.height - 1 - x) *
+                                         static_cast<std::size_t>(image.width) +
+                                     static_cast<std::size_t>(y)];
+  }
+  return turned;
+}
+
+TEST(FindShapes, FollowsATurnOfTheScene) {
+  const Part part = MetalBracket();
+  const auto model = Learnt(PatternOf(part));
+  ASSERT_TRUE(model);
+  const GreyImage scene = SceneOf(part, {280.3, 210.9, 23, 0.9}, {.noise_sigma = 3});
+  const auto upright = FindIn(scene, *model);
+  const auto turned = FindIn(QuarterTurned(scene), *model);
+  ASSERT_EQ(upright.size(), 1U);
+  ASSERT_EQ(turned.size(), 1U);
+  const Similarity& pose = upright[0].scene_from_pattern;
+  // (x, y) goes to (height - 1 - y, x). The searches start from other grids; what they end with is the same optimum.
+  const Similarity expected = {scene.height - 1 - pose.y, pose.x, pose.angle + 0.5 * kPi,
+                               pose.scale};
+  EXPECT_LT(CornerError(turned[0].scene_from_pattern, expected, part.frame), 0.02);
+}
+
+TEST(FindShapes, FollowsAShiftOfTheScene) {
+  const Part part = MetalBracket();
+  const auto model = Learnt(PatternOf(part));
+  ASSERT_TRUE(model);
+  GreyImage scene = SceneOf(part, {300.3, 230.9, 23, 0.9}, {.noise_sigma = 3});
+  const auto whole = FindIn(scene, *model);
+  // A view that begins 37 columns and 21 rows later.
+  const ImageView8 part_of_it = {&scene.At(37, 21), scene.width - 37, scene.height - 21,
+                                 scene.width};
+  Workspace workspace;
+  const FindResult shifted = FindShapes(*model, part_of_it, {}, workspace);
+  ASSERT_EQ(whole.size(), 1U);
+  ASSERT_EQ(shifted.matches.size(), 1U);
+  Similarity expected = whole[0].scene_from_pattern;
+  expected.x -= 37;
+  expected.y -= 21;
+  EXPECT_LT(CornerError(shifted.matches[0].scene_from_pattern, expected, part.frame), 0.02);
+}
+
+TEST(FindShapes, DeepImagesGiveTheSamePoses) {
+  const Part part = MetalBracket();
+  const GreyImage pattern = PatternOf(part);
+  const render::Pose pose = {300.3, 230.9, 23, 0.9};
+  const GreyImage scene = SceneOf(part, pose, {.noise_sigma = 2});
+  const auto deep = [](const GreyImage& image) {
+    test::DeepImage copy(image.width, image.height);
+    for (std::size_t i = 0; i < image.pixels.size(); ++i)
+      copy.pixels[i] = static_cast<std::uint16_t>(image.pixels[i] * 16);
+    return copy;
+  };
+  LearnOptions learn;
+  learn.learns_chance = false;
+  const auto model = LearnShape(deep(pattern).View(), learn).model;
+  ASSERT_TRUE(model);
+  Workspace workspace;
+  const test::DeepImage deep_scene = deep(scene);
+  const FindResult result = FindShapes(*model, deep_scene.View(), {}, workspace);
+  ASSERT_EQ(result.matches.size(), 1U);
+  EXPECT_LT(CornerError(result.matches[0].scene_from_pattern, ToSimilarity(pose), part.frame),
+            kExact);
 }
 
 }  // namespace

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include "platform/worker_team.h"
 #include "shape/model/shape_model.h"
-#include "shape/search/coarse_kernels.h"
+#include "shape/search/candidate_list.h"
+#include "shape/search/deadline.h"
+#include "shape/search/pose_scan.h"
 #include "shape/search/response_maps.h"
 
 namespace orvandel::shape {
@@ -36,49 +40,27 @@ struct CoarseLimits {
   std::size_t max_candidates = 0;
 };
 
+/// The most workers that a search is divided among; poses are tried in waves of as many.
+inline constexpr std::size_t kWave = 8;
+
 struct CoarseBuffers {
-  struct Hit {
-    float score = 0.0F;
-    std::uint16_t x = 0;
-    std::uint16_t y = 0;
-    std::uint32_t pose = 0;
-  };
-  struct Pose {
-    double angle = 0.0;
-    double scale = 0.0;
-    double angle_step = 0.0;
-    double scale_step = 0.0;
-  };
-  struct Kept {
-    std::uint32_t hit = 0;
-    std::uint32_t next = 0;
-  };
-  std::vector<Hit> hits;
-  std::vector<Hit> sorted;
-  std::vector<Pose> poses;
-  std::vector<CoarseHit> row_hits;
-  std::vector<std::uint8_t> limits;
-  std::vector<std::int16_t> outside_columns;
-  std::vector<std::int16_t> outside_rows;
-  std::vector<std::int16_t> reaches;
-  std::vector<std::uint32_t> counts;
-  std::vector<std::uint32_t> heads;
-  std::vector<Kept> kept;
+  std::array<PoseScan, kWave> scans;  ///< one a worker
+  std::array<std::vector<GridHit>, kWave> wave_hits;
+  CandidateList list;
+  std::vector<TriedPose> tried;
 };
 
-/// How far coarse points reach from the pattern's centre at a scale, grid positions; the frame that
-/// response maps need.
-std::int32_t ReachOf(const EdgePoints& points, double scale, int level);
-
 /// Tries all rotations, scales and positions of the range, positions anywhere in the grid, and appends the best
-/// candidates, best first, none within two steps of a better one.
+/// candidates, best first, none within two steps of a better one. Ends early, with what it has, when the time is
+/// up.
 ///
-/// Points beyond the grid are left out, and a position is asked for votes of the geometric mean of visible and all
-/// points: so a few visible ones cannot beat a whole pattern. At least two fifths must be visible.
+/// The threshold follows the best score from wave to wave of poses. The poses of a wave may be looked at in any order, or
+/// at once: the bits do not depend on the team.
 ///
 /// @param best_score  best so far, of coarser grids too; raised
 void SearchGrid(const ShapeModel& model, const ResponseMaps& maps, bool is_pooled,
-                const CoarseRange& range, const CoarseLimits& limits, float& best_score,
-                CoarseBuffers& buffers, std::vector<Candidate>& candidates);
+                const CoarseRange& range, const CoarseLimits& limits, const Deadline& deadline,
+                WorkerTeam& team, float& best_score, CoarseBuffers& buffers,
+                std::vector<Candidate>& candidates);
 
 }  // namespace orvandel::shape

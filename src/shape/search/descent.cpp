@@ -71,9 +71,9 @@ TrackingStep Descent::StepOn(int level) const {
 }
 
 void Descent::TrackOn(int level, const EdgePoints& points, const TrackingStep& step,
-                      Tracked& tracked) {
+                      std::size_t worker, Tracked& tracked) {
   LevelPose pose = OnLevel(tracked.pose, level);
-  tracked.fit = Track(points, scene_.Gradients(level), step, tracking_, pose);
+  tracked.fit = Track(points, scene_.Gradients(level), step, buffers_.tracking[worker], pose);
   tracked.pose.x = ToScene(pose.x, level);
   tracked.pose.y = ToScene(pose.y, level);
   tracked.pose.angle = pose.angle;
@@ -87,7 +87,6 @@ void Descent::TrackOn(int level, const EdgePoints& points, const TrackingStep& s
 void Descent::Enter(std::span<const Candidate> candidates, int level) {
   const GradientPlane& gradients = scene_.Gradients(level);
   if (gradients.width < 4 || gradients.height < 4) return;
-  buffers_.incoming.clear();
   TrackingStep first = StepOn(level);
   first.is_nearest = true;
   first.range = 3;
@@ -96,16 +95,16 @@ void Descent::Enter(std::span<const Candidate> candidates, int level) {
   TrackingStep second = first;
   second.range = 2;
   second.reach = 2.5F;
-  for (const Candidate& candidate : candidates) {
-    Tracked tracked;
-    tracked.pose = candidate;
-    const EdgePoints& points = model_.LevelOf(PixelsOf(level) / candidate.scale).coarse;
-    TrackOn(level, points, first, tracked);
-    TrackOn(level, points, second, tracked);
-    buffers_.incoming.push_back(tracked);
-  }
-  KeepBest(buffers_.incoming, {&kMostAfterFirstLook, 1}, level);
-  buffers_.active.insert(buffers_.active.end(), buffers_.incoming.begin(), buffers_.incoming.end());
+  auto& incoming = buffers_.incoming;
+  incoming.assign(candidates.size(), {});
+  team_.Run(candidates.size(), [&](std::size_t i, std::size_t worker) {
+    incoming[i].pose = candidates[i];
+    const EdgePoints& points = model_.LevelOf(PixelsOf(level) / candidates[i].scale).coarse;
+    TrackOn(level, points, first, worker, incoming[i]);
+    TrackOn(level, points, second, worker, incoming[i]);
+  });
+  KeepBest(incoming, {&kMostAfterFirstLook, 1}, level);
+  buffers_.active.insert(buffers_.active.end(), incoming.begin(), incoming.end());
 }
 
 void Descent::FitLevel(int level, std::vector<Tracked>& arrived) {
@@ -114,25 +113,23 @@ void Descent::FitLevel(int level, std::vector<Tracked>& arrived) {
   second.range = 1;
   second.reach = 2.0F;
   second.damping = 0.001;
+  scene_.Gradients(level);  // made here, not by several workers at once
   auto& active = buffers_.active;
+  auto& finer = buffers_.finer;
+  finer.assign(active.begin(), active.end());
+  team_.Run(active.size(), [&](std::size_t i, std::size_t worker) {
+    const EdgePoints& points = model_.LevelOf(PixelsOf(level) / finer[i].pose.scale).fine;
+    TrackOn(level, points, first, worker, finer[i]);
+    TrackOn(level, points, second, worker, finer[i]);
+    ++finer[i].num_levels;
+  });
   std::size_t end = 0;
-  for (std::size_t i = 0; i < active.size(); ++i) {
-    Tracked tracked = active[i];
-    const double factor = PixelsOf(level) / tracked.pose.scale;
-    const EdgePoints& points = model_.LevelOf(factor).fine;
-    TrackOn(level, points, first, tracked);
-    TrackOn(level, points, second, tracked);
-    const TrackingFit& before = active[i].fit;
-    const bool is_blurred = active[i].num_levels > 0 && factor <= kBlurMaxFactor &&
-                            before.coverage > kBlurMinCoverage &&
-                            tracked.fit.coverage < kBlurredCoverage * before.coverage &&
-                            tracked.fit.slope < kBlurredSlope * before.slope;
-    if (is_blurred) {
+  for (std::size_t i = 0; i < finer.size(); ++i) {
+    if (IsBlurred(active[i], finer[i])) {
       arrived.push_back(active[i]);
-      continue;
+    } else {
+      active[end++] = finer[i];
     }
-    ++tracked.num_levels;
-    active[end++] = tracked;
   }
   active.resize(end);
   KeepBest(active, kMostAfterLevels, level);
@@ -148,6 +145,15 @@ void Descent::FitLevel(int level, std::vector<Tracked>& arrived) {
     }
   }
   active.resize(end);
+}
+
+/// Whether a pose has lost so much on the finer level that blur must hide the edges there.
+bool Descent::IsBlurred(const Tracked& before, const Tracked& now) const {
+  const double factor = PixelsOf(now.level) / now.pose.scale;
+  return before.num_levels > 0 && factor <= kBlurMaxFactor &&
+         before.fit.coverage > kBlurMinCoverage &&
+         now.fit.coverage < kBlurredCoverage * before.fit.coverage &&
+         now.fit.slope < kBlurredSlope * before.fit.slope;
 }
 
 bool Descent::HasArrived(const Tracked& tracked, int level) const {

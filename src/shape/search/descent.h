@@ -1,9 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <vector>
 
+#include "platform/worker_team.h"
 #include "shape/model/shape_model.h"
 #include "shape/search/coarse_search.h"
 #include "shape/search/scene_levels.h"
@@ -35,9 +38,10 @@ struct DescentBuffers {
     std::uint32_t index = 0;
     std::uint32_t next = 0;
   };
+  std::array<TrackingBuffers, kWave> tracking;  ///< one a worker
   std::vector<Tracked> active;
   std::vector<Tracked> incoming;
-  std::vector<Tracked> scratch;
+  std::vector<Tracked> finer;
   std::vector<std::uint32_t> heads;
   std::vector<Placed> placed;
 };
@@ -48,8 +52,8 @@ struct DescentBuffers {
 class Descent {
  public:
   Descent(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
-          TrackingBuffers& tracking, DescentBuffers& buffers)
-      : model_(model), scene_(scene), options_(options), tracking_(tracking), buffers_(buffers) {}
+          WorkerTeam& team, DescentBuffers& buffers)
+      : model_(model), scene_(scene), options_(options), team_(team), buffers_(buffers) {}
 
   /// Starts over with the candidates of a grid, on the level of its gradients.
   void Enter(std::span<const Candidate> candidates, int level);
@@ -59,14 +63,16 @@ class Descent {
 
  private:
   TrackingStep StepOn(int level) const;
-  void TrackOn(int level, const EdgePoints& points, const TrackingStep& step, Tracked& tracked);
+  void TrackOn(int level, const EdgePoints& points, const TrackingStep& step, std::size_t worker,
+               Tracked& tracked);
+  bool IsBlurred(const Tracked& before, const Tracked& now) const;
   void KeepBest(std::vector<Tracked>& list, std::span<const std::size_t> most, int level);
   bool HasArrived(const Tracked& tracked, int level) const;
 
   const ShapeModel& model_;
   SceneLevels& scene_;
   const DescentOptions& options_;
-  TrackingBuffers& tracking_;
+  WorkerTeam& team_;
   DescentBuffers& buffers_;
 };
 
