@@ -1,16 +1,21 @@
-/* Orvandel in C: learns a geometric pattern from a grey image and finds it in others, at any rotation and a range of
-   scales; and finds sub-pixel edge points, for those who want no more. orvandel.hpp has the same for C++17.
+/* Orvandel in C: learns a geometric pattern from a grey image and finds it in others, at any
+   rotation and a range of scales; and finds sub-pixel edge points, for those who want no more.
+   orvandel.hpp has the same for C++17.
 
    Conventions
    - Pixels: (0, 0) is the centre of the top-left pixel; x runs right, y down.
    - Angles: radians; from x to y, so that positive ones turn clockwise on the screen.
-   - Status: functions that can fail return ORV_OK or what went wrong, and leave a sentence for orv_last_message.
-   - Structs that may grow begin with their size, `struct_size`. The orv_..._init functions set it and every default.
-   - Ownership: what a ..._create or orv_pattern_learn hands out is the caller's, who gives it back to the ..._destroy of
-     its kind. Images are only read, and only during the call.
-   - Threads: different handles may be used by different threads at the same time. A pattern is never changed once it is
-     learnt, and may be used by many threads at once; edges and finders serve one thread at a time.
-   - The same input gives the same bits on every system, at every vector width and with any number of threads. */
+   - Status: functions that can fail return ORV_OK or what went wrong, and leave a sentence for
+     orv_last_message.
+   - Structs that may grow begin with their size, `struct_size`. The orv_..._init functions set it
+     and every default.
+   - Ownership: what a ..._create or orv_pattern_learn hands out is the caller's, who gives it back
+     to the ..._destroy of its kind. Images are only read, and only during the call.
+   - Threads: different handles may be used by different threads at the same time. A pattern is
+     never changed once it is learnt, and may be used by many threads at once; edges and finders
+     serve one thread at a time.
+   - The same input gives the same bits on every system, at every vector width and with any number
+     of threads. */
 
 #ifndef ORVANDEL_ORVANDEL_H
 #define ORVANDEL_ORVANDEL_H
@@ -18,7 +23,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
-/* ORVANDEL_BUILDING is set while the library itself is compiled, ORVANDEL_STATIC for who links it statically. */
+/* ORVANDEL_BUILDING is set while the library itself is compiled, ORVANDEL_STATIC for who links it
+   statically. */
 #if defined(_WIN32)
 #if defined(ORVANDEL_BUILDING)
 #define ORV_API __declspec(dllexport)
@@ -54,8 +60,8 @@ ORV_API const char* orv_version(void);
 /** The status as words, for logs: "invalid argument". Never null. */
 ORV_API const char* orv_status_text(int status);
 
-/** What was wrong with this thread's last call that failed, as a sentence in English; empty when none has failed.
-    Valid until the thread's next call that fails. */
+/** What was wrong with this thread's last call that failed, as a sentence in English; empty when
+    none has failed. Valid until the thread's next call that fails. */
 ORV_API const char* orv_last_message(void);
 
 /* ---------------------------------------------------------------- images */
@@ -63,16 +69,17 @@ ORV_API const char* orv_last_message(void);
 /** A grey image of the caller's. */
 typedef struct orv_image {
   size_t struct_size; /**< sizeof(orv_image) */
-  const void*
-      pixels; /**< of the top row: bytes, or 16-bit numbers of this machine's byte order, aligned as such */
+  /** Of the top row: bytes, or 16-bit numbers of this machine's byte order, aligned as such. */
+  const void* pixels;
   int32_t width;  /**< pixels, 1 and more */
   int32_t height; /**< pixels, 1 and more */
-  int64_t
-      stride; /**< bytes from a row to the one below; negative for bottom-up images; whole pixels */
+  /** Bytes from a row to the one below; negative for bottom-up images; whole pixels. */
+  int64_t stride;
   int32_t bits_per_pixel; /**< 8 or 16 */
 } orv_image;
 
-/** Describes an image whose rows follow each other without gaps; change `stride` where they do not. */
+/** Describes an image whose rows follow each other without gaps; change `stride` where they do
+    not. */
 ORV_API void orv_image_init(orv_image* image, const void* pixels, int32_t width, int32_t height,
                             int32_t bits_per_pixel);
 
@@ -83,17 +90,16 @@ typedef struct orv_edge_point {
   float x;         /**< pixels */
   float y;         /**< pixels */
   float direction; /**< of the gradient, to the brighter side: radians in (-pi, pi] */
-  float
-      strength; /**< length of the gradient, grey levels per pixel: 0.375 h for a sharp step of height h */
+  float strength;  /**< grey levels per pixel: 0.375 h for a sharp step of height h */
 } orv_edge_point;
 
 /** How to detect. */
 typedef struct orv_edge_options {
   size_t struct_size;
-  double
-      least_strength; /**< grey levels per pixel, 0 and more; a point of just that strength stays, weaker ones are
-                              left out. Default 12, a step of 32 levels, for 8-bit images; 16-bit ones have a scale of
-                              their own, say 12 * 16 for a camera of 12 bits */
+  /** Grey levels per pixel, 0 and more; a point of just that strength stays, weaker ones are left
+      out. Default 12, a step of 32 levels, for 8-bit images; 16-bit ones have a scale of their own,
+      say 12 * 16 for a camera of 12 bits. */
+  double least_strength;
 } orv_edge_options;
 
 /** A detector with its working storage, and the points of the image that it saw last. */
@@ -108,9 +114,10 @@ ORV_API int orv_edges_create(orv_edges** edges);
 /** Null is ignored. */
 ORV_API void orv_edges_destroy(orv_edges* edges);
 
-/** Finds the edge points of an image: local maxima of the gradient across the edge, with positions to a few thousandths
-    of a pixel where there is no noise. The three outermost rows and columns hold none. After a failure there are no
-    points, never those of an earlier image. Images of the size of an earlier one need no new memory.
+/** Finds the edge points of an image: local maxima of the gradient across the edge, with positions
+    to a few thousandths of a pixel where there is no noise. The three outermost rows and columns
+    hold none. After a failure there are no points, never those of an earlier image. Images of the
+    size of an earlier one need no new memory.
 
     @param options  null for the defaults. */
 ORV_API int orv_edges_detect(orv_edges* edges, const orv_image* image,
@@ -119,12 +126,12 @@ ORV_API int orv_edges_detect(orv_edges* edges, const orv_image* image,
 /** Number of points; 0 before the first detection, and for null. */
 ORV_API size_t orv_edges_count(const orv_edges* edges);
 
-/** The points, row of pixels by row of pixels from the top, from left to right within a row. Valid until the next
-    detection or the end of the handle; null where there are none. */
+/** The points, row of pixels by row of pixels from the top, from left to right within a row. Valid
+    until the next detection or the end of the handle; null where there are none. */
 ORV_API const orv_edge_point* orv_edges_points(const orv_edges* edges);
 
-/** Index of the first point of a row of pixels, so that row y has the points from that of y to that of y + 1. Rows
-    below 0 count as 0, those beyond the image have all points before them. */
+/** Index of the first point of a row of pixels, so that row y has the points from that of y to that
+    of y + 1. Rows below 0 count as 0, those beyond the image have all points before them. */
 ORV_API size_t orv_edges_row_begin(const orv_edges* edges, int32_t row);
 
 /* ---------------------------------------------------------------- patterns */
@@ -138,8 +145,11 @@ typedef struct orv_learn_options {
   int32_t has_origin; /**< not 0: the origin is the point below. Default 0: the image's centre */
   double origin_x;    /**< pixels of the pattern image; the point whose place matches tell */
   double origin_y;
-  const orv_image*
-      mask; /**< 8 bits, as large as the image; what is not 0 belongs to the pattern. Default null: all */
+  /** 8 bits, as large as the image: not 0 where the pattern is. Default null: everywhere. */
+  const orv_image* mask;
+  /** Whether to learn how well chance imitates the pattern, against which scores are set. Default
+      1. 0 saves most of the time, but the default score is then too low for simple patterns. */
+  int32_t learns_chance;
 } orv_learn_options;
 
 /** @param struct_size  sizeof(orv_learn_options). */
@@ -149,7 +159,8 @@ ORV_API void orv_learn_options_init(orv_learn_options* options, size_t struct_si
 
     @param options  null for the defaults.
     @param pattern  receives the new handle, null on failure.
-    @return         ORV_NO_EDGES where the image has too few edges to be found by: flat, tiny, all masked. */
+    @return         ORV_NO_EDGES where the image has too few edges to be found by: flat, tiny, all
+                    masked. */
 ORV_API int orv_pattern_learn(const orv_image* image, const orv_learn_options* options,
                               orv_pattern** pattern);
 
@@ -183,14 +194,14 @@ enum orv_polarity {
 typedef struct orv_find_options {
   size_t struct_size;
   double angle_start; /**< radians; default -pi */
-  double
-      angle_extent; /**< radians, 0 and more from the start on; a whole turn and more are all angles. Default 2 pi */
+  /** Radians from the start on, 0 and more; a whole turn and more are all angles. Default 2 pi. */
+  double angle_extent;
   double min_scale; /**< above 0; default 0.5 */
   double max_scale; /**< min_scale and more; the same fixes the scale. Default 2 */
-  double
-      min_score; /**< 0 to 1; a match of just that score is reported. Default: what suits every pattern */
-  double
-      max_overlap; /**< share of the smaller one's area that two matches may have in common, 0 to 1; default 0.5 */
+  /** 0 to 1; a match of just that score is reported. Default: what suits every pattern. */
+  double min_score;
+  /** Share of the smaller one's area that two matches may have in common, 0 to 1; default 0.5. */
+  double max_overlap;
   int64_t time_budget_us; /**< microseconds; 0, the default, for no limit */
   int32_t max_matches;    /**< default 1; 0 for all */
   int32_t polarity;       /**< of enum orv_polarity; default ORV_POLARITY_MIXED */
@@ -223,13 +234,14 @@ typedef struct orv_match {
 typedef struct orv_result {
   size_t struct_size;
   size_t num_matches;
-  int32_t
-      timed_out; /**< not 0: the budget ended the search; the matches are those found until then */
+  /** Not 0: the budget ended the search; the matches are those found until then. */
+  int32_t timed_out;
   double pyramid_us;
   double response_maps_us;
   double coarse_search_us;
   double tracking_us;
   double refinement_us;
+  double scoring_us;
   double total_us;
 } orv_result;
 
@@ -242,8 +254,8 @@ ORV_API int orv_finder_create(orv_finder** finder);
 /** Null is ignored. */
 ORV_API void orv_finder_destroy(orv_finder* finder);
 
-/** Looks for a pattern in a scene. Finding nothing is no failure: the result then has no matches. After a failure there
-    is no result, never that of an earlier scene.
+/** Looks for a pattern in a scene. Finding nothing is no failure: the result then has no matches.
+    After a failure there is no result, never that of an earlier scene.
 
     @param options  null for the defaults. */
 ORV_API int orv_finder_find(orv_finder* finder, const orv_pattern* pattern, const orv_image* scene,

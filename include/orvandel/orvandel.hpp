@@ -1,14 +1,16 @@
-/// Orvandel in C++17: learns a geometric pattern from a grey image and finds it in others, at any rotation and a range of
-/// scales; and finds sub-pixel edge points.
+/// Orvandel in C++17: learns a geometric pattern from a grey image and finds it in others, at any
+/// rotation and a range of scales; and finds sub-pixel edge points.
 ///
 ///     const auto part = orvandel::Pattern::Learn(image);
 ///     for (const orvandel::Match& m : orvandel::Find(part, scene))
 ///       std::printf("%.3f %.3f  %.4f rad  %.5f\n", m.x, m.y, m.angle, m.scale);
 ///
-/// Header only, over the C interface of orvandel.h, whose conventions hold here too: (0, 0) is the centre of the top-left
-/// pixel, x right, y down; angles in radians, positive ones turn clockwise on the screen.
+/// Header only, over the C interface of orvandel.h, whose conventions hold here too: (0, 0) is the
+/// centre of the top-left pixel, x right, y down; angles in radians, positive ones turn clockwise
+/// on the screen.
 ///
-/// Errors are exceptions: orvandel::Error with a sentence, std::bad_alloc where memory is short. Finding nothing is none.
+/// Errors are exceptions: orvandel::Error with a sentence, std::bad_alloc where memory is short.
+/// Finding nothing is none.
 #pragma once
 
 #include <array>
@@ -25,7 +27,8 @@
 #include "orvandel/orvandel.h"
 
 namespace orvandel {
-// A namespace of its own in linked names, so that nothing here meets what the library calls alike inside.
+// A namespace of its own in linked names, so that nothing here meets what the library calls alike
+// inside.
 inline namespace v1 {
 
 /// What a call was given that it cannot work with, or a pattern image without edges.
@@ -77,8 +80,8 @@ class ImageView {
   ImageView(const std::uint8_t* pixels, int width, int height) { Init(pixels, width, height, 8); }
   ImageView(const std::uint16_t* pixels, int width, int height) { Init(pixels, width, height, 16); }
 
-  /// @param stride  bytes from a row to the one below; negative for bottom-up images, whose `pixels` are still those
-  ///                of the top row.
+  /// @param stride  bytes from a row to the one below; negative for bottom-up images, whose
+  ///                `pixels` are still those of the top row.
   ImageView(const std::uint8_t* pixels, int width, int height, std::ptrdiff_t stride)
       : ImageView(pixels, width, height) {
     image_.stride = stride;
@@ -99,7 +102,8 @@ class ImageView {
 
 // ---------------------------------------------------------------- edge points
 
-/// x and y in pixels, direction in radians in (-pi, pi] to the brighter side, strength in grey levels per pixel.
+/// x and y in pixels, direction in radians in (-pi, pi] to the brighter side, strength in grey
+/// levels per pixel.
 using EdgePoint = orv_edge_point;
 
 struct EdgeOptions {
@@ -128,7 +132,8 @@ class EdgePointRange {
   std::size_t size_;
 };
 
-/// Finds edge points in image after image, without new memory for those of an earlier size. One thread at a time.
+/// Finds edge points in image after image, without new memory for those of an earlier size. One
+/// thread at a time.
 class EdgeDetector {
  public:
   EdgeDetector() {
@@ -168,15 +173,22 @@ inline std::vector<EdgePoint> Edges(const ImageView& image, const EdgeOptions& o
 // ---------------------------------------------------------------- patterns
 
 struct LearnOptions {
-  std::optional<Point> origin;  ///< pixels of the pattern image; the image's centre when not set
-  std::optional<ImageView>
-      mask;  ///< 8 bits, as large as the image: what is not 0 belongs to the pattern
+  LearnOptions() {
+    orv_learn_options usual;
+    orv_learn_options_init(&usual, sizeof usual);
+    learns_chance = usual.learns_chance != 0;
+  }
+
+  std::optional<Point> origin;    ///< pixels of the pattern image; its centre when not set
+  std::optional<ImageView> mask;  ///< 8 bits, as large as the image: not 0 where the pattern is
+  bool learns_chance;             ///< see orv_learn_options
 };
 
 /// A learnt pattern: never changes, is cheap to copy, and may be used by many threads at once.
 class Pattern {
  public:
-  /// The pixels are copied. Throws an Error of status ORV_NO_EDGES where there are too few edges to be found by.
+  /// The pixels are copied. Throws an Error of status ORV_NO_EDGES where there are too few edges to
+  /// be found by.
   static Pattern Learn(const ImageView& image, const LearnOptions& options = {}) {
     orv_learn_options asked;
     orv_learn_options_init(&asked, sizeof asked);
@@ -185,6 +197,7 @@ class Pattern {
       asked.origin_x = options.origin->x;
       asked.origin_y = options.origin->y;
     }
+    asked.learns_chance = options.learns_chance ? 1 : 0;
     if (options.mask) asked.mask = options.mask->AsC();
     orv_pattern* pattern = nullptr;
     detail::Check(orv_pattern_learn(image.AsC(), &asked, &pattern));
@@ -250,7 +263,8 @@ struct FindOptions {
   int num_threads;  ///< 1 and more; the results have the same bits with any number
 };
 
-/// Maps pixels of one image to those of another: `scene_from_pattern * p_in_pattern` is a point in the scene.
+/// Maps pixels of one image to those of another: `scene_from_pattern * p_in_pattern` is a point in
+/// the scene.
 struct Affine {
   double a = 1, b = 0, c = 0;  ///< x = a u + b v + c
   double d = 0, e = 1, f = 0;  ///< y = d u + e v + f
@@ -285,6 +299,7 @@ struct StageTimes {
   double coarse_search = 0;
   double tracking = 0;
   double refinement = 0;
+  double scoring = 0;
   double total = 0;
 };
 
@@ -301,7 +316,8 @@ struct Result {
   const Match& operator[](std::size_t i) const { return matches[i]; }
 };
 
-/// Looks for patterns in scene after scene and keeps the working storage in between. One thread at a time.
+/// Looks for patterns in scene after scene and keeps the working storage in between. One thread at
+/// a time.
 class Finder {
  public:
   Finder() {
@@ -340,7 +356,8 @@ class Finder {
     Result result;
     result.timed_out = found.timed_out != 0;
     result.times_us = {found.pyramid_us,  found.response_maps_us, found.coarse_search_us,
-                       found.tracking_us, found.refinement_us,    found.total_us};
+                       found.tracking_us, found.refinement_us,    found.scoring_us,
+                       found.total_us};
     result.matches.reserve(found.num_matches);
     for (std::size_t i = 0; i < found.num_matches; ++i)
       result.matches.push_back(MatchAt(i));

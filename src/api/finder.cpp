@@ -151,6 +151,7 @@ int orv_finder_get_result(const orv_finder* finder, orv_result* result) {
     known.coarse_search_us = found.times_us.coarse_search;
     known.tracking_us = found.times_us.tracking;
     known.refinement_us = found.times_us.refinement;
+    known.scoring_us = found.times_us.scoring;
     known.total_us = found.times_us.total;
     orvandel::api::WriteSized(known, result);
   });

@@ -17,11 +17,13 @@ namespace {
 orv_learn_options DefaultOptions() {
   orv_learn_options options = {};
   options.struct_size = sizeof options;
+  options.learns_chance = orvandel::shape::LearnOptions().learns_chance ? 1 : 0;
   return options;
 }
 
 orvandel::shape::LearnOptions Translated(const orv_learn_options& asked) {
   orvandel::shape::LearnOptions options;
+  options.learns_chance = asked.learns_chance != 0;
   if (asked.has_origin != 0) options.origin = orvandel::Point{asked.origin_x, asked.origin_y};
   if (asked.mask != nullptr) {
     const orvandel::ImageView mask = orvandel::api::ViewOf(asked.mask, "");

@@ -8,8 +8,8 @@
 
 namespace orvandel::api {
 
-/// Structs of the C interface begin with their size as the host knows them. Newer versions add fields at the end:
-/// what an older host does not have, stays at its default and is not written.
+/// Structs of the C interface begin with their size as the host knows them. Newer versions add
+/// fields at the end: what an older host does not have, stays at its default and is not written.
 template <typename Struct>
 void CheckSize(const Struct& given) {
   Require(given.struct_size >= sizeof given.struct_size,
@@ -37,7 +37,8 @@ void WriteSized(Struct values, Struct* to) {
   std::memcpy(to, &values, to->struct_size);
 }
 
-/// Sets a struct that need not be initialised yet. A size of another version is cut to what is known.
+/// Sets a struct that need not be initialised yet. A size of another version is cut to what is
+/// known.
 template <typename Struct>
 void InitSized(Struct defaults, std::size_t struct_size, Struct* to) {
   if (to == nullptr || struct_size < sizeof to->struct_size) return;

@@ -1,5 +1,5 @@
-/* A host in C99 that knows nothing but the public header: edge points of a step, a part learnt and found again, and
-   what is said about mistakes. Exits with 0 when all is as it should be. */
+/* A host in C99 that knows nothing but the public header: edge points of a step, a part learnt and
+   found again, and what is said about mistakes. Exits with 0 when all is as it should be. */
 
 #include <math.h>
 #include <stdio.h>

@@ -1,4 +1,5 @@
-// A host in C++17 that knows nothing but the public header, with what it needs of the standard library.
+// A host in C++17 that knows nothing but the public header, with what it needs of the standard
+// library.
 
 #include <cmath>
 #include <cstdint>

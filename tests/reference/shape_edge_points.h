@@ -9,8 +9,9 @@
 #include "image/image_view.h"
 #include "shape/edges/edge_points.h"
 
-/// The edge points of an image pixel by pixel, straight from the grey values: no rows kept, no blocks, every
-/// smoothed value summed anew. What docs/edge-points.md says, in the order it says it.
+/// The edge points of an image pixel by pixel, straight from the grey values: no rows kept, no
+/// blocks, every smoothed value summed anew. What docs/edge-points.md says, in the order it says
+/// it.
 namespace orvandel::reference {
 
 template <typename Pixel>

@@ -22,8 +22,8 @@ float StrengthOf(float square) {
   return std::sqrt(square) * (1.0F / kGradientScale);
 }
 
-/// The smallest square whose strength reaches `least_strength`, so that a threshold means exactly the numbers
-/// reported. The estimate is off by a few units in the last place at most.
+/// The smallest square whose strength reaches `least_strength`, so that a threshold means exactly
+/// the numbers reported. The estimate is off by a few units in the last place at most.
 float LeastSquare(float least_strength) {
   const float scaled = least_strength * kGradientScale;
   float square = scaled * scaled;
@@ -46,7 +46,8 @@ void SetLeastSquare(float square, float& least) {
   least = square;
 }
 
-/// Candidates are located together once there are so many: single ones would leave vectors nearly empty.
+/// Candidates are located together once there are so many: single ones would leave vectors nearly
+/// empty.
 constexpr std::size_t kBatch = 512;
 
 /// The working storage of a sweep, laid out in a workspace.
@@ -86,8 +87,8 @@ class WorkingRows {
   static std::size_t WholeLines(std::size_t num_bytes) {
     return (num_bytes + kCacheLine - 1) / kCacheLine * kCacheLine;
   }
-  /// Rows an odd number of cache lines apart do not meet in the same few sets of the first cache, which at some
-  /// widths doubles the time.
+  /// Rows an odd number of cache lines apart do not meet in the same few sets of the first cache,
+  /// which at some widths doubles the time.
   static std::size_t OddLines(std::size_t num_bytes) { return WholeLines(num_bytes) | kCacheLine; }
 
   template <typename T>

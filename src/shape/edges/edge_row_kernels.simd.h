@@ -16,7 +16,8 @@ inline Value SizeOf(Value value) {
   return static_cast<Value>(value < 0 ? -value : value);
 }
 
-/// Squared length of a gradient. That of 8-bit images is exact, and as a float the same as the other's.
+/// Squared length of a gradient. That of 8-bit images is exact, and as a float the same as the
+/// other's.
 inline std::int32_t SquareOf(std::int16_t x, std::int16_t y) {
   return x * x + y * y;
 }
@@ -33,7 +34,8 @@ constexpr std::size_t kPlainBlock = 32;
 
 /// Sums and smoothed values of a block of columns from x on.
 ///
-/// Here and below, the neighbours to the left have pointers of their own: an unsigned i - 1 would wrap.
+/// Here and below, the neighbours to the left have pointers of their own: an unsigned i - 1 would
+/// wrap.
 template <typename Pixel, typename Value, typename Square>
 inline void SmoothBlock(const EdgeRowOf<Pixel, Value, Square>& row, std::size_t x) {
   const Pixel* const pixels = row.pixels + x;
@@ -310,8 +312,8 @@ inline std::uint64_t Interleaved(Mask even, Mask odd) {
 
 #if defined(__SSE2__)
 
-/// Vectors hold even and odd columns apart: sums of neighbouring bytes come out that way, and a difference along the
-/// row is one of the other kind. A row of values has its even columns first.
+/// Vectors hold even and odd columns apart: sums of neighbouring bytes come out that way, and a
+/// difference along the row is one of the other kind. A row of values has its even columns first.
 constexpr std::size_t kPairs = sizeof(Words) / sizeof(std::int16_t);
 constexpr std::size_t kBlock = 2 * kPairs;
 static_assert(kEdgeBlock % kBlock == 0);
@@ -326,7 +328,8 @@ inline Words Weights(int even, int odd) {
   return AllOf(even | odd << 8);
 }
 
-/// Sums along the row of the columns of one parity, from the bytes one to the left and those themselves.
+/// Sums along the row of the columns of one parity, from the bytes one to the left and those
+/// themselves.
 inline Words SumsOf(Words bytes_left, Words bytes) {
   return Sum(WeightedPairs(bytes_left, Weights(kSmoothScale, 2 * kSmoothScale)),
              WeightedPairs(bytes, Weights(0, kSmoothScale)));
@@ -359,8 +362,9 @@ inline Words CoarseLimitOf(std::int32_t least_square) {
   return AllOf((least_square >> 16) - 2);
 }
 
-/// Smooths a row and lists the blocks that may hold strong gradients, by their first pair; returns how many there
-/// are. A list instead of a branch for each block: edges come and go too often for branches to be foreseen.
+/// Smooths a row and lists the blocks that may hold strong gradients, by their first pair; returns
+/// how many there are. A list instead of a branch for each block: edges come and go too often for
+/// branches to be foreseen.
 inline std::size_t ListStrongBlocks(const EdgeRow8& row) {
   const Words limit = CoarseLimitOf(row.least_square);
   const std::size_t odd_start = OddStart(row.width);
@@ -378,7 +382,8 @@ inline std::size_t ListStrongBlocks(const EdgeRow8& row) {
   return count;
 }
 
-/// Marks the peaks of the columns at `at`, and leaves what is known of all of them in the scratch arrays.
+/// Marks the peaks of the columns at `at`, and leaves what is known of all of them in the scratch
+/// arrays.
 inline Mask MarkPeaks(const EdgeRow8& row, std::size_t at, std::size_t right) {
   const GradientWords gradient = GradientOf(row, at, right);
   const Words size_x = SizeOf(gradient.x);
@@ -452,8 +457,8 @@ inline std::size_t ListColumns(std::uint64_t bits, std::size_t x, std::size_t co
 
 #if defined(__SSE2__)
 
-/// Copies what is known of the columns listed, except of those whose gradient is too short after all; returns how
-/// many are left.
+/// Copies what is known of the columns listed, except of those whose gradient is too short after
+/// all; returns how many are left.
 inline std::size_t GatherCandidates(const EdgeRow8& row, std::size_t num_listed) {
   const std::size_t odd_start = OddStart(row.width);
   std::size_t count = 0;
@@ -500,9 +505,10 @@ inline std::size_t CollectWords(const EdgeRow8& row) {
 
 // ------------------------------------------------------------------ from candidates to points
 
-/// Where the gradient is largest, in pixels from the peak's, within half a pixel: the vertex of a parabola through the
-/// three values, and a correction for what an edge's profile is not. Its size depends on the blur, which the bend
-/// measures; fitted to steps with a blur of 0 to 2.5 pixels at all angles.
+/// Where the gradient is largest, in pixels from the peak's, within half a pixel: the vertex of a
+/// parabola through the three values, and a correction for what an edge's profile is not. Its size
+/// depends on the blur, which the bend measures; fitted to steps with a blur of 0 to 2.5 pixels at
+/// all angles.
 inline float OffsetOf(float slope, float bend, float relative_bend) {
   const float vertex = 0.5F * slope / bend;
   const float blurred = 1.09F * relative_bend;
@@ -512,17 +518,18 @@ inline float OffsetOf(float slope, float bend, float relative_bend) {
   return vertex + factor * vertex * (0.25F - vertex * vertex);
 }
 
-/// Arc tangent of t in 0..1, within 1e-5 radians: M. Abramowitz, I. Stegun, "Handbook of Mathematical Functions",
-/// 1964, 4.4.49.
+/// Arc tangent of t in 0..1, within 1e-5 radians: M. Abramowitz, I. Stegun, "Handbook of
+/// Mathematical Functions", 1964, 4.4.49.
 inline float ArcTan(float t) {
   const float t2 = t * t;
   return t * (0.9998660F +
               t2 * (-0.3302995F + t2 * (0.1801410F + t2 * (-0.0851330F + t2 * 0.0208351F))));
 }
 
-/// Angle between the gradient and the axis of its larger component, from the ratio of the components. The
-/// differences overrate the larger one of a sharp edge by up to 4 degrees, in proportion to the sine of four times
-/// the angle; how much depends on the blur, for which the bend along the gradient stands, and was fitted as above.
+/// Angle between the gradient and the axis of its larger component, from the ratio of the
+/// components. The differences overrate the larger one of a sharp edge by up to 4 degrees, in
+/// proportion to the sine of four times the angle; how much depends on the blur, for which the bend
+/// along the gradient stands, and was fitted as above.
 inline float AngleToAxis(float ratio, float relative_bend) {
   const float ratio2 = ratio * ratio;
   const float widening = 1.0F + ratio2;  // of the profile along the axis, squared

@@ -105,7 +105,8 @@ TEST(EdgeDetection, DirectionsLieInOneTurn) {
   UniformRandom random(5);
   OwnedImage<std::uint16_t> image(200, 100);
   for (int y = 0; y < 100; ++y) {
-    // Steps to the left that rise by a single level from row to row: gradients a hair off the negative x axis.
+    // Steps to the left that rise by a single level from row to row: gradients a hair off the
+    // negative x axis.
     for (int x = 0; x < 200; ++x)
       image.At(x, y) =
           static_cast<std::uint16_t>((x < 100 ? 65000 : 100) + (y % 3) * random.Integer(0, 1));

@@ -1,5 +1,5 @@
-// The fast edge stage gives the reference form's bits, at every level and at widths below, at and beyond whole
-// vectors.
+// The fast edge stage gives the reference form's bits, at every level and at widths below, at and
+// beyond whole vectors.
 
 #include <cstdint>
 #include <cstring>

@@ -1,5 +1,5 @@
-// Positions and directions of edge points against drawn edges whose truth is known: pixels are the exact share of
-// their area on the bright side, rounded to whole grey levels.
+// Positions and directions of edge points against drawn edges whose truth is known: pixels are the
+// exact share of their area on the bright side, rounded to whole grey levels.
 
 #include <algorithm>
 #include <cmath>
@@ -36,7 +36,8 @@ struct EdgeErrors {
   Errors direction;  // radians
 };
 
-/// The edge points of straight edges through the image's middle, at all angles and fractions of a pixel.
+/// The edge points of straight edges through the image's middle, at all angles and fractions of a
+/// pixel.
 template <typename Pixel, typename Profile>
 EdgeErrors ErrorsOfStraightEdges(const Profile& profile, double dark, double bright,
                                  float least_strength = shape::edges::kUsualLeastStrength) {
@@ -64,7 +65,8 @@ EdgeErrors ErrorsOfStraightEdges(const Profile& profile, double dark, double bri
   return errors;
 }
 
-/// An edge blurred by a Gaussian, integrated over the pixel by five points of Gauss and Legendre each way.
+/// An edge blurred by a Gaussian, integrated over the pixel by five points of Gauss and Legendre
+/// each way.
 double BlurredShare(double angle, double depth, double sigma) {
   constexpr double kNodes[] = {-0.9061798459386640, -0.5384693101056831, 0, 0.5384693101056831,
                                0.9061798459386640};
@@ -170,7 +172,8 @@ TEST(EdgePrecision, DiscsHaveTheirRadius) {
     }
     EXPECT_LT(position.Rms(), 0.02);  // smoothing draws an arc inwards by about 0.3 / radius
     EXPECT_LT(Degrees(direction.Rms()), 1.0);
-    // One point a column or row of the outline, whichever it crosses more squarely: 8 r sin 45 degrees.
+    // One point a column or row of the outline, whichever it crosses more squarely: 8 r sin 45
+    // degrees.
     EXPECT_NEAR(static_cast<double>(points.All().size()), 4 * std::sqrt(2.0) * radius, 6);
   }
 }
