@@ -1,5 +1,6 @@
 // The coarse search by itself: how long it takes, and how many probes it pays.
 
+#include <cstdint>
 #include <vector>
 
 #include "bench/library_coarse_search.h"
@@ -7,11 +8,11 @@
 #include "bench/stages.h"
 #include "bench/stopwatch.h"
 #include "bench/working_copy.h"
+#include "lines/classic_segment.h"
 #include "search/coarse_search.h"
 #include "search/deadline.h"
-#include "tests/plain/line_extraction.h"
-#include "tests/plain/pattern_search.h"
-#include "tests/plain/pose_scorer.h"
+#include "tests/reference/pattern_search.h"
+#include "tests/reference/pose_scorer.h"
 
 namespace orvandel::bench {
 namespace {
@@ -25,38 +26,41 @@ class ReferenceCoarseSearch {
     return SecondsOf([&] { Search(nullptr); });
   }
 
-  plain::ProbeCount Count(const NamedImage& pattern, const NamedImage& scene) {
+  std::int64_t NumProbes(const NamedImage& pattern, const NamedImage& scene) {
     Train(pattern);
     Prepare(scene);
-    plain::ProbeCount count;
-    Search(&count);
-    return count;
+    std::int64_t num_probes = 0;
+    Search(&num_probes);
+    return num_probes;
   }
 
  private:
   void Train(const NamedImage& pattern) {
-    if (trained_on_ != &pattern)
-      plain::Train(trained_, image_.Restored(*pattern.image), options_.crawl);
+    if (trained_on_ == &pattern) return;
     trained_on_ = &pattern;
+    test::ReferenceTrain(trained_, image_.Restored(*pattern.image), {}, test::kReferenceStages);
+    pattern_segments_ = SegmentsOf(trained_.segments);
   }
 
   void Prepare(const NamedImage& scene) {
-    plain::PrepareContours(scene_.get(), image_.Restored(*scene.image), options_.crawl);
-    segments_ = plain::ExtractSegments(CLineExtracter(), scene_.get());
+    const test::Stages& stages = test::kReferenceStages;
+    test::PrepareContours(stages, scene_.get(), image_.Restored(*scene.image), {});
+    segments_ = SegmentsOf(stages.extract_segments(scene_.get()));
   }
 
-  void Search(plain::ProbeCount* count) const {
-    const Deadline deadline(ProcessTickCounter(), options_.search.timeout_us);
-    plain::PoseScorer score_of{trained_.verifier, ctd_edgeIm(scene_.get()), trained_.reference,
-                               count};
-    FindBestHypothesis(trained_.segments, trained_.reference, segments_, score_of, options_.search,
-                       deadline);
+  void Search(std::int64_t* num_probes) const {
+    const Point reference = {trained_.ref_x, trained_.ref_y};
+    const SegmentSearchOptions options;
+    const Deadline deadline(ProcessTickCounter(), options.timeout_us);
+    test::ReferencePoseScorer score_of{trained_.verifier, *ctd_edgeIm(scene_.get()), reference,
+                                       num_probes};
+    FindBestHypothesis(pattern_segments_, reference, segments_, score_of, options, deadline);
   }
 
-  plain::SearchOptions options_;
-  plain::Pattern trained_;
+  test::ReferencePattern trained_;
+  std::vector<LineSegment> pattern_segments_;
   ContourHandle scene_{ctd_create()};
-  std::vector<CLineSegment> segments_;
+  std::vector<LineSegment> segments_;
   const NamedImage* trained_on_ = nullptr;
   WorkingCopy image_;
 };
@@ -71,8 +75,8 @@ void CompareCoarseCounts(const Workload& workload, RatioTable& table) {
     const CoarseRun run = library_search(*search.pattern, *search.scene);
     probes.push_back(run.probes);
     probes_and_looks.push_back(run.probes + run.map_looks);
-    const plain::ProbeCount count = reference_search.Count(*search.pattern, *search.scene);
-    reference_probes.push_back(static_cast<double>(count.probes));
+    reference_probes.push_back(
+        static_cast<double>(reference_search.NumProbes(*search.pattern, *search.scene)));
   }
   table.AddCounts("coarse search, probes", "reference form", "probes", probes, reference_probes);
   table.AddCounts("coarse search, probes and looks at the map", "reference form", "probes",

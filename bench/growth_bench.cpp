@@ -74,8 +74,8 @@ Plot CostByContours() {
 
 /// An accept score out of reach lets the search try every pair of segments.
 Plot CostBySegments() {
-  plain::SearchOptions options;
-  options.search.accept_score = 101;
+  test::ReferenceParameters parameters;
+  parameters.accept_score = 101;
   const NamedImage pattern{"bracket", evaluation::BracketPattern()};
   PairOfSeries series;
   std::uint32_t seed = 0;
@@ -83,8 +83,8 @@ Plot CostBySegments() {
     const NamedImage scene = Draw({640, 480}, num_parts, ++seed);
     LibrarySegments segments;
     segments(scene);
-    LibrarySearch ours(options);
-    ReferenceSearch theirs(options);
+    LibrarySearch ours(parameters);
+    ReferenceSearch theirs(parameters);
     series.Add(segments.num_segments(), TimeInTurn([&] { return ours(pattern, scene); },
                                                    [&] { return theirs(pattern, scene); }));
   }

@@ -3,13 +3,10 @@
 #include "bench/stopwatch.h"
 #include "bench/working_copy.h"
 #include "bench/workload.h"
-#include "orvandel/classic/ctd.h"
-#include "orvandel/classic/line_extracter.h"
+#include "lines/line_extraction.h"
 #include "search/coarse_search.h"
-#include "search/contour_preparation.h"
 #include "search/deadline.h"
-#include "search/segment_model.h"
-#include "tests/plain/pattern_search.h"
+#include "search/segment_search.h"
 #include "verify/pose_scorer.h"
 
 namespace orvandel::bench {
@@ -26,18 +23,16 @@ class LibraryCoarseSearch {
  public:
   CoarseRun operator()(const NamedImage& pattern, const NamedImage& scene) {
     Train(pattern);
-    void* contours = scene_.get();
-    PrepareContours(contours, image_.Restored(*scene.image), {});
-    scene_lines_.Extract(contours);
+    ExtractEdges(RowsOf(*image_.Restored(*scene.image)), {}, scene_);
+    const auto segments = ExtractSegments(scene_.contours.View(), model_.lines);
 
     const SegmentModelView model = model_.View();
     const SegmentSearchOptions options;
     CoarseRun run;
     run.seconds = SecondsOf([&] {
       const Deadline deadline(ProcessTickCounter(), options.timeout_us);
-      PoseScorer score_of(model.points, model.reference, ctd_edgeIm(contours), model.match);
-      FindBestHypothesis(model.segments, model.reference, scene_lines_.GetSegments(), score_of,
-                         options, deadline);
+      PoseScorer score_of(model.points, model.reference, &scene_.edges, model.match);
+      FindBestHypothesis(model.segments, model.reference, segments, score_of, options, deadline);
       run.probes = static_cast<double>(score_of.NumProbes());
       run.map_looks = static_cast<double>(score_of.NumMapLooks());
     });
@@ -48,14 +43,13 @@ class LibraryCoarseSearch {
   void Train(const NamedImage& pattern) {
     if (trained_on_ == &pattern) return;
     trained_on_ = &pattern;
-    PrepareContours(pattern_.get(), image_.Restored(*pattern.image), {});
-    model_ = LearnSegmentModel(*static_cast<CCrawler*>(pattern_.get())).model;
+    ExtractEdges(RowsOf(*image_.Restored(*pattern.image)), {}, pattern_);
+    model_ = LearnSegmentModel(pattern_.contours.View()).model;
   }
 
-  ContourHandle pattern_{ctd_create()};
-  ContourHandle scene_{ctd_create()};
+  ImageEdges pattern_;
+  ImageEdges scene_;
   SegmentModel model_;
-  CLineExtracter scene_lines_;
   const NamedImage* trained_on_ = nullptr;
   WorkingCopy image_;
 };

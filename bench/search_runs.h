@@ -4,7 +4,7 @@
 #include "bench/working_copy.h"
 #include "bench/workload.h"
 #include "orvandel/classic/qrsis.h"
-#include "tests/plain/pattern_search.h"
+#include "tests/reference/pattern_search.h"
 
 // Searches of one trained pattern, the library's way and the reference form's. Training is outside the
 // clock, and done again only when the pattern changes.
@@ -12,12 +12,11 @@ namespace orvandel::bench {
 
 class LibrarySearch {
  public:
-  explicit LibrarySearch(const plain::SearchOptions& options = {}) {
+  explicit LibrarySearch(const test::ReferenceParameters& parameters = {}) {
     search_.Initialize();
-    search_.SetParams(options.crawl.edge_threshold, options.crawl.min_size, options.crawl.max_size,
-                      static_cast<int>(options.search.accept_score));
-    search_.SetMinMaxScale(options.search.min_scale, options.search.max_scale);
-    search_.SetTimeOutValue(options.search.timeout_us);
+    search_.SetParams(parameters.edge_threshold, parameters.min_size, parameters.max_size,
+                      static_cast<int>(parameters.accept_score));
+    search_.SetMinMaxScale(parameters.min_scale, parameters.max_scale);
   }
 
   double operator()(const NamedImage& pattern, const NamedImage& scene) {
@@ -35,20 +34,25 @@ class LibrarySearch {
 
 class ReferenceSearch {
  public:
-  explicit ReferenceSearch(const plain::SearchOptions& options = {}) : options_(options) {}
+  explicit ReferenceSearch(const test::ReferenceParameters& parameters = {})
+      : parameters_(parameters) {}
 
   double operator()(const NamedImage& pattern, const NamedImage& scene) {
     if (trained_on_ != &pattern)
-      plain::Train(trained_, image_.Restored(*pattern.image), options_.crawl);
+      test::ReferenceTrain(trained_, image_.Restored(*pattern.image), parameters_,
+                           test::kReferenceStages);
     trained_on_ = &pattern;
     tImage* image = image_.Restored(*scene.image);
-    return SecondsOf([&] { plain::Find(trained_, scene_.get(), image, options_); });
+    return SecondsOf([&] {
+      test::ReferenceSearch(trained_, parameters_, test::kReferenceStages).LookForIt(image, [] {
+        return false;
+      });
+    });
   }
 
  private:
-  plain::SearchOptions options_;
-  plain::Pattern trained_;
-  ContourHandle scene_{ctd_create()};
+  test::ReferenceParameters parameters_;
+  test::ReferencePattern trained_;
   const NamedImage* trained_on_ = nullptr;
   WorkingCopy image_;
 };

@@ -9,8 +9,8 @@
 #include "bench/workload.h"
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/line_extracter.h"
-#include "tests/plain/line_extraction.h"
-#include "tests/plain/pattern_search.h"
+#include "search/contour_preparation.h"
+#include "tests/reference/pattern_search.h"
 
 // From an image to line segments, the library's way and the reference form's, with the parameters that
 // searches have by default. Buffers stay from run to run, those of each image size by themselves.
@@ -53,8 +53,8 @@ class ReferenceSegments {
     tImage* image = buffers.image.Restored(*input.image);
     void* set = buffers.contours.get();
     return SecondsOf([&] {
-      plain::PrepareContours(set, image, {});
-      segments_ = plain::ExtractSegments(rules_, set);
+      test::PrepareContours(test::kReferenceStages, set, image, {});
+      segments_ = test::kReferenceStages.extract_segments(set);
     });
   }
 
@@ -63,7 +63,6 @@ class ReferenceSegments {
     WorkingCopy image;
     ContourHandle contours{ctd_create()};
   };
-  CLineExtracter rules_;
   std::vector<CLineSegment> segments_;
   std::map<std::pair<int, int>, Buffers> buffers_;
 };

@@ -11,7 +11,7 @@
 #include "bench/working_copy.h"
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/sub_canny.h"
-#include "tests/plain/sub_canny.h"
+#include "tests/reference/stages.h"
 
 namespace orvandel::bench {
 namespace {
@@ -50,7 +50,7 @@ auto LibraryRun(int threshold) {
 
 auto ReferenceRun(int threshold) {
   return DetectorRun([threshold](tImage* image, CEdgeImgComplement* edges) {
-    plain::SubCanny(image, threshold, edges);
+    test::ReferenceSubCanny(image, threshold, *edges);
   });
 }
 

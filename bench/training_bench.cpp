@@ -6,7 +6,7 @@
 #include "bench/working_copy.h"
 #include "evaluation/cluttered_scenes.h"
 #include "orvandel/classic/qrsis.h"
-#include "tests/plain/pattern_search.h"
+#include "tests/reference/pattern_search.h"
 
 namespace orvandel::bench {
 namespace {
@@ -45,12 +45,12 @@ class ReferenceTraining {
     // The library keeps a copy of the pattern, which is part of its work.
     return SecondsOf([&] {
       copy_.reset(im_duplicate(image));
-      plain::Train(trained_, image, {});
+      test::ReferenceTrain(trained_, image, {}, test::kReferenceStages);
     });
   }
 
  private:
-  plain::Pattern trained_;
+  test::ReferencePattern trained_;
   ImagePtr copy_;
   WorkingCopy image_;
 };

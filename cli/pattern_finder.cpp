@@ -7,6 +7,7 @@
 
 #include "cli/output_file.h"
 #include "cli/tool_error.h"
+#include "contours/crawler_adapter.h"
 #include "evaluation/number_text.h"
 #include "search/knowledge_file.h"
 
@@ -88,7 +89,7 @@ void PatternFinder::Train(ImageFile pattern) {
   pattern_ = std::move(pattern);
   crawl_ = WithThreshold(options_.crawl, pattern_);
   pattern_contours_ = FindContours(pattern_, crawl_, /*raw=*/false);
-  LearntSegments learnt = LearnSegmentModel(FieldsOf(pattern_contours_));
+  LearntSegments learnt = LearnSegmentModel(ViewOf(FieldsOf(pattern_contours_)));
   model_ = std::move(learnt.model);
   if (learnt.outcome == LearningOutcome::kNoContour) ThrowNoContour(pattern_.path, crawl_);
   if (learnt.outcome == LearningOutcome::kNoSegment)
@@ -105,10 +106,8 @@ void PatternFinder::Save(const std::string& name) const {
 
 FindResult PatternFinder::Find(ImagePtr scene) {
   const auto start = std::chrono::steady_clock::now();
-  if (!scene_contours_) scene_contours_ = NewContourSet();
   const SegmentMatch match =
-      FindBySegments(model_.View(), scene.get(), crawl_, {FieldsOf(scene_contours_), scene_lines_},
-                     options_.search);
+      FindInImage(model_.View(), RowsOf(*scene), {crawl_, {}}, options_.search, scene_edges_);
   FindResult result;
   result.time_ms = MillisecondsSince(start);
   result.status = StatusOf(match, options_);

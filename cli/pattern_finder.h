@@ -7,7 +7,6 @@
 #include "cli/contour_set.h"
 #include "cli/image_input.h"
 #include "cli/search_options.h"
-#include "orvandel/classic/line_extracter.h"
 #include "search/segment_model.h"
 #include "search/segment_search.h"
 
@@ -82,8 +81,7 @@ class PatternFinder {
   CrawlOptions crawl_;  ///< with the threshold that the pattern was learnt with
   ContourHandle pattern_contours_;
   SegmentModel model_;
-  ContourHandle scene_contours_;
-  CLineExtracter scene_lines_;
+  ImageEdges scene_edges_;  ///< of the last scene
 };
 
 /// The file that holds the pattern called `name`.

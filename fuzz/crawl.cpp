@@ -1,5 +1,5 @@
 // Edges and contours of pictures of any size and content, with any threshold and size limits. Every
-// stage gives what its plain form gives, at any level of vector instructions.
+// stage gives what its reference form gives, at any level of vector instructions.
 
 #include <gtest/gtest.h>
 
@@ -13,8 +13,8 @@
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/sub_canny.h"
 #include "platform/simd_level.h"
-#include "tests/plain/chain_comparison.h"
 #include "tests/platform/host_image.h"
+#include "tests/reference/chain_comparison.h"
 #include "tests/support/contour_sets.h"
 
 namespace orvandel::fuzz {

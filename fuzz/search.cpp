@@ -9,7 +9,7 @@
 #include "fuzz/pictures.h"
 #include "fuzz/require.h"
 #include "fuzz/target.h"
-#include "tests/plain/chain_comparison.h"
+#include "tests/reference/chain_comparison.h"
 #include "tests/search/scripted_counter.h"
 
 namespace orvandel::fuzz {
@@ -18,7 +18,7 @@ namespace {
 struct Input {
   ImagePtr pattern;
   ImagePtr scene;
-  plain::SearchOptions options;
+  test::ReferenceParameters parameters;
   int expiring_read = 0;
 };
 
@@ -32,15 +32,15 @@ ImagePtr PictureFrom(ByteSource& source) {
 /// The scales are any numbers, out of order too.
 Input InputFrom(ByteSource source) {
   Input input;
-  input.options.crawl.edge_threshold = source.SignedByte();
-  if (input.options.crawl.edge_threshold == -1)
-    input.options.crawl.edge_threshold = 0;  // asks for an estimate
-  input.options.crawl.min_size = source.SignedByte();
-  input.options.crawl.max_size = source.Byte() < 200 ? 100000 : source.Byte();
-  input.options.search.accept_score = source.SignedByte();
+  input.parameters.edge_threshold = source.SignedByte();
+  if (input.parameters.edge_threshold == -1)
+    input.parameters.edge_threshold = 0;  // asks for an estimate
+  input.parameters.min_size = source.SignedByte();
+  input.parameters.max_size = source.Byte() < 200 ? 100000 : source.Byte();
+  input.parameters.accept_score = source.SignedByte();
   if (source.Byte() % 2 != 0) {
-    input.options.search.min_scale = source.Double();
-    input.options.search.max_scale = source.Double();
+    input.parameters.min_scale = source.Double();
+    input.parameters.max_scale = source.Double();
   }
   input.expiring_read = source.InRange(0, 2000);
   input.pattern = PictureFrom(source);
@@ -49,18 +49,18 @@ Input InputFrom(ByteSource source) {
 }
 
 /// Without a threshold, which is estimated.
-void Configure(QRSIS& search, const plain::SearchOptions& options) {
+void Configure(QRSIS& search, const test::ReferenceParameters& parameters) {
   constexpr int kEstimate = -1;
   search.Initialize();
-  search.SetParams(kEstimate, options.crawl.min_size, options.crawl.max_size,
-                   static_cast<int>(options.search.accept_score));
-  search.SetMinMaxScale(options.search.min_scale, options.search.max_scale);
+  search.SetParams(kEstimate, parameters.min_size, parameters.max_size,
+                   static_cast<int>(parameters.accept_score));
+  search.SetMinMaxScale(parameters.min_scale, parameters.max_scale);
 }
 
 /// The other way about, twice with one object, in a time that runs out somewhere.
 void SearchInAHurry(const Input& input) {
   QRSIS search;
-  Configure(search, input.options);
+  Configure(search, input.parameters);
   const int trained = test::TrainOn(search, input.scene);
   ORVANDEL_REQUIRE(trained == 0 || trained == 1 || trained == 4);
   for (const ImagePtr* scene : {&input.pattern, &input.scene}) {
@@ -78,7 +78,7 @@ void SearchInAHurry(const Input& input) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   testing::GTEST_FLAG(break_on_failure) = true;
   const orvandel::fuzz::Input input = orvandel::fuzz::InputFrom({data, size});
-  orvandel::test::ExpectSameSearch(input.pattern, input.scene, input.options);
+  orvandel::test::ExpectSameSearch(input.pattern, input.scene, input.parameters);
   orvandel::fuzz::SearchInAHurry(input);
   return 0;
 }

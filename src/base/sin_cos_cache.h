@@ -1,9 +1,6 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
-#include <cstdint>
-
+#include "base/double_cache.h"
 #include "base/trigonometry.h"
 
 namespace orvandel {
@@ -13,16 +10,10 @@ namespace orvandel {
 class SinCosCache {
  public:
   /// @param angle  radians.
-  SinCos Of(double angle);
+  SinCos Of(double angle) { return cache_.Of(angle, SinCosOf); }
 
  private:
-  /// An unused entry answers for 0, rightly.
-  struct Entry {
-    std::uint64_t angle_bits = 0;
-    SinCos value;
-  };
-  static constexpr int kLogSize = 10;
-  std::array<Entry, std::size_t{1} << kLogSize> entries_;
+  DoubleCache<SinCos, 10> cache_;
 };
 
 }  // namespace orvandel

@@ -1,5 +1,8 @@
 #include "lines/classic_segment.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "orvandel/classic/line_segment.h"
 
 CLineSegment::CLineSegment()
@@ -60,6 +63,19 @@ LineSegment SegmentOf(const CLineSegment& classic) {
           classic.fit_error,
           classic.num_points,
           classic.contour_index};
+}
+
+void CopySegments(std::span<const LineSegment> segments, std::vector<CLineSegment>& classic) {
+  classic.clear();
+  classic.reserve(segments.size());
+  std::transform(segments.begin(), segments.end(), std::back_inserter(classic), ClassicSegmentOf);
+}
+
+std::vector<LineSegment> SegmentsOf(std::span<const CLineSegment> classic) {
+  std::vector<LineSegment> segments;
+  segments.reserve(classic.size());
+  std::transform(classic.begin(), classic.end(), std::back_inserter(segments), SegmentOf);
+  return segments;
 }
 
 }  // namespace orvandel

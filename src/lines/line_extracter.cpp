@@ -1,8 +1,5 @@
 #include "orvandel/classic/line_extracter.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "contours/crawler_adapter.h"
 #include "lines/classic_segment.h"
 #include "lines/line_extraction.h"
@@ -37,11 +34,9 @@ std::vector<CLineSegment>& CLineExtracter::GetSegments() {
 
 int CLineExtracter::Extract(void* contours) {
   segments.clear();
-  const auto found =
-      orvandel::ExtractSegments(orvandel::ViewOf(orvandel::SetOf(contours)), OptionsOf(*this));
-  segments.reserve(found.size());
-  std::transform(found.begin(), found.end(), std::back_inserter(segments),
-                 orvandel::ClassicSegmentOf);
+  orvandel::CopySegments(
+      orvandel::ExtractSegments(orvandel::ViewOf(orvandel::SetOf(contours)), OptionsOf(*this)),
+      segments);
   return static_cast<int>(segments.size());
 }
 

@@ -2,7 +2,6 @@
 
 #include "base/geometry.h"
 #include "base/trigonometry.h"
-#include "orvandel/classic/line_segment.h"
 
 namespace orvandel {
 
@@ -12,10 +11,6 @@ struct Rotation {
   double angle;
   SinCos sin_cos;
 };
-
-inline Point MiddleOf(const CLineSegment& segment) {
-  return {segment.mid_x, segment.mid_y};
-}
 
 /// The pose of the given rotation and scale that lays a pattern point on a scene point. The order of its
 /// operations is part of all results.

@@ -8,7 +8,7 @@
 #include <span>
 
 #include "base/geometry.h"
-#include "orvandel/classic/line_segment.h"
+#include "lines/line_segment.h"
 #include "search/anchored_pose.h"
 #include "search/deadline.h"
 #include "search/hypothesis.h"
@@ -39,8 +39,8 @@ struct CoarseSearchResult {
 template <PoseScoring Scorer>
 class CoarseSearch {
  public:
-  CoarseSearch(std::span<const CLineSegment> pattern, Point reference,
-               std::span<const CLineSegment> scene, Scorer& score_of,
+  CoarseSearch(std::span<const LineSegment> pattern, Point reference,
+               std::span<const LineSegment> scene, Scorer& score_of,
                const SegmentSearchOptions& options, const Deadline& deadline)
       : pattern_(pattern),
         reference_(reference),
@@ -63,16 +63,16 @@ class CoarseSearch {
   /// Scores the poses that lay pattern segment i on scene segment j, until one is accepted or the
   /// time is up.
   void TryPair(std::size_t i, std::size_t j) {
-    const CLineSegment& p = pattern_[i];
-    const CLineSegment& s = scene_[j];
+    const LineSegment& p = pattern_[i];
+    const LineSegment& s = scene_[j];
     const Rotation rotation(p.direction - s.direction);
-    const Point to_reference = reference_ - MiddleOf(p);
+    const Point to_reference = reference_ - p.mid;
 
     for (const double factor : kScaleFactors) {
       const double scale = s.length / p.length * factor;
       if (scale > options_.max_scale || scale < options_.min_scale) continue;
 
-      const Similarity pose = PoseThrough(MiddleOf(s), rotation, scale, to_reference);
+      const Similarity pose = PoseThrough(s.mid, rotation, scale, to_reference);
       const double score = score_of_(pose, {result_.best.score, options_.accept_score});
       ++result_.num_poses;
       if (score > result_.best.score) result_.best = {pose, score, i, j};
@@ -87,9 +87,9 @@ class CoarseSearch {
     }
   }
 
-  std::span<const CLineSegment> pattern_;
+  std::span<const LineSegment> pattern_;
   Point reference_;
-  std::span<const CLineSegment> scene_;
+  std::span<const LineSegment> scene_;
   Scorer& score_of_;
   const SegmentSearchOptions& options_;
   const Deadline& deadline_;
@@ -105,8 +105,8 @@ class CoarseSearch {
 /// @return  with the best hypothesis, the first of equals; one of score 0 with everything 0 when none scored
 ///          above 0.
 template <PoseScoring Scorer>
-CoarseSearchResult FindBestHypothesis(std::span<const CLineSegment> pattern, Point reference,
-                                      std::span<const CLineSegment> scene, Scorer& score_of,
+CoarseSearchResult FindBestHypothesis(std::span<const LineSegment> pattern, Point reference,
+                                      std::span<const LineSegment> scene, Scorer& score_of,
                                       const SegmentSearchOptions& options,
                                       const Deadline& deadline) {
   return CoarseSearch<Scorer>(pattern, reference, scene, score_of, options, deadline).Run();

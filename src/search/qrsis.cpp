@@ -2,11 +2,11 @@
 
 #include "orvandel/classic/qrsis.h"
 
-#include <utility>
-
 #include "contours/crawler_adapter.h"
+#include "lines/classic_segment.h"
 #include "orvandel/classic/ctd.h"
 #include "platform/image_ptr.h"
+#include "platform/tick_counter.h"
 #include "search/contour_preparation.h"
 #include "search/deadline.h"
 #include "search/knowledge_file.h"
@@ -20,6 +20,7 @@ using orvandel::CrawlOptions;
 using orvandel::LearningOutcome;
 using orvandel::LearntSegments;
 using orvandel::SegmentMatch;
+using orvandel::SegmentModelOptions;
 using orvandel::SegmentModelView;
 using orvandel::SegmentSearchOptions;
 using orvandel::SegmentSearchOutcome;
@@ -180,13 +181,15 @@ int QRSIS::TrainIt(tImage* image) {
   }
   const CrawlOptions crawl_options = {edge_threshold_, min_contour_size_, max_contour_size_};
   orvandel::PrepareContours(pattern_contours_, image, crawl_options);
-  LearntSegments learnt = orvandel::LearnSegmentModel(orvandel::SetOf(pattern_contours_),
-                                                      {verification_fraction_, verification_cap_});
+  SegmentModelOptions options;
+  options.points = {verification_fraction_, verification_cap_};
+  const LearntSegments learnt =
+      orvandel::LearnSegmentModel(orvandel::ViewOf(orvandel::SetOf(pattern_contours_)), options);
   if (learnt.outcome == LearningOutcome::kNoContour) return StatusOf(learnt.outcome);
 
   reference_x_ = learnt.model.reference.x;
   reference_y_ = learnt.model.reference.y;
-  pattern_lines_.segments = std::move(learnt.model.segments);
+  orvandel::CopySegments(learnt.model.segments, pattern_lines_.segments);
   if (learnt.outcome == LearningOutcome::kLearnt) {
     orvandel::SetPoints(verifier_, learnt.model.points.View());
     pattern_image_ = copy.release();
@@ -203,16 +206,20 @@ int QRSIS::LookForIt(tImage* image) {
 
   const CrawlOptions crawl_options = {edge_threshold_, min_contour_size_, max_contour_size_};
   orvandel::PrepareContours(scene_contours_, image, crawl_options);
+  const auto pattern_segments = orvandel::SegmentsOf(pattern_lines_.segments);
   const SegmentModelView model = {{reference_x_, reference_y_},
-                                  pattern_lines_.segments,
+                                  pattern_segments,
                                   orvandel::PointsOf(verifier_),
                                   orvandel::ViewOf(orvandel::SetOf(pattern_contours_)),
+                                  {},
                                   orvandel::MatchOptionsOf(verifier_)};
+  const CCrawler& scene = orvandel::SetOf(scene_contours_);
   const SegmentSearchOptions options = {min_scale_, max_scale_, accept_score_, pattern_lines_tried_,
                                         timeout_us_};
-  const SegmentMatch match = orvandel::FindBySegments(
-      model, {orvandel::SetOf(scene_contours_), scene_lines_}, options, deadline);
+  const SegmentMatch match =
+      orvandel::FindBySegments(model, {orvandel::ViewOf(scene), scene.edgeIm}, options, deadline);
 
+  orvandel::CopySegments(match.scene_segments, scene_lines_.segments);
   found_x_ = match.scene_from_pattern.x;
   found_y_ = match.scene_from_pattern.y;
   found_angle_ = match.scene_from_pattern.angle;

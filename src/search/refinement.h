@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "base/geometry.h"
+#include "lines/line_segment.h"
 #include "search/anchored_pose.h"
 #include "search/coarse_search.h"
 #include "search/hypothesis.h"
@@ -79,10 +80,10 @@ class Refinement {
 /// @param reference                      the pattern's reference point, pattern pixels.
 /// @return  the best pose met, the given one among them.
 template <PoseScoring Scorer>
-Similarity RefinePose(const Hypothesis& hypothesis, const CLineSegment& pattern_segment,
-                      Point reference, const CLineSegment& scene_segment, Scorer& score_of) {
-  return Refinement<Scorer>(hypothesis, MiddleOf(scene_segment),
-                            reference - MiddleOf(pattern_segment), score_of)
+Similarity RefinePose(const Hypothesis& hypothesis, const LineSegment& pattern_segment,
+                      Point reference, const LineSegment& scene_segment, Scorer& score_of) {
+  return Refinement<Scorer>(hypothesis, scene_segment.mid, reference - pattern_segment.mid,
+                            score_of)
       .Run();
 }
 

@@ -1,27 +1,25 @@
 #include "search/segment_model.h"
 
-#include <utility>
-
-#include "contours/crawler_adapter.h"
-#include "orvandel/classic/ctd.h"
-#include "orvandel/classic/line_extracter.h"
+#include "contours/extents.h"
+#include "lines/line_extraction.h"
 
 namespace orvandel {
 
-LearntSegments LearnSegmentModel(CCrawler& contours, const VerificationPointOptions& options) {
+LearntSegments LearnSegmentModel(const ContourSetView& contours,
+                                 const SegmentModelOptions& options) {
   LearntSegments learnt;
-  SegmentModel& model = learnt.model;
-  model.contours = ViewOf(contours);
-  if (contours.contour_count == 0) return learnt;
+  if (contours.NumContours() == 0) return learnt;
 
-  ctd_centroid(&contours, &model.reference.x, &model.reference.y);
-  CLineExtracter lines;
-  lines.Extract(&contours);
-  model.segments = std::move(lines.segments);
+  SegmentModel& model = learnt.model;
+  model.contours = contours;
+  model.lines = options.lines;
+  model.match = options.match;
+  model.reference = Centroid(contours);
+  model.segments = ExtractSegments(contours, options.lines);
   learnt.outcome = LearningOutcome::kNoSegment;
   if (model.segments.empty()) return learnt;
 
-  model.points = ChooseVerificationPoints(model.contours, options);
+  model.points = ChooseVerificationPoints(contours, options.points);
   learnt.outcome = LearningOutcome::kLearnt;
   return learnt;
 }

@@ -1,7 +1,10 @@
 #include "search/segment_search.h"
 
-#include <vector>
+#include <span>
+#include <utility>
 
+#include "contours/conditioning.h"
+#include "lines/line_extraction.h"
 #include "platform/tick_counter.h"
 #include "search/coarse_search.h"
 #include "search/refinement.h"
@@ -14,7 +17,7 @@ namespace {
 constexpr int kEveryPoint = 1;
 
 /// The pose of a pattern among segments, at least one on either side.
-void DeterminePose(const SegmentModelView& model, const std::vector<CLineSegment>& scene_segments,
+void DeterminePose(const SegmentModelView& model, std::span<const LineSegment> scene_segments,
                    const CEdgeImgComplement* edges, const SegmentSearchOptions& options,
                    const Deadline& deadline, SegmentMatch& match) {
   PoseScorer score_of(model.points, model.reference, edges, model.match);
@@ -36,32 +39,39 @@ void DeterminePose(const SegmentModelView& model, const std::vector<CLineSegment
 
 SegmentMatch FindBySegments(const SegmentModelView& model, const SceneEdges& scene,
                             const SegmentSearchOptions& options, const Deadline& deadline) {
+  using enum SegmentSearchOutcome;
   SegmentMatch match;
-  const auto ends_for = [&match](SegmentSearchOutcome outcome) {
+  const auto end_with = [&match](SegmentSearchOutcome outcome) {
     match.outcome = outcome;
-    match.ran_out_of_time = outcome == SegmentSearchOutcome::kOutOfTime;
-    return match;
+    match.ran_out_of_time = match.ran_out_of_time || outcome == kOutOfTime;
+    return std::move(match);
   };
-  match.num_contours = scene.contours.contour_count;
-  if (match.num_contours == 0) return ends_for(SegmentSearchOutcome::kNoContour);
-  if (deadline.HasPassed()) return ends_for(SegmentSearchOutcome::kOutOfTime);
+  match.num_contours = static_cast<int>(scene.contours.NumContours());
+  if (match.num_contours == 0) return end_with(kNoContour);
+  if (deadline.HasPassed()) return end_with(kOutOfTime);
 
-  match.num_segments = scene.lines.Extract(&scene.contours);
-  if (deadline.HasPassed()) return ends_for(SegmentSearchOutcome::kOutOfTime);
-  if (model.segments.empty() || match.num_segments == 0)
-    return ends_for(SegmentSearchOutcome::kNoSegment);
+  match.scene_segments = ExtractSegments(scene.contours, model.lines);
+  if (deadline.HasPassed()) return end_with(kOutOfTime);
+  if (model.segments.empty() || match.scene_segments.empty()) return end_with(kNoSegment);
 
-  DeterminePose(model, scene.lines.segments, scene.contours.edgeIm, options, deadline, match);
-  match.outcome = SegmentSearchOutcome::kPoseDetermined;
-  return match;
+  DeterminePose(model, match.scene_segments, scene.edges, options, deadline, match);
+  return end_with(kPoseDetermined);
 }
 
-SegmentMatch FindBySegments(const SegmentModelView& model, tImage* image,
-                            const CrawlOptions& crawl_options, const SceneEdges& scene,
-                            const SegmentSearchOptions& options) {
+void ExtractEdges(const GreyRows& image, const ContourOptions& options, ImageEdges& edges) {
+  if (image.width >= kCrawledSizeLimit || image.height >= kCrawledSizeLimit) {
+    edges.contours = {};
+    return;
+  }
+  edges.contours = ConditionedContours(image, options.crawl, options.resample, edges.edges);
+}
+
+SegmentMatch FindInImage(const SegmentModelView& model, const GreyRows& image,
+                         const ContourOptions& contour_options, const SegmentSearchOptions& options,
+                         ImageEdges& edges) {
   const Deadline deadline(ProcessTickCounter(), options.timeout_us);
-  PrepareContours(&scene.contours, image, crawl_options);
-  return FindBySegments(model, scene, options, deadline);
+  ExtractEdges(image, contour_options, edges);
+  return FindBySegments(model, edges.View(), options, deadline);
 }
 
 }  // namespace orvandel

@@ -1,22 +1,25 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "base/geometry.h"
-#include "orvandel/classic/crawler.h"
-#include "orvandel/classic/imgutil_i.h"
-#include "orvandel/classic/line_extracter.h"
-#include "search/contour_preparation.h"
+#include "contours/contour_set.h"
+#include "contours/crawl.h"
+#include "contours/resampling.h"
+#include "lines/line_segment.h"
+#include "orvandel/classic/edge_record.h"
+#include "platform/grey_rows.h"
 #include "search/deadline.h"
 #include "search/segment_model.h"
 #include "search/segment_search_options.h"
 
 namespace orvandel {
 
-/// A scene, and room for its segments. Both are used again for the next scene, so that their memory is.
+/// What the search reads of a scene, whoever owns it.
 struct SceneEdges {
-  CCrawler& contours;     ///< as `PrepareContours` leaves them, with their edge record
-  CLineExtracter& lines;  ///< receives the scene's segments
+  ContourSetView contours;          ///< conditioned; their flags are overwritten
+  const CEdgeImgComplement* edges;  ///< edge points as they were crawled; may be null
 };
 
 enum class SegmentSearchOutcome {
@@ -34,8 +37,10 @@ struct SegmentMatch {
   double coarse_score = 0.0;     ///< of the best hypothesis, at the verification points
   bool ran_out_of_time = false;  ///< before the coarse search, or in it
 
-  int num_contours = 0;  ///< of the scene
-  int num_segments = 0;
+  int num_contours = 0;                     ///< of the scene
+  std::vector<LineSegment> scene_segments;  ///< most points first
+  int NumSegments() const { return static_cast<int>(scene_segments.size()); }
+
   std::int64_t num_poses = 0;      ///< scored in the coarse search
   std::int64_t num_probes = 0;     ///< looks at pixels of the edge record while poses were tried
   std::int64_t num_map_looks = 0;  ///< looks at the spread orientation map
@@ -47,19 +52,38 @@ struct SegmentMatch {
 /// The deadline is looked at before and behind the extraction of segments and, in the coarse search, after
 /// each pose; refinement and final score always follow. Nothing is allocated while poses are tried.
 ///
-/// @param scene  the flags of its contours are overwritten: 1 on a straight range, else 0.
 /// @throws std::bad_alloc
 SegmentMatch FindBySegments(const SegmentModelView& model, const SceneEdges& scene,
                             const SegmentSearchOptions& options, const Deadline& deadline);
 
+/// How contours are found, in patterns and scenes alike.
+struct ContourOptions {
+  CrawlOptions crawl;
+  ResampleOptions resample;
+};
+
+/// Contours and edge points of an image, with their memory, which the next image of the size uses again.
+struct ImageEdges {
+  ContourSet contours;
+  CEdgeImgComplement edges;
+
+  SceneEdges View() const { return {contours.View(), &edges}; }
+};
+
+/// The contours of an image as patterns are learnt from and found in. An image of `kCrawledSizeLimit` pixels
+/// or more either way has none.
+///
+/// @param image  overwritten.
+/// @throws std::bad_alloc
+void ExtractEdges(const GreyRows& image, const ContourOptions& options, ImageEdges& edges);
+
 /// The whole way from an image, within `options.timeout_us`.
 ///
-/// @param image  8-bit grey; overwritten. One that cannot be crawled leaves the scene's earlier contours to be
-///               searched.
-/// @param scene  receives the image's contours, edges and segments.
+/// @param image  overwritten.
+/// @param edges  receives the image's.
 /// @throws std::bad_alloc
-SegmentMatch FindBySegments(const SegmentModelView& model, tImage* image,
-                            const CrawlOptions& crawl_options, const SceneEdges& scene,
-                            const SegmentSearchOptions& options);
+SegmentMatch FindInImage(const SegmentModelView& model, const GreyRows& image,
+                         const ContourOptions& contour_options, const SegmentSearchOptions& options,
+                         ImageEdges& edges);
 
 }  // namespace orvandel

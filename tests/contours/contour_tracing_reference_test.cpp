@@ -5,8 +5,8 @@
 
 #include "base/rounding.h"
 #include "contours/contour_tracing.h"
-#include "tests/contours/reference_crawl.h"
 #include "tests/contours/traced_values.h"
+#include "tests/reference/crawl.h"
 #include "tests/support/image_patterns.h"
 
 // Following edge pixels against its readable second formulation, bit for bit.

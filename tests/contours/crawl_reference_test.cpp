@@ -4,8 +4,8 @@
 
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/edge_record.h"
-#include "tests/contours/reference_crawl.h"
-#include "tests/edges/reference_sub_canny.h"
+#include "tests/reference/crawl.h"
+#include "tests/reference/sub_canny.h"
 #include "tests/support/image_patterns.h"
 
 // Images to contours against the readable second formulations of both steps, bit for bit.

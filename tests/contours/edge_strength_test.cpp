@@ -1,3 +1,5 @@
+#include "tests/reference/edge_strength.h"
+
 #include <algorithm>
 #include <set>
 #include <vector>
@@ -6,7 +8,6 @@
 
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/sub_canny.h"
-#include "tests/contours/reference_edge_strength.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/image_patterns.h"
 

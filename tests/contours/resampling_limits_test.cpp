@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/ctd.h"
-#include "tests/contours/reference_resampling.h"
+#include "tests/reference/resampling.h"
 #include "tests/support/contour_sets.h"
 
 // Long pieces, growth of the arrays, and positions that are no numbers.

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/ctd.h"
-#include "tests/contours/reference_resampling.h"
+#include "tests/reference/resampling.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/image_patterns.h"
 #include "tests/support/same_bits.h"

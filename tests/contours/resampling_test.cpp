@@ -1,10 +1,11 @@
+#include "tests/reference/resampling.h"
+
 #include <cmath>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/ctd.h"
-#include "tests/contours/reference_resampling.h"
 #include "tests/support/contour_sets.h"
 
 namespace orvandel::test {

@@ -1,10 +1,11 @@
+#include "tests/reference/smoothing.h"
+
 #include <cmath>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/ctd.h"
-#include "tests/contours/reference_smoothing.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/image_patterns.h"
 

@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "contours/contour_tracing.h"
-#include "tests/contours/reference_crawl.h"
 #include "tests/contours/traced_values.h"
+#include "tests/reference/crawl.h"
 
 namespace orvandel::test {
 

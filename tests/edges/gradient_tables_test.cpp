@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/edges/reference_sub_canny.h"
+#include "tests/reference/sub_canny.h"
 
 namespace orvandel::test {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/sub_canny.h"
-#include "tests/edges/reference_sub_canny.h"
+#include "tests/reference/sub_canny.h"
 #include "tests/support/image_patterns.h"
 
 // Images that a host lays over its own pixels: rows in any order, with foreign bytes between them.

@@ -7,7 +7,7 @@
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/sub_canny.h"
 #include "tests/edges/kernel_runs.h"
-#include "tests/edges/reference_sub_canny.h"
+#include "tests/reference/sub_canny.h"
 #include "tests/support/image_patterns.h"
 #include "tests/support/simd_levels.h"
 

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/edge_record.h"
-#include "tests/edges/reference_sub_canny.h"
+#include "tests/reference/sub_canny.h"
 #include "tests/support/image_patterns.h"
 
 namespace orvandel::test {

@@ -7,7 +7,7 @@
 #include "edges/gradient_tables.h"
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/sub_canny.h"
-#include "tests/edges/reference_sub_canny.h"
+#include "tests/reference/sub_canny.h"
 #include "tests/support/image_patterns.h"
 
 namespace orvandel::test {

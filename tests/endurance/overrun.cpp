@@ -126,7 +126,7 @@ bool Measure(const NamedScene& scene, int num_searches) {
     allowed.push_back(search.MicrosecondsWithTimeUpAtRead(scene.image, 3) - preparation.back());
   }
   const SegmentMatch hurried = search.match();  // its time was up at the first score
-  const bool in_bounds = hurried.num_poses > 0 && hurried.num_poses <= hurried.num_segments;
+  const bool in_bounds = hurried.num_poses > 0 && hurried.num_poses <= hurried.NumSegments();
 
   UniformRandom random(2);
   std::vector<double> past;
@@ -139,13 +139,13 @@ bool Measure(const NamedScene& scene, int num_searches) {
   }
   std::sort(past.begin(), past.end());
   std::printf("%-26s %8d %9.2f %9.2f %9.2f  %6d %8.2f %8.2f %8.2f %8.2f %8.2f\n",
-              scene.name.c_str(), hurried.num_segments, Median(whole) / 1000,
+              scene.name.c_str(), hurried.NumSegments(), Median(whole) / 1000,
               Median(preparation) / 1000, Median(allowed) / 1000, num_cut_short,
               Quantile(past, 0.5) / 1000, Quantile(past, 0.9) / 1000, Quantile(past, 0.99) / 1000,
               Quantile(past, 0.999) / 1000, past.back() / 1000);
   if (!in_bounds) {
     std::printf("%lld scores of %d segments after the time was up\n",
-                static_cast<long long>(hurried.num_poses), hurried.num_segments);
+                static_cast<long long>(hurried.num_poses), hurried.NumSegments());
   }
   std::fflush(stdout);
   return in_bounds;

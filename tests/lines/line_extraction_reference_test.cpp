@@ -8,7 +8,7 @@
 
 #include "tests/lines/contour_shapes.h"
 #include "tests/lines/random_contours.h"
-#include "tests/lines/reference_line_extraction.h"
+#include "tests/reference/line_extraction.h"
 #include "tests/support/segments.h"
 
 namespace orvandel::test {

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/lines/contour_shapes.h"
-#include "tests/lines/reference_segment_sort.h"
+#include "tests/reference/segment_sort.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {

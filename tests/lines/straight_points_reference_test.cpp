@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/line_extracter.h"
-#include "tests/lines/reference_line_extraction.h"
+#include "tests/reference/line_extraction.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/qrsis.h"
-#include "tests/search/plain_pattern_search.h"
+#include "tests/reference/pattern_search.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/search/search_results.h"
 #include "tests/search/segment_engine.h"
@@ -18,12 +18,12 @@
 namespace orvandel::test {
 namespace {
 
-Found SearchPlainly(const ImagePtr& scene, double accept_score) {
-  PlainParameters parameters;
+Found ReferenceResult(const ImagePtr& scene, double accept_score) {
+  ReferenceParameters parameters;
   parameters.accept_score = accept_score;
-  PlainPattern pattern;
-  EXPECT_EQ(PlainTrain(pattern, PictureOf(SmallPart()).get(), parameters), 0);
-  PlainSearch search(pattern, parameters);
+  ReferencePattern pattern;
+  EXPECT_EQ(ReferenceTrain(pattern, PictureOf(SmallPart()).get(), parameters), 0);
+  ReferenceSearch search(pattern, parameters);
   return search.LookForIt(CopyOf(scene).get(), [] { return false; });
 }
 
@@ -42,9 +42,9 @@ void ExpectAcceptScore(QRSIS& search, double accept_score,
     SCOPED_TRACE("seed " + std::to_string(seed));
     UniformRandom random(seed);
     const ImagePtr scene = RandomScene(random, SmallPart());
-    const Found expected = SearchPlainly(scene, accept_score);
-    num_not_lower += AreSame(SearchPlainly(scene, accept_score - 1), expected) ? 0 : 1;
-    num_not_higher += AreSame(SearchPlainly(scene, accept_score + 1), expected) ? 0 : 1;
+    const Found expected = ReferenceResult(scene, accept_score);
+    num_not_lower += AreSame(ReferenceResult(scene, accept_score - 1), expected) ? 0 : 1;
+    num_not_higher += AreSame(ReferenceResult(scene, accept_score + 1), expected) ? 0 : 1;
     ExpectSameResult(LookFor(search, scene), expected);
   }
   EXPECT_GT(num_not_lower, 0);
@@ -70,8 +70,8 @@ TEST(AcceptScore, IsReachedByAScoreEqualToIt) {
   engine.options.min_scale = 0;
   engine.options.max_scale = std::numeric_limits<double>::infinity();
   const SegmentMatch match = engine.Find(SceneOf(SmallPart(), {.x = 92, .y = 71, .angle_deg = 35}));
-  EXPECT_GT(match.num_segments, 0);
-  EXPECT_EQ(match.num_poses, match.num_segments);
+  EXPECT_GT(match.NumSegments(), 0);
+  EXPECT_EQ(match.num_poses, match.NumSegments());
 }
 
 }  // namespace

@@ -1,15 +1,16 @@
 // What the search allocates while it tries poses: nothing.
 
+#include <vector>
+
 #include <gtest/gtest.h>
 
-#include "orvandel/classic/line_extracter.h"
+#include "lines/line_extraction.h"
 #include "search/coarse_search.h"
-#include "search/contour_preparation.h"
 #include "search/refinement.h"
 #include "search/segment_model.h"
+#include "search/segment_search.h"
 #include "tests/search/counted_allocations.h"
 #include "tests/search/small_scenes.h"
-#include "tests/support/contour_sets.h"
 #include "verify/pose_scorer.h"
 
 namespace orvandel::test {
@@ -17,16 +18,14 @@ namespace {
 
 TEST(SearchAllocation, TryingAndRefiningPosesAllocatesNothing) {
   UniformRandom random(1);
-  const ContourHandle pattern = MakeEmptySet();
-  const ContourHandle scene = MakeEmptySet();
-  PrepareContours(pattern.get(), PictureOf(SmallPart()).get(), {});
-  PrepareContours(scene.get(), RandomScene(random, SmallPart()).get(), {});
-  const SegmentModel model = LearnSegmentModel(Fields(pattern)).model;
-  CLineExtracter scene_lines;
-  scene_lines.Extract(scene.get());
-  const auto& scene_segments = scene_lines.segments;
+  ImageEdges pattern;
+  ImageEdges scene;
+  ExtractEdges(RowsOf(*PictureOf(SmallPart())), {}, pattern);
+  ExtractEdges(RowsOf(*RandomScene(random, SmallPart())), {}, scene);
+  const SegmentModel model = LearnSegmentModel(pattern.contours.View()).model;
+  const std::vector<LineSegment> scene_segments = ExtractSegments(scene.contours.View(), {});
   ASSERT_GT(model.segments.size() * scene_segments.size(), 20u);
-  PoseScorer score_of(model.points.View(), model.reference, Fields(scene).edgeIm, model.match);
+  PoseScorer score_of(model.points.View(), model.reference, &scene.edges, model.match);
   const Deadline deadline(ProcessTickCounter(), 1000000);
   SegmentSearchOptions options;
   options.accept_score = 101;

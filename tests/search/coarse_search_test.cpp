@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/qrsis.h"
-#include "tests/search/plain_pattern_search.h"
+#include "tests/reference/pattern_search.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/search/search_results.h"
 #include "tests/search/segment_engine.h"
@@ -47,7 +47,7 @@ TEST_F(CoarseSearchTest, FindsThePatternImageItselfUnturnedAndUnscaled) {
   EXPECT_NEAR(match.scene_from_pattern.x, engine.model().reference.x, 1);
   EXPECT_NEAR(match.scene_from_pattern.y, engine.model().reference.y, 1);
   EXPECT_GT(match.score, 95);
-  EXPECT_LT(match.num_poses, 5 * match.num_segments);  // the search ends after the first pass
+  EXPECT_LT(match.num_poses, 5 * match.NumSegments());  // the search ends after the first pass
 }
 
 TEST_F(CoarseSearchTest, AcceptedScoreStillLetsTheRestOfTheSceneBeTried) {
@@ -58,7 +58,7 @@ TEST_F(CoarseSearchTest, AcceptedScoreStillLetsTheRestOfTheSceneBeTried) {
   TryAll(engine);
   engine.options.accept_score = 90;  // which no other pair reaches
   const SegmentMatch match = engine.Find(image);
-  EXPECT_EQ(match.num_poses, 1 + 5 * (match.num_segments - 1));
+  EXPECT_EQ(match.num_poses, 1 + 5 * (match.NumSegments() - 1));
 }
 
 TEST_F(CoarseSearchTest, TriesFivePatternSegmentsOfMore) {
@@ -66,8 +66,8 @@ TEST_F(CoarseSearchTest, TriesFivePatternSegmentsOfMore) {
   ASSERT_GT(engine.model().segments.size(), 5U);
   TryAll(engine);
   const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kTurned));
-  ASSERT_GT(match.num_segments, 0);
-  EXPECT_EQ(match.num_poses, 5 * 5 * match.num_segments);
+  ASSERT_GT(match.NumSegments(), 0);
+  EXPECT_EQ(match.num_poses, 5 * 5 * match.NumSegments());
 }
 
 TEST_F(CoarseSearchTest, TriesAsManyPatternSegmentsAsItIsToldTo) {
@@ -76,7 +76,7 @@ TEST_F(CoarseSearchTest, TriesAsManyPatternSegmentsAsItIsToldTo) {
   for (const int num_tried : {-1, 0, 1, 3}) {
     engine.options.max_pattern_segments = num_tried;
     const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kTurned));
-    EXPECT_EQ(match.num_poses, 5 * std::max(num_tried, 0) * match.num_segments);
+    EXPECT_EQ(match.num_poses, 5 * std::max(num_tried, 0) * match.NumSegments());
   }
 }
 
@@ -87,14 +87,15 @@ TEST_F(CoarseSearchTest, TriesAllPatternSegmentsOfFewerThanFive) {
   ASSERT_LT(num_pattern, 5);
   TryAll(engine);
   const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kTurned));
-  EXPECT_EQ(match.num_poses, 5 * num_pattern * match.num_segments);
+  EXPECT_EQ(match.num_poses, 5 * num_pattern * match.NumSegments());
 }
 
-/// Pairs of a pattern and a segment of the last scene, and a factor, whose scale no bound excludes.
-int NumScalesWithin(double min_scale, double max_scale, const SegmentEngine& engine) {
+/// Pairs of a pattern and a scene segment, and a factor, whose scale no bound excludes.
+int NumScalesWithin(double min_scale, double max_scale, const SegmentEngine& engine,
+                    const SegmentMatch& match) {
   int num_scales = 0;
   for (std::size_t i = 0; i < 5; ++i) {
-    for (const CLineSegment& s : engine.SceneSegments()) {
+    for (const LineSegment& s : match.scene_segments) {
       for (const double factor : {1.0, 1.1, 0.9, 1.2, 0.8}) {
         const double scale = s.length / engine.model().segments[i].length * factor;
         num_scales += scale > max_scale || scale < min_scale ? 0 : 1;
@@ -112,7 +113,7 @@ TEST_F(CoarseSearchTest, ScoresOnlyScalesWithinTheBounds) {
     engine.options.min_scale = min_scale;
     engine.options.max_scale = max_scale;
     const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kTurned));
-    EXPECT_EQ(match.num_poses, NumScalesWithin(min_scale, max_scale, engine))
+    EXPECT_EQ(match.num_poses, NumScalesWithin(min_scale, max_scale, engine, match))
         << min_scale << " to " << max_scale;
   }
 }
@@ -129,11 +130,11 @@ TEST_F(CoarseSearchTest, DefaultBoundsAreAQuarterAndFour) {
   SegmentEngine engine(PictureOf(SmallPart()));
   engine.options.accept_score = kUnreachable;
   const SegmentMatch match = engine.Find(scene);
-  EXPECT_EQ(match.num_poses, NumScalesWithin(0.25, 4, engine));
-  EXPECT_GT(NumScalesWithin(0.23, 0.2499, engine), 0);
-  EXPECT_GT(NumScalesWithin(0.25, 0.27, engine), 0);
-  EXPECT_GT(NumScalesWithin(3.8, 4, engine), 0);
-  EXPECT_GT(NumScalesWithin(4.001, 4.2, engine), 0);
+  EXPECT_EQ(match.num_poses, NumScalesWithin(0.25, 4, engine, match));
+  EXPECT_GT(NumScalesWithin(0.23, 0.2499, engine, match), 0);
+  EXPECT_GT(NumScalesWithin(0.25, 0.27, engine, match), 0);
+  EXPECT_GT(NumScalesWithin(3.8, 4, engine, match), 0);
+  EXPECT_GT(NumScalesWithin(4.001, 4.2, engine, match), 0);
 }
 
 TEST_F(CoarseSearchTest, ScaleEqualToABoundIsScored) {
@@ -144,14 +145,14 @@ TEST_F(CoarseSearchTest, ScaleEqualToABoundIsScored) {
   EXPECT_GT(LookFor(search, image).score, 95);
   search.SetMinMaxScale(std::nextafter(1.0, 2.0), 1.09);  // and just beyond it is not
   const Found without = LookFor(search, image);
-  PlainParameters parameters;
+  ReferenceParameters parameters;
   parameters.min_scale = std::nextafter(1.0, 2.0);
   parameters.max_scale = 1.09;
-  PlainPattern plain;
-  ASSERT_EQ(PlainTrain(plain, CopyOf(image).get(), parameters), 0);
-  PlainSearch plain_search(plain, parameters);
-  ExpectSameResult(without, plain_search.LookForIt(CopyOf(image).get(), [] { return false; }));
-  EXPECT_NE(plain_search.coarse_scale(), 1.0);
+  ReferencePattern reference;
+  ASSERT_EQ(ReferenceTrain(reference, CopyOf(image).get(), parameters), 0);
+  ReferenceSearch reference_search(reference, parameters);
+  ExpectSameResult(without, reference_search.LookForIt(CopyOf(image).get(), [] { return false; }));
+  EXPECT_NE(reference_search.coarse_scale(), 1.0);
 }
 
 TEST_F(CoarseSearchTest, WithoutAHypothesisTheSearchStartsFromNothing) {
@@ -169,14 +170,14 @@ TEST_F(CoarseSearchTest, WithoutAHypothesisTheSearchStartsFromNothing) {
   engine.options.max_scale = 200;
   EXPECT_EQ(engine.Find(SceneOf(SmallPart(), kTurned)).num_poses, 0);
 
-  PlainParameters parameters;
+  ReferenceParameters parameters;
   parameters.min_scale = 100;
   parameters.max_scale = 200;
-  PlainPattern plain;
-  ASSERT_EQ(PlainTrain(plain, CopyOf(PictureOf(SmallPart())).get(), parameters), 0);
-  PlainSearch plain_search(plain, parameters);
-  ExpectSameResult(found, plain_search.LookForIt(CopyOf(SceneOf(SmallPart(), kTurned)).get(),
-                                                 [] { return false; }));
+  ReferencePattern reference;
+  ASSERT_EQ(ReferenceTrain(reference, CopyOf(PictureOf(SmallPart())).get(), parameters), 0);
+  ReferenceSearch reference_search(reference, parameters);
+  ExpectSameResult(found, reference_search.LookForIt(CopyOf(SceneOf(SmallPart(), kTurned)).get(),
+                                                     [] { return false; }));
 }
 
 TEST_F(CoarseSearchTest, AngleIsPatternDirectionMinusSceneDirection) {

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/qrsis.h"
-#include "tests/search/plain_pattern_search.h"
+#include "tests/reference/pattern_search.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/search/search_results.h"
 #include "tests/search/small_scenes.h"
@@ -20,21 +20,21 @@ struct BothResults {
   double coarse_scale;
 };
 
-/// Searches with scale bounds, and plainly too, to learn the scale before the refinement.
+/// Searches with scale bounds, and by the reference too, to learn the scale before the refinement.
 BothResults SearchWithBounds(const ImagePtr& scene, double min_scale, double max_scale) {
   const ScriptedCounter no_hurry(FrozenTime());
   TrainedSearch search(PictureOf(SmallPart()));
   search.SetMinMaxScale(min_scale, max_scale);
   const Found found = LookFor(search, scene);
 
-  PlainParameters parameters;
+  ReferenceParameters parameters;
   parameters.min_scale = min_scale;
   parameters.max_scale = max_scale;
-  PlainPattern plain;
-  EXPECT_EQ(PlainTrain(plain, CopyOf(PictureOf(SmallPart())).get(), parameters), 0);
-  PlainSearch plain_search(plain, parameters);
-  ExpectSameResult(found, plain_search.LookForIt(CopyOf(scene).get(), [] { return false; }));
-  return {found, plain_search.coarse_scale()};
+  ReferencePattern reference;
+  EXPECT_EQ(ReferenceTrain(reference, CopyOf(PictureOf(SmallPart())).get(), parameters), 0);
+  ReferenceSearch reference_search(reference, parameters);
+  ExpectSameResult(found, reference_search.LookForIt(CopyOf(scene).get(), [] { return false; }));
+  return {found, reference_search.coarse_scale()};
 }
 
 TEST(Refinement, ScaleMayLeaveTheUpperBound) {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/qrsis.h"
-#include "tests/search/plain_pattern_search.h"
+#include "tests/reference/pattern_search.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/search/search_results.h"
 #include "tests/search/small_scenes.h"
@@ -73,11 +73,11 @@ TEST(SearchStatus, NoSceneReturns2AtFirst) {
 }
 
 /// The result of a search that is given a scene and then an image that the crawl refuses.
-Found PlainResultOfStaleScene(const ImagePtr& pattern, const ImagePtr& scene) {
-  PlainPattern plain;
-  EXPECT_EQ(PlainTrain(plain, CopyOf(pattern).get(), {}), 0);
-  PlainSearch search(plain, {});
-  const PlainClock never = [] { return false; };
+Found ReferenceResultOfStaleScene(const ImagePtr& pattern, const ImagePtr& scene) {
+  ReferencePattern reference;
+  EXPECT_EQ(ReferenceTrain(reference, CopyOf(pattern).get(), {}), 0);
+  ReferenceSearch search(reference, {});
+  const ReferenceClock never = [] { return false; };
   search.LookForIt(CopyOf(scene).get(), never);
   return search.LookForIt(OfAnotherType().get(), never);
 }
@@ -86,7 +86,7 @@ TEST(SearchStatus, SceneOfAnotherTypeSearchesTheOneBeforeAgain) {
   // Its contours are smoothed and resampled once more.
   const ImagePtr pattern = PictureOf(SmallPart());
   const ImagePtr scene = SceneOf(SmallPart(), kTurned);
-  const Found expected = PlainResultOfStaleScene(pattern, scene);
+  const Found expected = ReferenceResultOfStaleScene(pattern, scene);
   for (const ImagePtr& refused : {OfAnotherType(), ImagePtr()}) {
     TrainedSearch search(pattern);
     const Found first = LookFor(search, scene);
@@ -107,12 +107,12 @@ TEST(SearchStatus, ThresholdOfMinusOneIsPassedOnAsItIs) {
   const Found found = LookFor(search, scene);
   EXPECT_EQ(static_cast<CCrawler*>(search.GetCrawlerSceneData())->edge_threshold, -1);
 
-  PlainParameters parameters;
-  PlainPattern plain;
-  ASSERT_EQ(PlainTrain(plain, CopyOf(PictureOf(SmallPart())).get(), parameters), 0);
+  ReferenceParameters parameters;
+  ReferencePattern reference;
+  ASSERT_EQ(ReferenceTrain(reference, CopyOf(PictureOf(SmallPart())).get(), parameters), 0);
   parameters.edge_threshold = -1;
-  PlainSearch plain_search(plain, parameters);
-  ExpectSameResult(found, plain_search.LookForIt(CopyOf(scene).get(), [] { return false; }));
+  ReferenceSearch reference_search(reference, parameters);
+  ExpectSameResult(found, reference_search.LookForIt(CopyOf(scene).get(), [] { return false; }));
 }
 
 TEST(SearchStatus, SearchUsesUpItsImageAndLeavesThePattern) {

@@ -1,15 +1,11 @@
 #pragma once
 
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "orvandel/classic/line_extracter.h"
-#include "search/contour_preparation.h"
 #include "search/segment_model.h"
 #include "search/segment_search.h"
-#include "tests/support/contour_sets.h"
 #include "tests/support/images.h"
 
 namespace orvandel::test {
@@ -17,10 +13,10 @@ namespace orvandel::test {
 /// A pattern learnt by the engine's functions, with room for scenes.
 class SegmentEngine {
  public:
-  explicit SegmentEngine(const ImagePtr& pattern, const CrawlOptions& crawl_options = {})
-      : crawl(crawl_options) {
-    PrepareContours(pattern_contours_.get(), CopyOf(pattern).get(), crawl);
-    LearntSegments learnt = LearnSegmentModel(Fields(pattern_contours_));
+  explicit SegmentEngine(const ImagePtr& pattern, const CrawlOptions& crawl = {})
+      : contour_options_{crawl, {}} {
+    ExtractEdges(RowsOf(*CopyOf(pattern)), contour_options_, pattern_edges_);
+    LearntSegments learnt = LearnSegmentModel(pattern_edges_.contours.View());
     EXPECT_EQ(learnt.outcome, LearningOutcome::kLearnt);
     model_ = std::move(learnt.model);
   }
@@ -28,21 +24,17 @@ class SegmentEngine {
   SegmentMatch Find(const ImagePtr& scene) { return FindAndOverwrite(CopyOf(scene)); }
 
   SegmentMatch FindAndOverwrite(const ImagePtr& scene) {
-    return FindBySegments(model_.View(), scene.get(), crawl,
-                          {Fields(scene_contours_), scene_lines_}, options);
+    return FindInImage(model_.View(), RowsOf(*scene), contour_options_, options, scene_edges_);
   }
 
   const SegmentModel& model() const { return model_; }
-  /// Of the last scene.
-  const std::vector<CLineSegment>& SceneSegments() const { return scene_lines_.segments; }
 
-  CrawlOptions crawl;
   SegmentSearchOptions options;
 
  private:
-  ContourHandle pattern_contours_ = MakeEmptySet();
-  ContourHandle scene_contours_ = MakeEmptySet();
-  CLineExtracter scene_lines_;
+  ContourOptions contour_options_;
+  ImageEdges pattern_edges_;
+  ImageEdges scene_edges_;
   SegmentModel model_;
 };
 

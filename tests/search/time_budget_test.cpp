@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/qrsis.h"
-#include "tests/search/plain_pattern_search.h"
+#include "tests/reference/pattern_search.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/search/search_results.h"
 #include "tests/search/segment_engine.h"
@@ -137,7 +137,7 @@ TEST(TimeBudget, OutcomeTellsThatNoPoseWasTried) {
     EXPECT_TRUE(match.ran_out_of_time);
     EXPECT_EQ(match.num_poses, 0);
     EXPECT_GT(match.num_contours, 0);
-    EXPECT_EQ(match.num_segments > 0, read == 2);  // behind the contours no segment is extracted
+    EXPECT_EQ(match.NumSegments() > 0, read == 2);  // behind the contours no segment is extracted
   }
 }
 
@@ -148,7 +148,7 @@ TEST(TimeBudget, OutcomeTellsWhetherTheCoarseSearchWasCutShort) {
   const SegmentMatch unhurried = ExpiringSearch(std::numeric_limits<int>::max());
   EXPECT_EQ(unhurried.outcome, SegmentSearchOutcome::kPoseDetermined);
   EXPECT_FALSE(unhurried.ran_out_of_time);
-  EXPECT_EQ(unhurried.num_poses, 5 * 5 * unhurried.num_segments);
+  EXPECT_EQ(unhurried.num_poses, 5 * 5 * unhurried.NumSegments());
 }
 
 TEST(TimeBudget, MissingContoursOrSegmentsAreNoLackOfTime) {
@@ -163,40 +163,40 @@ TEST(TimeBudget, MissingContoursOrSegmentsAreNoLackOfTime) {
 
 TEST(TimeBudget, TimeoutLetsEachSceneSegmentBeScoredOnceMore) {
   const SegmentMatch match = ExpiringSearch(3);  // at the very first score
-  ASSERT_GT(match.num_segments, 3);
-  EXPECT_EQ(match.num_poses, match.num_segments);
+  ASSERT_GT(match.NumSegments(), 3);
+  EXPECT_EQ(match.num_poses, match.NumSegments());
 }
 
 TEST(TimeBudget, TimeoutFinishesThePassOverTheScene) {
   // Five scores of the first scene segment and two of the second go by; the third one's test fires.
   const SegmentMatch match = ExpiringSearch(3 + 7);
-  EXPECT_EQ(match.num_poses, 8 + (match.num_segments - 2));
+  EXPECT_EQ(match.num_poses, 8 + (match.NumSegments() - 2));
 }
 
 TEST(TimeBudget, TimeoutInTheSecondPassEndsTheSearchAfterIt) {
   const SegmentMatch first = ExpiringSearch(3 + 5 * 3 + 1);
-  ASSERT_GT(first.num_segments, 4);
-  EXPECT_EQ(first.num_poses, 5 * 3 + 2 + (first.num_segments - 4));  // still in the first pass
-  const SegmentMatch second = ExpiringSearch(3 + 5 * first.num_segments);
-  EXPECT_EQ(second.num_poses, 5 * first.num_segments + second.num_segments);
+  ASSERT_GT(first.NumSegments(), 4);
+  EXPECT_EQ(first.num_poses, 5 * 3 + 2 + (first.NumSegments() - 4));  // still in the first pass
+  const SegmentMatch second = ExpiringSearch(3 + 5 * first.NumSegments());
+  EXPECT_EQ(second.num_poses, 5 * first.NumSegments() + second.NumSegments());
 }
 
-TEST(TimeBudget, ResultOfATimeoutIsThatOfThePlainSearch) {
+TEST(TimeBudget, ResultOfATimeoutIsThatOfTheReferenceSearch) {
   // Wherever the time expires, the best pose so far is refined and scored.
   const ImagePtr pattern = PictureOf(SmallPart());
   const ImagePtr scene = SceneOf(SmallPart(), kTurned);
-  PlainParameters parameters;
+  ReferenceParameters parameters;
   parameters.accept_score = kUnreachable;
-  PlainPattern plain;
-  ASSERT_EQ(PlainTrain(plain, CopyOf(pattern).get(), parameters), 0);
+  ReferencePattern reference;
+  ASSERT_EQ(ReferenceTrain(reference, CopyOf(pattern).get(), parameters), 0);
   TrainedSearch search(pattern);
   search.SetParams(16, 10, 100000, kUnreachable);
   for (const int expiring_read : {1, 2, 3, 4, 5, 8, 13, 21, 34, 55, 89, 144, 100000}) {
     SCOPED_TRACE("time expires at read " + std::to_string(expiring_read));
-    int plain_reads = 1;
-    PlainSearch plain_search(plain, parameters);
-    const Found expected =
-        plain_search.LookForIt(CopyOf(scene).get(), [&] { return plain_reads++ >= expiring_read; });
+    int reference_reads = 1;
+    ReferenceSearch reference_search(reference, parameters);
+    const Found expected = reference_search.LookForIt(
+        CopyOf(scene).get(), [&] { return reference_reads++ >= expiring_read; });
     const ScriptedCounter counter(TimeThatExpiresAtRead(expiring_read));
     ExpectSameResult(LookFor(search, scene), expected);
   }

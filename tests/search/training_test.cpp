@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/qrsis.h"
-#include "tests/search/plain_pattern_search.h"
+#include "tests/reference/pattern_search.h"
 #include "tests/search/search_results.h"
 #include "tests/search/small_scenes.h"
 
@@ -42,13 +42,13 @@ void ExpectReference(QRSIS& search, double x, double y) {
   EXPECT_TRUE(SameBits(ref_y, y));
 }
 
-TEST(Training, LearnsContoursAndReferencePointOfThePlainChain) {
+TEST(Training, LearnsContoursAndReferencePointOfTheReferenceChain) {
   const ImagePtr picture = PictureOf(SmallPart());
   TrainedSearch search(picture);
-  PlainPattern plain;
-  ASSERT_EQ(PlainTrain(plain, CopyOf(picture).get(), {}), 0);
-  ExpectSameContours(search.GetCrawlerPatternData(), plain.contours.get());
-  ExpectReference(search, plain.ref_x, plain.ref_y);
+  ReferencePattern reference;
+  ASSERT_EQ(ReferenceTrain(reference, CopyOf(picture).get(), {}), 0);
+  ExpectSameContours(search.GetCrawlerPatternData(), reference.contours.get());
+  ExpectReference(search, reference.ref_x, reference.ref_y);
 }
 
 TEST(Training, ReferencePointIsTheMeanOfTheContourPoints) {
@@ -157,11 +157,11 @@ TEST(Training, ImageOfAnotherTypeTrainsAgainOnTheContoursBefore) {
   EXPECT_TRUE(IsTrained(search));
 
   // The contours are smoothed and resampled once more, from where the line extraction left them.
-  PlainPattern plain;
-  ASSERT_EQ(PlainTrain(plain, CopyOf(picture).get(), {}), 0);
-  ASSERT_EQ(PlainTrain(plain, OfAnotherType(31, 32).get(), {}), 0);
-  ExpectSameContours(search.GetCrawlerPatternData(), plain.contours.get());
-  ExpectReference(search, plain.ref_x, plain.ref_y);
+  ReferencePattern reference;
+  ASSERT_EQ(ReferenceTrain(reference, CopyOf(picture).get(), {}), 0);
+  ASSERT_EQ(ReferenceTrain(reference, OfAnotherType(31, 32).get(), {}), 0);
+  ExpectSameContours(search.GetCrawlerPatternData(), reference.contours.get());
+  ExpectReference(search, reference.ref_x, reference.ref_y);
 }
 
 TEST(Training, WithoutAnImageReturns1AndLeavesNothing) {

@@ -20,7 +20,7 @@ constexpr double kPi = std::numbers::pi;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// The rule of matching as scores are defined by it.
-bool PlainMatches(double expected, double stored, const MatchOptions& options) {
+bool ReferenceMatches(double expected, double stored, const MatchOptions& options) {
   double d = std::abs(expected - stored);
   while (d > kPi)
     d = 2 * kPi - d;
@@ -71,7 +71,7 @@ TEST(OrientationMask, WhatMatchesIsNeverRuledOut) {
             random.OneIn(8) ? 2 * kPi * random.Integer(0, 1) : random.Real(0, 2 * kPi);
         const double stored = random.OneIn(8) ? -kPi + random.Integer(0, 63) * (2 * kPi / 64)
                                               : random.Real(-kPi, kPi);
-        if (!PlainMatches(expected, stored, options)) continue;
+        if (!ReferenceMatches(expected, stored, options)) continue;
         for (int bin = 0; bin < kNumExpectedBins; ++bin) {
           if (!LiesInBin(expected, bin)) continue;
           ASSERT_TRUE(MayMatch(bin, StoredBinOf(stored), options))
@@ -90,7 +90,7 @@ TEST(OrientationMask, WhatIsFarFromMatchingIsRuledOut) {
     const double expected = (bin + 0.5) * (2 * kPi / kNumExpectedBins);
     for (double away = 0.7; away < kPi; away += 0.1) {
       const double stored = std::remainder(expected - away, 2 * kPi);
-      if (PlainMatches(expected, stored, options)) continue;  // the fold of more than a turn
+      if (ReferenceMatches(expected, stored, options)) continue;  // the fold of more than a turn
       EXPECT_FALSE(MayMatch(bin, StoredBinOf(stored), options)) << bin << ' ' << away;
     }
   }

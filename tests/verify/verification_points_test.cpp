@@ -11,10 +11,10 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/patt_verify.h"
+#include "tests/reference/scoring.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/uniform_random.h"
-#include "tests/verify/plain_scoring.h"
 
 namespace orvandel::test {
 namespace {
@@ -168,7 +168,7 @@ TEST(VerificationPoints, SetWithoutArraysGivesNoneWhateverItsCountsSay) {
   EXPECT_TRUE(std::isnan(verifier.ScoreAlongContours(set.get(), nullptr, 20, 20, 0, 1, 0, 0, 1)));
 }
 
-TEST(VerificationPoints, AgreeWithThePlainChoiceOnRandomSets) {
+TEST(VerificationPoints, AgreeWithTheReferenceOnRandomSets) {
   for (std::uint32_t seed = 1; seed <= 300; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     UniformRandom random(seed);
@@ -180,7 +180,8 @@ TEST(VerificationPoints, AgreeWithThePlainChoiceOnRandomSets) {
     const ContourHandle set = MakeSet(contours);
     CPattVerify verifier;
     verifier.ChooseVerifyPoints(set.get(), fraction, cap);
-    const std::vector<PlainPoint> expected = PlainVerificationPoints(set.get(), fraction, cap);
+    const std::vector<ReferencePoint> expected =
+        ReferenceVerificationPoints(set.get(), fraction, cap);
     ASSERT_EQ(verifier.pointCount, static_cast<int>(expected.size()));
     for (std::size_t i = 0; i < expected.size(); ++i) {
       ASSERT_TRUE(SameBits(verifier.pointX[i], expected[i].x));

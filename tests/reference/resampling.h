@@ -7,7 +7,7 @@
 
 #include "base/rounding.h"
 #include "base/trigonometry.h"
-#include "tests/contours/reference_crawl.h"
+#include "tests/reference/crawl.h"
 #include "tests/support/contour_sets.h"
 
 // Even spacing once more, written to be read: a list grows by a point at a time. The library has to

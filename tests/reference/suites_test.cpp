@@ -1,4 +1,4 @@
-// The library against the plain chain over the pictures of the suites that the build was told of.
+// The library against the reference stages over the images of the suites that the build was told of.
 
 #include <algorithm>
 #include <filesystem>
@@ -12,7 +12,7 @@
 #include "evaluation/image_file.h"
 #include "evaluation/manifest.h"
 #include "evaluation/paths.h"
-#include "tests/plain/chain_comparison.h"
+#include "tests/reference/chain_comparison.h"
 
 namespace orvandel::test {
 namespace {
@@ -40,7 +40,7 @@ std::string TestName(const testing::TestParamInfo<std::string>& info) {
              : evaluation::Utf8FromPath(evaluation::PathFromUtf8(info.param).filename());
 }
 
-class SuiteTwin : public testing::TestWithParam<std::string> {
+class SuiteTest : public testing::TestWithParam<std::string> {
  protected:
   void SetUp() override {
     if (GetParam().empty()) GTEST_SKIP() << "no suites: configure with ORVANDEL_SUITES=<folder>";
@@ -56,7 +56,7 @@ class SuiteTwin : public testing::TestWithParam<std::string> {
   std::map<std::string, ImagePtr> images_;
 };
 
-TEST_P(SuiteTwin, StagesAgreeOnEveryPicture) {
+TEST_P(SuiteTest, StagesAgreeOnEveryImage) {
   std::map<std::string, bool> done;
   for (const evaluation::TestCase& test : evaluation::ReadSuite(GetParam()).cases) {
     for (const std::string& path : {test.pattern, test.scene}) {
@@ -70,7 +70,7 @@ TEST_P(SuiteTwin, StagesAgreeOnEveryPicture) {
   EXPECT_FALSE(done.empty());
 }
 
-TEST_P(SuiteTwin, SearchesAgreeInEveryCase) {
+TEST_P(SuiteTest, SearchesAgreeInEveryCase) {
   int num_searches = 0;
   for (const evaluation::TestCase& test : evaluation::ReadSuite(GetParam()).cases) {
     SCOPED_TRACE(test.name);
@@ -80,7 +80,7 @@ TEST_P(SuiteTwin, SearchesAgreeInEveryCase) {
   EXPECT_GT(num_searches, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Suites, SuiteTwin, testing::ValuesIn(SuiteFolders()), TestName);
+INSTANTIATE_TEST_SUITE_P(Suites, SuiteTest, testing::ValuesIn(SuiteFolders()), TestName);
 
 }  // namespace
 }  // namespace orvandel::test

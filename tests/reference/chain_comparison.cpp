@@ -1,4 +1,4 @@
-#include "tests/plain/chain_comparison.h"
+#include "tests/reference/chain_comparison.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -9,10 +9,7 @@
 #include "orvandel/classic/edge_record.h"
 #include "orvandel/classic/qrsis.h"
 #include "orvandel/classic/sub_canny.h"
-#include "tests/plain/crawl.h"
-#include "tests/plain/line_extraction.h"
-#include "tests/plain/resampling.h"
-#include "tests/plain/sub_canny.h"
+#include "tests/reference/stages.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/support/contour_sets.h"
 #include "tests/support/segments.h"
@@ -66,40 +63,38 @@ void ExpectSameContours(const ContourHandle& actual_set, const ContourHandle& ex
 
 void ExpectSameEdges(const ImagePtr& image, int threshold) {
   const ImagePtr map = CopyOf(image);
-  const ImagePtr plain_map = CopyOf(image);
+  const ImagePtr reference_map = CopyOf(image);
   CEdgeImgComplement edges;
-  CEdgeImgComplement plain_edges;
+  CEdgeImgComplement reference_edges;
   ASSERT_EQ(edges.SetSize(image->width, image->height), 0);
-  ASSERT_EQ(plain_edges.SetSize(image->width, image->height), 0);
+  ASSERT_EQ(reference_edges.SetSize(image->width, image->height), 0);
   SubCanny(map.get(), threshold, &edges);
-  plain::SubCanny(plain_map.get(), threshold, &plain_edges);
-  ExpectSamePixels(map, plain_map);
-  ExpectSameRecord(edges, plain_edges);
+  ReferenceSubCanny(reference_map.get(), threshold, reference_edges);
+  ExpectSamePixels(map, reference_map);
+  ExpectSameRecord(edges, reference_edges);
 }
 
-void ExpectSameCrawl(const ContourHandle& set, const ContourHandle& plain_set,
+void ExpectSameCrawl(const ContourHandle& set, const ContourHandle& reference_set,
                      const ImagePtr& image, int threshold) {
   constexpr int kMinSize = 10;
   constexpr int kMaxSize = 100000;
   const ImagePtr rest = CopyOf(image);
-  const ImagePtr plain_rest = CopyOf(image);
+  const ImagePtr reference_rest = CopyOf(image);
   ASSERT_EQ(ctd_crawl(set.get(), rest.get(), threshold, kMinSize, kMaxSize), 0);
-  plain::Crawl(plain_set.get(), plain_rest.get(), threshold, kMinSize, kMaxSize);
-  ExpectSamePixels(rest, plain_rest);
-  ExpectSameRecord(*ctd_edgeIm(set.get()), *ctd_edgeIm(plain_set.get()));
-  ExpectSameContours(set, plain_set);
+  kReferenceStages.crawl(reference_set.get(), reference_rest.get(), threshold, kMinSize, kMaxSize);
+  ExpectSamePixels(rest, reference_rest);
+  ExpectSameRecord(*ctd_edgeIm(set.get()), *ctd_edgeIm(reference_set.get()));
+  ExpectSameContours(set, reference_set);
 }
 
-/// Smoothing and sorting have no second form here: their twins stand in tests/contours.
-void ExpectSameConditioning(const ContourHandle& set, const ContourHandle& plain_set) {
+void ExpectSameConditioning(const ContourHandle& set, const ContourHandle& reference_set) {
   ctd_average(set.get());
-  ctd_average(plain_set.get());
+  kReferenceStages.smooth(reference_set.get());
   ctd_resample(set.get());
-  plain::Resample(plain_set.get());
-  ExpectSameContours(set, plain_set);
-  ASSERT_EQ(Fields(set).point_capacity, Fields(plain_set).point_capacity);
+  kReferenceStages.resample(reference_set.get());
+  ExpectSameContours(set, reference_set);
   ctd_sort(set.get(), 1);
-  ctd_sort(plain_set.get(), 1);
+  ctd_sort(reference_set.get(), 1);
 }
 
 }  // namespace
@@ -108,47 +103,33 @@ void ExpectSameStages(const ImagePtr& image, int threshold) {
   SCOPED_TRACE(testing::Message() << "threshold " << threshold);
   ASSERT_NO_FATAL_FAILURE(ExpectSameEdges(image, threshold));
   const ContourHandle set = MakeEmptySet();
-  const ContourHandle plain_set = MakeEmptySet();
-  ASSERT_NO_FATAL_FAILURE(ExpectSameCrawl(set, plain_set, image, threshold));
-  ASSERT_NO_FATAL_FAILURE(ExpectSameConditioning(set, plain_set));
+  const ContourHandle reference_set = MakeEmptySet();
+  ASSERT_NO_FATAL_FAILURE(ExpectSameCrawl(set, reference_set, image, threshold));
+  ASSERT_NO_FATAL_FAILURE(ExpectSameConditioning(set, reference_set));
 
   CLineExtracter extracter;
   extracter.Extract(set.get());
   ExpectSameSegments(extracter.GetSegments(),
-                     plain::ExtractSegments(CLineExtracter(), plain_set.get()));
-  ExpectSameContours(set, plain_set);  // with the flags of straight stretches
-}
-
-int StatusOf(LearningOutcome outcome) {
-  if (outcome == LearningOutcome::kNoContour) return 1;
-  return outcome == LearningOutcome::kNoSegment ? 4 : 0;
-}
-
-int StatusOf(SegmentSearchOutcome outcome) {
-  if (outcome == SegmentSearchOutcome::kNoContour) return 2;
-  return outcome == SegmentSearchOutcome::kNoSegment ? 4 : 0;
+                     kReferenceStages.extract_segments(reference_set.get()));
+  ExpectSameContours(set, reference_set);  // with the flags of straight ranges
 }
 
 Found ExpectSameSearch(const ImagePtr& pattern, const ImagePtr& scene,
-                       const plain::SearchOptions& options) {
+                       const ReferenceParameters& parameters) {
   const ScriptedCounter no_hurry(FrozenTime());
   QRSIS search;
   search.Initialize();
-  search.SetParams(options.crawl.edge_threshold, options.crawl.min_size, options.crawl.max_size,
-                   static_cast<int>(options.search.accept_score));
-  search.SetMinMaxScale(options.search.min_scale, options.search.max_scale);
-  plain::Pattern plain_pattern;
+  search.SetParams(parameters.edge_threshold, parameters.min_size, parameters.max_size,
+                   static_cast<int>(parameters.accept_score));
+  search.SetMinMaxScale(parameters.min_scale, parameters.max_scale);
+  ReferencePattern reference;
   const int status = TrainOn(search, pattern);
-  EXPECT_EQ(status, StatusOf(plain::Train(plain_pattern, CopyOf(pattern).get(), options.crawl)));
+  EXPECT_EQ(status, ReferenceTrain(reference, CopyOf(pattern).get(), parameters, kReferenceStages));
   if (status != 0) return {status};
 
-  const ContourHandle plain_scene = MakeEmptySet();
-  const SegmentMatch expected =
-      plain::Find(plain_pattern, plain_scene.get(), CopyOf(scene).get(), options);
+  ReferenceSearch reference_search(reference, parameters, kReferenceStages);
   const Found found = LookFor(search, scene);
-  const Similarity& pose = expected.scene_from_pattern;
-  ExpectSameResult(
-      found, {StatusOf(expected.outcome), pose.x, pose.y, pose.angle, pose.scale, expected.score});
+  ExpectSameResult(found, reference_search.LookForIt(CopyOf(scene).get(), [] { return false; }));
   return found;
 }
 

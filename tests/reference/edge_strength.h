@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "tests/edges/reference_sub_canny.h"
+#include "tests/reference/sub_canny.h"
 #include "tests/support/grids.h"
 
 // The proposal of an edge threshold once more, written to be read. The library has to give the same

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "platform/image_ptr.h"
-#include "tests/plain/pattern_search.h"
+#include "tests/reference/pattern_search.h"
 #include "tests/search/search_results.h"
 
 namespace orvandel::test {
 
-/// Sends copies of an image through the library's stages and the plain ones, and expects the same
+/// Sends copies of an image through the library's stages and the reference ones, and expects the same
 /// bits after each: edge map and record, contours as crawled, smoothed, resampled and sorted, flags
 /// and segments.
 void ExpectSameStages(const ImagePtr& image, int threshold);
@@ -16,6 +16,6 @@ void ExpectSameStages(const ImagePtr& image, int threshold);
 ///
 /// @return  what was found; not for patterns that cannot be trained, which give their status.
 Found ExpectSameSearch(const ImagePtr& pattern, const ImagePtr& scene,
-                       const plain::SearchOptions& options = {});
+                       const ReferenceParameters& parameters = {});
 
 }  // namespace orvandel::test

@@ -1,4 +1,4 @@
-// Both scorers and their plain twins agree bit for bit, over random scenes, patterns and poses.
+// Both scorers and their references agree bit for bit, over random scenes, patterns and poses.
 
 #include <cmath>
 #include <cstdint>
@@ -9,9 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/reference/scoring.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/uniform_random.h"
-#include "tests/verify/plain_scoring.h"
 #include "tests/verify/scene_edges.h"
 
 namespace orvandel::test {
@@ -39,8 +39,8 @@ Pattern RandomPattern(UniformRandom& random, int num_contours, int most_points) 
   return pattern;
 }
 
-PlainPose RandomPose(UniformRandom& random, const Pattern& pattern, const SceneEdges& scene) {
-  PlainPose pose{};
+ReferencePose RandomPose(UniformRandom& random, const Pattern& pattern, const SceneEdges& scene) {
+  ReferencePose pose{};
   pose.tx = random.Real(-10, (*scene).width + 10);
   pose.ty = random.Real(-10, (*scene).height + 10);
   pose.angle = random.OneIn(4) ? 0 : random.Real(-3 * kPi, 3 * kPi);
@@ -51,8 +51,8 @@ PlainPose RandomPose(UniformRandom& random, const Pattern& pattern, const SceneE
 }
 
 /// A pose that lays most of the pattern inside the scene.
-PlainPose CentralPose(UniformRandom& random, const Pattern& pattern, const SceneEdges& scene) {
-  PlainPose pose = RandomPose(random, pattern, scene);
+ReferencePose CentralPose(UniformRandom& random, const Pattern& pattern, const SceneEdges& scene) {
+  ReferencePose pose = RandomPose(random, pattern, scene);
   pose.tx = (*scene).width / 2.0 + random.Real(-3, 3);
   pose.ty = (*scene).height / 2.0 + random.Real(-3, 3);
   pose.scale = random.Real(0.2, 1.1);
@@ -60,8 +60,8 @@ PlainPose CentralPose(UniformRandom& random, const Pattern& pattern, const Scene
 }
 
 /// Puts random edges into the scene, and edges where a pose expects the pattern, near and off.
-void FillScene(UniformRandom& random, const Pattern& pattern, const PlainPose& pose, int num_random,
-               SceneEdges& scene) {
+void FillScene(UniformRandom& random, const Pattern& pattern, const ReferencePose& pose,
+               int num_random, SceneEdges& scene) {
   for (int i = 0; i < num_random; ++i) {
     const int column = random.Integer(0, (*scene).width - 1);
     const int row = random.Integer(0, (*scene).height - 1);
@@ -80,22 +80,22 @@ void FillScene(UniformRandom& random, const Pattern& pattern, const PlainPose& p
   }
 }
 
-/// Compares both scorers with their twins at one pose; returns the score at the points.
+/// Compares both scorers with their references at one pose; returns the score at the points.
 double CompareScores(CPattVerify& verifier, void* set, const SceneEdges& scene,
-                     const PlainPose& p) {
+                     const ReferencePose& p) {
   const double at_points =
       verifier.ScoreAtVerifyPoints(scene.get(), p.tx, p.ty, p.angle, p.scale, p.cx, p.cy);
-  EXPECT_TRUE(SameBits(at_points, PlainScoreAtVerifyPoints(verifier, *scene, p)));
+  EXPECT_TRUE(SameBits(at_points, ReferenceScoreAtVerifyPoints(verifier, *scene, p)));
   for (const int step : {0, 1, 2, 3, 7, 50}) {
     EXPECT_TRUE(SameBits(verifier.ScoreAlongContours(set, scene.get(), p.tx, p.ty, p.angle, p.scale,
                                                      p.cx, p.cy, step),
-                         PlainScoreAlongContours(verifier, set, *scene, p, step)))
+                         ReferenceScoreAlongContours(verifier, set, *scene, p, step)))
         << "step " << step;
   }
   return at_points;
 }
 
-TEST(ScoringTwin, AgreesOnRandomScenesPatternsAndPoses) {
+TEST(ScoringReference, AgreesOnRandomScenesPatternsAndPoses) {
   double sum = 0;
   for (std::uint32_t seed = 1; seed <= 150; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -106,7 +106,7 @@ TEST(ScoringTwin, AgreesOnRandomScenesPatternsAndPoses) {
     verifier.ChooseVerifyPoints(set.get(), random.Real(0, 1.2), random.Integer(1, 60));
     const int least_size = random.OneIn(5) ? 1 : 50;
     SceneEdges scene(random.Integer(least_size, 90), random.Integer(least_size, 90));
-    const PlainPose true_pose = CentralPose(random, pattern, scene);
+    const ReferencePose true_pose = CentralPose(random, pattern, scene);
     FillScene(random, pattern, true_pose, random.OneIn(3) ? 4000 : random.Integer(0, 300), scene);
     const double score = CompareScores(verifier, set.get(), scene, true_pose);
     if (!std::isnan(score)) sum += score;
@@ -116,7 +116,7 @@ TEST(ScoringTwin, AgreesOnRandomScenesPatternsAndPoses) {
   EXPECT_GT(sum / 150, 20.0);  // the scenes are not just empty
 }
 
-TEST(ScoringTwin, AgreesAtEveryRadiusAndPolarity) {
+TEST(ScoringReference, AgreesAtEveryRadiusAndPolarity) {
   for (std::uint32_t seed = 501; seed <= 560; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     UniformRandom random(seed);
@@ -127,7 +127,7 @@ TEST(ScoringTwin, AgreesAtEveryRadiusAndPolarity) {
     verifier.ignorePolarity = random.Integer(-1, 1);
     verifier.angleTolerance = random.Real(0, 2);
     SceneEdges scene(70, 60);
-    const PlainPose true_pose = CentralPose(random, pattern, scene);
+    const ReferencePose true_pose = CentralPose(random, pattern, scene);
     FillScene(random, pattern, true_pose, 500, scene);
     CompareScores(verifier, set.get(), scene, true_pose);
     for (int i = 0; i < 20; ++i)
@@ -135,7 +135,7 @@ TEST(ScoringTwin, AgreesAtEveryRadiusAndPolarity) {
   }
 }
 
-TEST(ScoringTwin, AgreesAtEveryNumberOfPoints) {
+TEST(ScoringReference, AgreesAtEveryNumberOfPoints) {
   // Numbers of points below, at and beyond whole vectors of any width.
   UniformRandom random(11);
   for (int num_points = 0; num_points <= 70; ++num_points) {
@@ -149,13 +149,13 @@ TEST(ScoringTwin, AgreesAtEveryNumberOfPoints) {
     CPattVerify verifier = VerifierOfAll(set.get());
     ASSERT_EQ(verifier.pointCount, num_points);
     SceneEdges scene(64, 64);
-    const PlainPose pose{32, 32, 0.3, 1, 20, 20};
+    const ReferencePose pose{32, 32, 0.3, 1, 20, 20};
     FillScene(random, pattern, pose, 300, scene);
     CompareScores(verifier, set.get(), scene, pose);
   }
 }
 
-TEST(ScoringTwin, AgreesOnWildNumbers) {
+TEST(ScoringReference, AgreesOnWildNumbers) {
   const double wild[] = {std::nan(""), kInfinity, -kInfinity,   1e300,         -1e300,
                          3e9,          -3e9,      2147483648.0, -2147483649.0, 1e6,
                          -1e6,         1e-300,    0.0,          -0.0,          20.0};

@@ -1,4 +1,4 @@
-// The library against the plain chain, bit for bit, on pictures as large as hosts have them.
+// The library against the reference stages, bit for bit, on images as large as hosts have them.
 
 #include <cstdint>
 #include <vector>
@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "evaluation/cluttered_scenes.h"
-#include "tests/plain/chain_comparison.h"
+#include "tests/reference/chain_comparison.h"
 #include "tests/support/image_patterns.h"
 
 namespace orvandel::test {
@@ -19,7 +19,7 @@ void ExpectSameStagesAtAllThresholds(const ImagePtr& image) {
     ExpectSameStages(image, threshold);
 }
 
-TEST(ChainTwin, StagesAgreeOnRenderedScenesOfAllSizes) {
+TEST(RenderedScenes, StagesAgreeOnRenderedScenesOfAllSizes) {
   constexpr render::Size kSizes[] = {{5, 5},     {31, 33},   {64, 48},   {97, 61},
                                      {160, 120}, {333, 257}, {640, 480}, {1280, 1024}};
   for (const render::Size size : kSizes) {
@@ -32,8 +32,8 @@ TEST(ChainTwin, StagesAgreeOnRenderedScenesOfAllSizes) {
   }
 }
 
-/// Pictures that are no scenes: nothing but edges, or none.
-std::vector<NamedGrid> StrangePictures(render::Size size, UniformRandom& random) {
+/// Images that are no scenes: nothing but edges, or none.
+std::vector<NamedGrid> StrangeImages(render::Size size, UniformRandom& random) {
   const auto painted = [size](const auto& value) {
     return Painted(size.width, size.height, value);
   };
@@ -47,16 +47,16 @@ std::vector<NamedGrid> StrangePictures(render::Size size, UniformRandom& random)
   };
 }
 
-TEST(ChainTwin, StagesAgreeOnStrangePictures) {
+TEST(RenderedScenes, StagesAgreeOnStrangeImages) {
   constexpr unsigned kSeed = 6;
   UniformRandom random(kSeed);
-  for (const NamedGrid& picture : StrangePictures({640, 480}, random)) {
-    SCOPED_TRACE(testing::Message() << picture << ", seed " << kSeed);
-    ExpectSameStagesAtAllThresholds(ImageOf(picture.grid));
+  for (const NamedGrid& image : StrangeImages({640, 480}, random)) {
+    SCOPED_TRACE(testing::Message() << image << ", seed " << kSeed);
+    ExpectSameStagesAtAllThresholds(ImageOf(image.grid));
   }
 }
 
-TEST(ChainTwin, SearchesAgreeOnRenderedScenes) {
+TEST(RenderedScenes, SearchesAgreeOnRenderedScenes) {
   constexpr render::Size kSizes[] = {{320, 240}, {640, 480}, {800, 600}};
   const ImagePtr pattern = evaluation::BracketPattern();
   int num_found = 0;
@@ -65,47 +65,47 @@ TEST(ChainTwin, SearchesAgreeOnRenderedScenes) {
       SCOPED_TRACE(testing::Message() << size.width << " x " << size.height << ", seed " << seed);
       const ImagePtr scene = evaluation::Render(
           {size, evaluation::PartsForSize(size), static_cast<double>(seed), seed});
-      plain::SearchOptions options;
-      options.crawl.edge_threshold = seed % 2 == 0 ? 16 : 32;
-      num_found += ExpectSameSearch(pattern, scene, options).score >= 60 ? 1 : 0;
+      ReferenceParameters parameters;
+      parameters.edge_threshold = seed % 2 == 0 ? 16 : 32;
+      num_found += ExpectSameSearch(pattern, scene, parameters).score >= 60 ? 1 : 0;
     }
   }
   EXPECT_GT(num_found, 6);  // of 18: the poses that agree are those of a pattern that is there
 }
 
-TEST(ChainTwin, SearchesAgreeAtAllThresholds) {
+TEST(RenderedScenes, SearchesAgreeAtAllThresholds) {
   const ImagePtr scene = evaluation::Render({{320, 240}, 3, 3, 21});
   for (const int threshold : kThresholds) {
     SCOPED_TRACE(testing::Message() << "threshold " << threshold);
-    plain::SearchOptions options;
-    options.crawl.edge_threshold = threshold;
-    ExpectSameSearch(evaluation::BracketPattern(), scene, options);
+    ReferenceParameters parameters;
+    parameters.edge_threshold = threshold;
+    ExpectSameSearch(evaluation::BracketPattern(), scene, parameters);
   }
 }
 
-TEST(ChainTwin, SearchesAgreeWithoutAnAcceptedPose) {
+TEST(RenderedScenes, SearchesAgreeWithoutAnAcceptedPose) {
   // An accept score out of reach keeps the search going to its end.
-  plain::SearchOptions options;
-  options.search.accept_score = 101;
-  options.search.min_scale = 0.5;
-  options.search.max_scale = 2;
+  ReferenceParameters parameters;
+  parameters.accept_score = 101;
+  parameters.min_scale = 0.5;
+  parameters.max_scale = 2;
   for (const std::uint32_t seed : {11U, 12U, 13U}) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     ExpectSameSearch(evaluation::BracketPattern(), evaluation::Render({{640, 480}, 12, 3, seed}),
-                     options);
+                     parameters);
   }
 }
 
-TEST(ChainTwin, SearchesAgreeWhereThereIsNothing) {
+TEST(RenderedScenes, SearchesAgreeWhereThereIsNothing) {
   constexpr unsigned kSeed = 7;
   UniformRandom random(kSeed);
   const ImagePtr pattern = evaluation::BracketPattern();
-  for (const NamedGrid& picture : StrangePictures({320, 240}, random)) {
+  for (const NamedGrid& image : StrangeImages({320, 240}, random)) {
     for (const int threshold : kThresholds) {
-      SCOPED_TRACE(testing::Message() << picture << ", threshold " << threshold);
-      plain::SearchOptions options;
-      options.crawl.edge_threshold = threshold;
-      ExpectSameSearch(pattern, ImageOf(picture.grid), options);
+      SCOPED_TRACE(testing::Message() << image << ", threshold " << threshold);
+      ReferenceParameters parameters;
+      parameters.edge_threshold = threshold;
+      ExpectSameSearch(pattern, ImageOf(image.grid), parameters);
     }
   }
 }

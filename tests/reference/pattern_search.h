@@ -7,17 +7,19 @@
 #include "base/trigonometry.h"
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/imgutil_i.h"
-#include "orvandel/classic/line_extracter.h"
+#include "orvandel/classic/line_segment.h"
 #include "orvandel/classic/patt_verify.h"
+#include "tests/reference/scoring.h"
+#include "tests/reference/stages.h"
 #include "tests/search/search_results.h"
 #include "tests/support/contour_sets.h"
 
 namespace orvandel::test {
 
-/// Training and search in their plainest form, step after step through the public interface of the
-/// stages before.
+/// Training and search as they are told, step after step, on stages that are the library's own, through the
+/// published interface, or the reference forms of all of them.
 
-struct PlainParameters {
+struct ReferenceParameters {
   int edge_threshold = 16;
   int min_size = 10;
   int max_size = 100000;
@@ -29,60 +31,64 @@ struct PlainParameters {
   int pattern_lines_tried = 5;
 };
 
-inline void PlainPrepareContours(void* set, tImage* image, const PlainParameters& parameters) {
-  ctd_crawl(set, image, parameters.edge_threshold, parameters.min_size, parameters.max_size);
-  ctd_average(set);
-  ctd_resample(set);
+inline void PrepareContours(const Stages& stages, void* set, tImage* image,
+                            const ReferenceParameters& parameters) {
+  stages.crawl(set, image, parameters.edge_threshold, parameters.min_size, parameters.max_size);
+  stages.smooth(set);
+  stages.resample(set);
   ctd_sort(set, 1);
 }
 
-struct PlainPattern {
+struct ReferencePattern {
   ContourHandle contours = MakeEmptySet();
-  CLineExtracter lines;
+  std::vector<CLineSegment> segments;
   CPattVerify verifier;
   double ref_x = 0;
   double ref_y = 0;
 };
 
-/// Learns a pattern; the image is used up. The status is that of `TrainIt`.
-inline int PlainTrain(PlainPattern& pattern, tImage* image, const PlainParameters& parameters) {
+/// Learns a pattern; the image is overwritten. The status is that of `TrainIt`.
+inline int ReferenceTrain(ReferencePattern& pattern, tImage* image,
+                          const ReferenceParameters& parameters,
+                          const Stages& stages = kLibraryStages) {
   void* set = pattern.contours.get();
-  PlainPrepareContours(set, image, parameters);
+  PrepareContours(stages, set, image, parameters);
   if (ctd_contour_count(set) == 0) return 1;
   ctd_centroid(set, &pattern.ref_x, &pattern.ref_y);
-  if (pattern.lines.Extract(set) == 0) return 4;
+  pattern.segments = stages.extract_segments(set);
+  if (pattern.segments.empty()) return 4;
   pattern.verifier.ChooseVerifyPoints(set, parameters.verification_fraction,
                                       parameters.verification_cap);
   return 0;
 }
 
 /// Time tests of a search: true once the budget is spent.
-using PlainClock = std::function<bool()>;
+using ReferenceClock = std::function<bool()>;
 
-class PlainSearch {
+class ReferenceSearch {
  public:
-  PlainSearch(PlainPattern& pattern, const PlainParameters& parameters)
-      : pattern_(pattern), parameters_(parameters) {}
+  ReferenceSearch(const ReferencePattern& pattern, const ReferenceParameters& parameters,
+                  const Stages& stages = kLibraryStages)
+      : pattern_(pattern), parameters_(parameters), stages_(stages) {}
 
-  /// Searches a scene; the image is used up. An image that the crawl refuses leaves the scene of
+  /// Searches a scene; the image is overwritten. An image that the crawl refuses leaves the scene of
   /// the call before.
-  Found LookForIt(tImage* scene, const PlainClock& past_deadline) {
+  Found LookForIt(tImage* scene, const ReferenceClock& past_deadline) {
     best_ = {};
     num_poses_ = 0;
     void* set = scene_contours_.get();
-    PlainPrepareContours(set, scene, parameters_);
+    PrepareContours(stages_, set, scene, parameters_);
     if (ctd_contour_count(set) == 0) return {2};
     if (past_deadline()) return {0};
     edges_ = ctd_edgeIm(set);
-    const int num_segments = scene_lines_.Extract(set);
+    scene_segments_ = stages_.extract_segments(set);
     if (past_deadline()) return {0};
-    if (num_segments == 0) return {4};
+    if (scene_segments_.empty()) return {4};
 
     CoarseSearch(past_deadline);
     Refine();
-    const double score = pattern_.verifier.ScoreAlongContours(
-        pattern_.contours.get(), edges_, best_.x, best_.y, best_.angle, best_.scale, pattern_.ref_x,
-        pattern_.ref_y, 0);
+    const double score = stages_.score_along_contours(pattern_.verifier, pattern_.contours.get(),
+                                                      *edges_, PoseOf(best_));
     return {0, best_.x, best_.y, best_.angle, best_.scale, score};
   }
 
@@ -102,10 +108,14 @@ class PlainSearch {
     std::size_t j = 0;  ///< scene segment
   };
 
-  std::size_t NumPatternSegments() const { return pattern_.lines.segments.size(); }
-  std::size_t NumSceneSegments() const { return scene_lines_.segments.size(); }
-  const CLineSegment& PatternSegment(std::size_t i) const { return pattern_.lines.segments[i]; }
-  const CLineSegment& SceneSegment(std::size_t j) const { return scene_lines_.segments[j]; }
+  std::size_t NumPatternSegments() const { return pattern_.segments.size(); }
+  std::size_t NumSceneSegments() const { return scene_segments_.size(); }
+  const CLineSegment& PatternSegment(std::size_t i) const { return pattern_.segments[i]; }
+  const CLineSegment& SceneSegment(std::size_t j) const { return scene_segments_[j]; }
+
+  ReferencePose PoseOf(const Hypothesis& h) const {
+    return {h.x, h.y, h.angle, h.scale, pattern_.ref_x, pattern_.ref_y};
+  }
 
   /// The hypothesis that lays the midpoint of pattern segment i on an anchor in the scene, scored.
   Hypothesis ScoredAt(double anchor_x, double anchor_y, double angle, double scale, std::size_t i,
@@ -121,12 +131,11 @@ class PlainSearch {
     h.scale = scale;
     h.i = i;
     h.j = j;
-    h.score = pattern_.verifier.ScoreAtVerifyPoints(edges_, h.x, h.y, angle, scale, pattern_.ref_x,
-                                                    pattern_.ref_y);
+    h.score = stages_.score_at_points(pattern_.verifier, *edges_, PoseOf(h));
     return h;
   }
 
-  void CoarseSearch(const PlainClock& past_deadline) {
+  void CoarseSearch(const ReferenceClock& past_deadline) {
     std::size_t num_tried = NumPatternSegments();
     if (num_tried > static_cast<std::size_t>(parameters_.pattern_lines_tried))
       num_tried = static_cast<std::size_t>(parameters_.pattern_lines_tried);
@@ -139,7 +148,7 @@ class PlainSearch {
   }
 
   /// Tries the five scales of a pair; returns whether the search shall stop after this pass.
-  bool TryPair(std::size_t i, std::size_t j, const PlainClock& past_deadline) {
+  bool TryPair(std::size_t i, std::size_t j, const ReferenceClock& past_deadline) {
     const CLineSegment& p = PatternSegment(i);
     const CLineSegment& s = SceneSegment(j);
     for (const double factor : {1.0, 1.1, 0.9, 1.2, 0.8}) {
@@ -191,10 +200,11 @@ class PlainSearch {
     }
   }
 
-  PlainPattern& pattern_;
-  PlainParameters parameters_;
+  const ReferencePattern& pattern_;
+  ReferenceParameters parameters_;
+  const Stages& stages_;
   ContourHandle scene_contours_ = MakeEmptySet();
-  CLineExtracter scene_lines_;
+  std::vector<CLineSegment> scene_segments_;
   const CEdgeImgComplement* edges_ = nullptr;
   Hypothesis best_;
   double coarse_scale_ = 0;

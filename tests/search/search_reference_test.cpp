@@ -1,4 +1,4 @@
-// The search and its plain twin agree bit for bit, over random scenes and parameters.
+// The search and its reference agree bit for bit, over random scenes and parameters.
 
 #include <cstdint>
 #include <limits>
@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/qrsis.h"
-#include "tests/search/plain_pattern_search.h"
+#include "tests/reference/pattern_search.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/search/search_results.h"
 #include "tests/search/segment_engine.h"
@@ -17,43 +17,44 @@
 namespace orvandel::test {
 namespace {
 
-void SetParameters(QRSIS& search, const PlainParameters& p) {
+void SetParameters(QRSIS& search, const ReferenceParameters& p) {
   search.SetParams(p.edge_threshold, p.min_size, p.max_size, static_cast<int>(p.accept_score));
   search.SetMinMaxScale(p.min_scale, p.max_scale);
 }
 
-/// The engine's own search tries as many poses as the plain one.
+/// The engine's own search tries as many poses as the reference.
 void CompareNumbersOfPoses(const ImagePtr& pattern, const ImagePtr& scene,
-                           const PlainParameters& parameters, const PlainSearch& plain) {
+                           const ReferenceParameters& parameters,
+                           const ReferenceSearch& reference) {
   SegmentEngine engine(pattern,
                        {parameters.edge_threshold, parameters.min_size, parameters.max_size});
   engine.options.accept_score = parameters.accept_score;
   engine.options.min_scale = parameters.min_scale;
   engine.options.max_scale = parameters.max_scale;
-  EXPECT_EQ(engine.Find(scene).num_poses, plain.num_poses());
+  EXPECT_EQ(engine.Find(scene).num_poses, reference.num_poses());
 }
 
 /// Searches both ways; returns the result, of which every bit is compared.
 Found CompareSearches(const ImagePtr& pattern, const ImagePtr& scene,
-                      const PlainParameters& parameters) {
+                      const ReferenceParameters& parameters) {
   const ScriptedCounter no_hurry(FrozenTime());
   QRSIS search;
   search.Initialize();
   SetParameters(search, parameters);
-  PlainPattern plain;
+  ReferencePattern reference;
   const int status = TrainOn(search, pattern);
-  EXPECT_EQ(status, PlainTrain(plain, CopyOf(pattern).get(), parameters));
+  EXPECT_EQ(status, ReferenceTrain(reference, CopyOf(pattern).get(), parameters));
   if (status != 0) return {status};
 
-  PlainSearch plain_search(plain, parameters);
-  const Found expected = plain_search.LookForIt(CopyOf(scene).get(), [] { return false; });
+  ReferenceSearch reference_search(reference, parameters);
+  const Found expected = reference_search.LookForIt(CopyOf(scene).get(), [] { return false; });
   const Found found = LookFor(search, scene);
   ExpectSameResult(found, expected);
-  CompareNumbersOfPoses(pattern, scene, parameters, plain_search);
+  CompareNumbersOfPoses(pattern, scene, parameters, reference_search);
   return found;
 }
 
-TEST(SearchTwin, AgreesOnRandomScenes) {
+TEST(SearchReference, AgreesOnRandomScenes) {
   const ImagePtr pattern = PictureOf(SmallPart());
   int num_found = 0;
   for (std::uint32_t seed = 1; seed <= 40; ++seed) {
@@ -64,12 +65,12 @@ TEST(SearchTwin, AgreesOnRandomScenes) {
   EXPECT_GT(num_found, 20);  // the scenes are no mere noise
 }
 
-TEST(SearchTwin, AgreesUnderOtherParameters) {
+TEST(SearchReference, AgreesUnderOtherParameters) {
   const ImagePtr pattern = PictureOf(SmallPart());
   for (std::uint32_t seed = 101; seed <= 140; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     UniformRandom random(seed);
-    PlainParameters parameters;
+    ReferenceParameters parameters;
     parameters.edge_threshold = random.Integer(5, 40);
     parameters.min_size = random.Integer(1, 40);
     parameters.max_size = random.OneIn(4) ? 150 : 100000;
@@ -81,13 +82,13 @@ TEST(SearchTwin, AgreesUnderOtherParameters) {
   }
 }
 
-TEST(SearchTwin, AgreesOnPatternsThatAreScenes) {
+TEST(SearchReference, AgreesOnPatternsThatAreScenes) {
   // Patterns of several contours, joined seams and much clutter.
   for (std::uint32_t seed = 201; seed <= 220; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     UniformRandom random(seed);
     const ImagePtr pattern = RandomScene(random, SmallPart());
-    PlainParameters parameters;
+    ReferenceParameters parameters;
     parameters.accept_score = random.OneIn(2) ? 80 : 101;
     const Found itself = CompareSearches(pattern, pattern, parameters);
     EXPECT_EQ(itself.status, 0);
@@ -95,7 +96,7 @@ TEST(SearchTwin, AgreesOnPatternsThatAreScenes) {
   }
 }
 
-TEST(SearchTwin, AgreesOnPureNoise) {
+TEST(SearchReference, AgreesOnPureNoise) {
   const ImagePtr pattern = PictureOf(SmallPart());
   for (std::uint32_t seed = 301; seed <= 306; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -117,10 +118,10 @@ ImagePtr PictureWithSeamInASide(double degrees, double shift) {
                              {100, 80});
 }
 
-TEST(SearchTwin, AgreesOnSegmentsOfNoLength) {
+TEST(SearchReference, AgreesOnSegmentsOfNoLength) {
   // A joined segment has no length, so that its scale is 0, infinite or not a number. Bounds that
   // admit all of these have them scored.
-  PlainParameters parameters;
+  ReferenceParameters parameters;
   parameters.min_scale = 0;
   parameters.max_scale = std::numeric_limits<double>::infinity();
   parameters.accept_score = 101;
@@ -129,9 +130,9 @@ TEST(SearchTwin, AgreesOnSegmentsOfNoLength) {
     for (const double shift : {0.0, 0.25, 0.5, 0.75}) {
       SCOPED_TRACE(std::to_string(degrees) + " degrees, shift " + std::to_string(shift));
       const ImagePtr pattern = PictureWithSeamInASide(degrees, shift);
-      PlainPattern plain;
-      ASSERT_EQ(PlainTrain(plain, CopyOf(pattern).get(), parameters), 0);
-      for (const CLineSegment& s : plain.lines.segments)
+      ReferencePattern reference;
+      ASSERT_EQ(ReferenceTrain(reference, CopyOf(pattern).get(), parameters), 0);
+      for (const CLineSegment& s : reference.segments)
         num_joined += s.length == 0 ? 1 : 0;
       CompareSearches(pattern, pattern, parameters);
       CompareSearches(pattern, pattern, {});

@@ -9,7 +9,7 @@
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/line_extracter.h"
 #include "orvandel/classic/mvtools_i.h"
-#include "tests/lines/reference_segment_sort.h"
+#include "tests/reference/segment_sort.h"
 
 namespace orvandel::test {
 
