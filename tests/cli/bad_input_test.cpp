@@ -49,7 +49,7 @@ TEST(BadPicture, Folder) {
 TEST(BadPicture, Empty) {
   const ScratchFolder folder;
   for (const char* name : {"empty.png", "empty.bmp", "empty.pgm", "empty.jpg"}) {
-    WriteTextFile(folder.File(name), "");
+    WriteBytes(folder.File(name), "");
     ExpectRefusal(folder, name, "picture");
   }
 }
@@ -57,7 +57,7 @@ TEST(BadPicture, Empty) {
 TEST(BadPicture, Foreign) {
   const ScratchFolder folder;
   for (const char* name : {"text.png", "text.bmp", "text.pgm", "text.jpg", "text.txt"}) {
-    WriteTextFile(folder.File(name), "The quick brown fox jumps over the lazy dog.\n");
+    WriteBytes(folder.File(name), "The quick brown fox jumps over the lazy dog.\n");
     ExpectRefusal(folder, name, "not a picture");
   }
 }
@@ -66,15 +66,15 @@ TEST(BadPicture, CutOff) {
   const ScratchFolder folder;
   for (const char* name : {"cut.png", "cut.bmp", "cut.pgm"}) {
     WriteBracketPattern(folder.File(name));
-    const std::string whole = ReadTextFile(folder.File(name));
-    WriteTextFile(folder.File(name), whole.substr(0, whole.size() * 2 / 3));
+    const std::string whole = Contents(folder.File(name));
+    WriteBytes(folder.File(name), whole.substr(0, whole.size() * 2 / 3));
     ExpectRefusal(folder, name, "cut off");
   }
 }
 
 TEST(BadPicture, WithoutPixels) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("zero.pgm"), "P5\n0 10\n255\n");
+  WriteBytes(folder.File("zero.pgm"), "P5\n0 10\n255\n");
   WriteBracketPattern(folder.File("good.png"));
   const ToolRun run =
       RunOrvandel({"find", folder.File("good.png"), folder.File("zero.pgm"), "--csv"});
@@ -84,13 +84,13 @@ TEST(BadPicture, WithoutPixels) {
 
 TEST(BadPicture, TooWide) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("wide.pgm"), "P5\n65536 1\n255\n" + std::string(65536, '\x40'));
+  WriteBytes(folder.File("wide.pgm"), "P5\n65536 1\n255\n" + std::string(65536, '\x40'));
   ExpectRefusal(folder, "wide.pgm", "65535");
 }
 
 TEST(BadPicture, TheWidestIsRead) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("wide.pgm"), "P5\n65535 6\n255\n" + std::string(65535 * 6, '\x40'));
+  WriteBytes(folder.File("wide.pgm"), "P5\n65535 6\n255\n" + std::string(65535 * 6, '\x40'));
   EXPECT_EQ(RunOrvandel({"contours", folder.File("wide.pgm")}).exit_code, 0);
 }
 

@@ -21,7 +21,7 @@ ImagePtr BlackPicture(int width, int height) {
 // What was drawn, as the image library reads it.
 ImagePtr Drawn(const Canvas& canvas) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("canvas.png"), canvas.EncodePng());
+  WriteBytes(folder.File("canvas.png"), canvas.EncodePng());
   return ReadBack(folder.File("canvas.png"));
 }
 

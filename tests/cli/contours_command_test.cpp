@@ -72,12 +72,12 @@ TEST_F(ContoursCommand, TheSavedFileIsReadBack) {
 TEST_F(ContoursCommand, RawContoursAreNotSpacedEvenly) {
   RunOrvandel({"contours", image_, "--save", folder_.File("even.ctd")});
   RunOrvandel({"contours", image_, "--raw", "--save", folder_.File("raw.ctd")});
-  EXPECT_NE(ReadTextFile(folder_.File("even.ctd")), ReadTextFile(folder_.File("raw.ctd")));
+  EXPECT_NE(Contents(folder_.File("even.ctd")), Contents(folder_.File("raw.ctd")));
 }
 
 TEST_F(ContoursCommand, TheDumpListsEveryPoint) {
   ASSERT_EQ(RunOrvandel({"contours", image_, "--dump", folder_.File("box.txt")}).exit_code, 0);
-  const std::string dump = ReadTextFile(folder_.File("box.txt"));
+  const std::string dump = Contents(folder_.File("box.txt"));
   int num_contours = 0;
   int num_points = 0;
   ASSERT_EQ(
@@ -115,7 +115,7 @@ TEST_F(ContoursCommand, APictureWithoutEdgesHasNone) {
                                    folder_.File("f"), "--draw", folder_.File("f.png")});
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_TRUE(Contains(run.out, "0 contours of 0 points")) << run.out;
-  EXPECT_EQ(ReadTextFile(folder_.File("f")).size(), 12u);  // an empty set is its three counts
+  EXPECT_EQ(Contents(folder_.File("f")).size(), 12u);  // an empty set is its three counts
 }
 
 TEST_F(ContoursCommand, TheThresholdCanBeEstimated) {

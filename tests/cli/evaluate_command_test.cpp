@@ -48,8 +48,8 @@ class EvaluateCommand : public testing::Test {
   }
 
   void WriteManifest(const std::string& rows) {
-    WriteTextFile(folder_.File("suite/manifest.csv"),
-                  "case,pattern,scene,instance,cx,cy,angle_deg,scale,occlusion\n" + rows);
+    WriteBytes(folder_.File("suite/manifest.csv"),
+               "case,pattern,scene,instance,cx,cy,angle_deg,scale,occlusion\n" + rows);
   }
 
   std::string Present(const std::string& name, const render::Pose& pose) {
@@ -112,7 +112,7 @@ TEST_F(EvaluateCommand, SeveralSuitesGetATotal) {
 TEST_F(EvaluateCommand, CasesGetALineEach) {
   WriteManifest(Present("there", kPose) + "none,../pattern.png,absent.png,-1,,,,,\n");
   ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--cases", folder_.File("cases.csv")}).exit_code, 0);
-  const std::string cases = ReadTextFile(folder_.File("cases.csv"));
+  const std::string cases = Contents(folder_.File("cases.csv"));
   EXPECT_EQ(NumLines(cases), 3) << cases;
   EXPECT_EQ(CsvValue(cases, 0, "case"), "there");
   EXPECT_EQ(CsvValue(cases, 0, "status"), "found");

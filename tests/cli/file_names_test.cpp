@@ -69,7 +69,7 @@ TEST_F(FileNames, OfEveryOutputMayHaveAnyLetter) {
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_TRUE(FileExists(ctd));
   EXPECT_TRUE(FileExists(csv));
-  EXPECT_EQ(ReadTextFile(dump).rfind("Contours: ", 0), 0U);
+  EXPECT_EQ(Contents(dump).rfind("Contours: ", 0), 0U);
 }
 
 // A user's folder of temporary files is named after the user.
@@ -80,7 +80,7 @@ TEST_F(FileNames, OfTheTemporaryFolderMayHaveAnyLetter) {
                                    "--dump", folder_.File("contours.txt")});
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_TRUE(FileExists(folder_.File("contours.ctd")));
-  EXPECT_EQ(ReadTextFile(folder_.File("contours.txt")).rfind("Contours: ", 0), 0U);
+  EXPECT_EQ(Contents(folder_.File("contours.txt")).rfind("Contours: ", 0), 0U);
 }
 
 }  // namespace

@@ -176,7 +176,7 @@ TEST_F(FindCommand, TheEdgeThresholdCanBeEstimated) {
 }
 
 TEST_F(FindCommand, OneUnusableSceneDoesNotStopTheOthers) {
-  WriteTextFile(folder_.File("broken.png"), "this is no picture");
+  WriteBytes(folder_.File("broken.png"), "this is no picture");
   const ToolRun run = RunOrvandel({"find", pattern_, folder_.File("broken.png"),
                                    folder_.File("missing.png"), scene_, "--json"});
   EXPECT_EQ(run.exit_code, 2);
@@ -195,7 +195,7 @@ TEST_F(FindCommand, AReportGoesIntoAFile) {
       RunOrvandel({"find", pattern_, scene_, "--csv", "--output", folder_.File("found.csv")});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(NumLines(ReadTextFile(folder_.File("found.csv"))), 2);
+  EXPECT_EQ(NumLines(Contents(folder_.File("found.csv"))), 2);
 }
 
 TEST_F(FindCommand, AnOverlayShowsTheScene) {

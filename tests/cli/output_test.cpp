@@ -69,10 +69,10 @@ TEST_F(OutputFile, AFolderIsNotOverwritten) {
 
 TEST_F(OutputFile, AnOlderFileIsReplaced) {
   for (const auto& command : CommandsThatWrite(folder_.File("file"))) {
-    WriteTextFile(folder_.File("file"), "older");
+    WriteBytes(folder_.File("file"), "older");
     const ToolRun run = RunOrvandel(command);
     EXPECT_EQ(run.exit_code, 0) << run.err;
-    EXPECT_NE(ReadTextFile(folder_.File("file")), "older") << command[0] << command[2];
+    EXPECT_NE(Contents(folder_.File("file")), "older") << command[0] << command[2];
   }
 }
 
@@ -86,7 +86,7 @@ TEST_F(OutputFile, NothingIsLeftBesideIt) {
 }
 
 TEST_F(OutputFile, AnOverlayFolderThatCannotBeMadeIsAnError) {
-  WriteTextFile(folder_.File("taken"), "a file");
+  WriteBytes(folder_.File("taken"), "a file");
   const ToolRun run =
       RunOrvandel({"find", picture_, picture_, "--overlay", folder_.File("taken/o")});
   EXPECT_EQ(run.exit_code, 2);

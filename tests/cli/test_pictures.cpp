@@ -88,7 +88,7 @@ void WriteColourPicture(const std::string& path, int width, int height) {
       file += {red, '\x20', '\x30'};
     }
   }
-  WriteTextFile(path, file);
+  WriteBytes(path, file);
 }
 
 ImagePtr ReadBack(const std::string& path) {

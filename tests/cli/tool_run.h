@@ -3,15 +3,16 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/contains.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/support/text_files.h"
 
 namespace orvandel::cli::test {
 
 using orvandel::test::Contains;
-using orvandel::test::ReadTextFile;
+using orvandel::test::Contents;
 using orvandel::test::ScratchFolder;
-using orvandel::test::WriteTextFile;
+using orvandel::test::WriteBytes;
 
 struct ToolRun {
   int exit_code = -1;

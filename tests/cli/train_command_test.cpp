@@ -90,10 +90,10 @@ TEST(TrainCommand, APatternWithoutStraightEdgesIsRefused) {
 TEST(TrainCommand, AFailureLeavesAnOlderFileWhole) {
   const ScratchFolder folder;
   WriteFlatPicture(folder.File("flat.png"), 80, 60);
-  WriteTextFile(folder.File("part_qrsi.bmp"), "older");
+  WriteBytes(folder.File("part_qrsi.bmp"), "older");
   EXPECT_EQ(
       RunOrvandel({"train", folder.File("flat.png"), "--save", folder.File("part")}).exit_code, 2);
-  EXPECT_EQ(ReadTextFile(folder.File("part_qrsi.bmp")), "older");
+  EXPECT_EQ(Contents(folder.File("part_qrsi.bmp")), "older");
 }
 
 TEST(TrainCommand, AMissingFolderIsNamed) {
@@ -109,7 +109,7 @@ TEST(TrainCommand, AMissingFolderIsNamed) {
 TEST(Knowledge, WhatCannotBeReadIsAnError) {
   const ScratchFolder folder;
   WriteBracketScene(folder.File("scene.png"), kPose);
-  WriteTextFile(folder.File("text_qrsi.bmp"), "no picture");
+  WriteBytes(folder.File("text_qrsi.bmp"), "no picture");
   WriteFlatPicture(folder.File("flat_qrsi.bmp"), 80, 60);
   WriteDisc(folder.File("disc_qrsi.bmp"), 8);
   const auto error_of = [&](const char* name) {

@@ -5,8 +5,8 @@
 
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/edge_record.h"
-#include "tests/contours/file_bytes.h"
 #include "tests/support/contour_sets.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {

@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/ctd.h"
-#include "tests/contours/file_bytes.h"
 #include "tests/support/contour_sets.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {

@@ -3,20 +3,21 @@
 #include <gtest/gtest.h>
 
 #include "evaluation/file_error.h"
+#include "tests/support/contains.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/support/text_files.h"
 
 namespace orvandel::evaluation::test {
 
 using orvandel::test::Contains;
 using orvandel::test::ScratchFolder;
-using orvandel::test::WriteTextFile;
+using orvandel::test::WriteBytes;
 
 namespace {
 
 std::map<std::string, CaseParams> ParamsIn(const std::string& rows) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("params.csv"), "case,params\n" + rows);
+  WriteBytes(folder.File("params.csv"), "case,params\n" + rows);
   return ReadCaseParams(folder.Path().string());
 }
 

@@ -3,16 +3,17 @@
 #include <gtest/gtest.h>
 
 #include "evaluation/file_error.h"
+#include "tests/support/contains.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/images.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/support/text_files.h"
 
 namespace orvandel::evaluation::test {
 
 using orvandel::test::Contains;
 using orvandel::test::MakeImage;
 using orvandel::test::ScratchFolder;
-using orvandel::test::WriteTextFile;
+using orvandel::test::WriteBytes;
 
 namespace {
 
@@ -42,7 +43,7 @@ TEST(ImageFile, PixelsAreThoseOfTheFile) {
 
 TEST(ImageFile, TellsThatColourWasConverted) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("a.ppm"), "P6\n1 1\n255\nabc");
+  WriteBytes(folder.File("a.ppm"), "P6\n1 1\n255\nabc");
   const ImageFile file = ReadImage(folder.File("a.ppm"));
   EXPECT_EQ(file.channels, 3);
   EXPECT_TRUE(file.WasConverted());
@@ -58,7 +59,7 @@ TEST(ImageFile, ACopyLeavesTheOriginalAlone) {
 
 TEST(ImageFile, ErrorsSayWhatIsWrongWithWhichFile) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("text.png"), "no image");
+  WriteBytes(folder.File("text.png"), "no image");
   const std::string missing = folder.File("missing.png");
   EXPECT_EQ(ErrorOfReading(missing), missing + ": no such file");
   EXPECT_TRUE(Contains(ErrorOfReading(folder.Path().string()), "folder"));

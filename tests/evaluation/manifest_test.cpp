@@ -5,14 +5,15 @@
 #include "base/rounding.h"
 #include "evaluation/file_error.h"
 #include "evaluation/paths.h"
+#include "tests/support/contains.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/support/text_files.h"
 
 namespace orvandel::evaluation::test {
 
 using orvandel::test::Contains;
 using orvandel::test::ScratchFolder;
-using orvandel::test::WriteTextFile;
+using orvandel::test::WriteBytes;
 
 namespace {
 
@@ -20,7 +21,7 @@ constexpr const char* kHeader = "case,pattern,scene,instance,cx,cy,angle_deg,sca
 
 // The message of the error that reading gives; empty without one.
 std::string ErrorOfReading(const ScratchFolder& folder, const std::string& text) {
-  WriteTextFile(folder.File("manifest.csv"), text);
+  WriteBytes(folder.File("manifest.csv"), text);
   try {
     ReadSuite(folder.Path().string());
   } catch (const FileError& error) {
@@ -31,10 +32,10 @@ std::string ErrorOfReading(const ScratchFolder& folder, const std::string& text)
 
 TEST(Manifest, RowsOfACaseAreItsInstances) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("manifest.csv"), std::string(kHeader) +
-                                                 "two,../p.png,scenes/a.png,0,10.5,20,90,1,0\n"
-                                                 "two,../p.png,scenes/a.png,1,30,40,-45,0.5,0.2\n"
-                                                 "none,../p.png,scenes/b.png,-1,,,,,\n");
+  WriteBytes(folder.File("manifest.csv"), std::string(kHeader) +
+                                              "two,../p.png,scenes/a.png,0,10.5,20,90,1,0\n"
+                                              "two,../p.png,scenes/a.png,1,30,40,-45,0.5,0.2\n"
+                                              "none,../p.png,scenes/b.png,-1,,,,,\n");
   const Suite suite = ReadSuite(folder.Path().string());
   ASSERT_EQ(suite.cases.size(), 2u);
   EXPECT_EQ(suite.cases[0].name, "two");
@@ -48,8 +49,8 @@ TEST(Manifest, RowsOfACaseAreItsInstances) {
 
 TEST(Manifest, PathsAreRelativeToItsFolder) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("manifest.csv"),
-                std::string(kHeader) + "a,sub/../p.png,scenes/a.png,-1,,,,,\n");
+  WriteBytes(folder.File("manifest.csv"),
+             std::string(kHeader) + "a,sub/../p.png,scenes/a.png,-1,,,,,\n");
   const Suite suite = ReadSuite(folder.Path().string());
   // As paths, for Windows separates folders by two characters.
   EXPECT_EQ(PathFromUtf8(suite.cases[0].pattern), folder.Path() / "p.png");
@@ -58,7 +59,7 @@ TEST(Manifest, PathsAreRelativeToItsFolder) {
 
 TEST(Manifest, FolderAndFileNameTheSameSuite) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("manifest.csv"), std::string(kHeader) + "a,p,s,-1,,,,,\n");
+  WriteBytes(folder.File("manifest.csv"), std::string(kHeader) + "a,p,s,-1,,,,,\n");
   const std::string name = folder.Path().filename().string();
   EXPECT_EQ(ReadSuite(folder.Path().string()).name, name);
   EXPECT_EQ(ReadSuite(folder.Path().string() + "/").name, name);
@@ -67,9 +68,9 @@ TEST(Manifest, FolderAndFileNameTheSameSuite) {
 
 TEST(Manifest, ColumnsMayStandInAnyOrder) {
   const ScratchFolder folder;
-  WriteTextFile(folder.File("manifest.csv"),
-                "\xEF\xBB\xBFscale,angle_deg,cy,cx,instance,scene,pattern,case\r\n"
-                "2,30,20,10,0,s.png,p.png,a\r\n\r\n");
+  WriteBytes(folder.File("manifest.csv"),
+             "\xEF\xBB\xBFscale,angle_deg,cy,cx,instance,scene,pattern,case\r\n"
+             "2,30,20,10,0,s.png,p.png,a\r\n\r\n");
   const Suite suite = ReadSuite(folder.Path().string());
   ASSERT_EQ(suite.cases.size(), 1u);
   EXPECT_EQ(suite.cases[0].name, "a");

@@ -10,10 +10,10 @@
 #include "orvandel/classic/checked_contour_file.h"
 #include "orvandel/classic/ctd.h"
 #include "orvandel/classic/sub_canny.h"
-#include "tests/contours/file_bytes.h"
 #include "tests/memory/exhaustion.h"
 #include "tests/search/small_scenes.h"
 #include "tests/support/contour_sets.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {

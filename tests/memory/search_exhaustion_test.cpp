@@ -8,12 +8,12 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/qrsis.h"
-#include "tests/contours/file_bytes.h"
 #include "tests/memory/exhaustion.h"
 #include "tests/search/kept_objects.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/search/search_results.h"
 #include "tests/search/small_scenes.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {

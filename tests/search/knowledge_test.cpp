@@ -6,11 +6,11 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/qrsis.h"
-#include "tests/search/file_bytes.h"
 #include "tests/search/kept_objects.h"
 #include "tests/search/search_results.h"
 #include "tests/search/small_scenes.h"
 #include "tests/support/contour_sets.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {
@@ -141,7 +141,7 @@ TEST(Knowledge, TruncatedFileIsNotLoaded) {
   const ScratchFolder folder;
   TrainedSearch search(PictureOf(SmallPart()));
   ASSERT_TRUE(Save(search, folder.File("p")));
-  std::vector<char> bytes = BytesOf(folder.File("p_qrsi.bmp"));
+  std::string bytes = Contents(folder.File("p_qrsi.bmp"));
   bytes.resize(bytes.size() - 1000);  // the size is still readable, the pixels are not
   WriteBytes(folder.File("cut_qrsi.bmp"), bytes);
   {
@@ -155,8 +155,8 @@ TEST(Knowledge, TruncatedFileIsNotLoaded) {
 TEST(Knowledge, FileThatIsNoPictureIsNotLoaded) {
   const ScratchFolder folder;
   UntrainedSearch search;
-  WriteBytes(folder.File("text_qrsi.bmp"), {'h', 'e', 'l', 'l', 'o'});
-  WriteBytes(folder.File("empty_qrsi.bmp"), {});
+  WriteBytes(folder.File("text_qrsi.bmp"), "hello");
+  WriteBytes(folder.File("empty_qrsi.bmp"), "");
   EXPECT_FALSE(Load(search, folder.File("text")));
   EXPECT_FALSE(Load(search, folder.File("empty")));
   ExpectZeroResult({LookFor(search, UniformPicture()).status, 0, 0, 0, 0, 0}, 1);
