@@ -13,12 +13,6 @@ if(ORVANDEL_CLASSIC)
   target_link_libraries(orvandel_core PUBLIC imgutil_i mvtools_i)
 endif()
 
-# A library without a face would have nothing to call.
-if(NOT ORVANDEL_CLASSIC AND NOT TARGET orvandel_api)
-  message(STATUS "No face is left: the library orvandel is not built, and nothing is installed")
-  return()
-endif()
-
 orvandel_add_host_library(orvandel PREFIX ORVANDEL SOURCES ${objects})
 target_link_libraries(orvandel PRIVATE orvandel_base)
 if(ORVANDEL_CLASSIC)
