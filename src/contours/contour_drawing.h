@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "contours/contour_set.h"
-#include "platform/grey_rows.h"
 
 namespace orvandel {
 
@@ -15,8 +15,16 @@ struct DrawOptions {
   std::uint8_t mark_grey = 0;
 };
 
-/// Draws the points of contours over an image; what lies outside is left out.
+/// What is drawn on.
+struct Drawing {
+  int width = 0;   ///< pixels
+  int height = 0;  ///< pixels
+  /// Sets a pixel; passes over one outside.
+  std::function<void(int column, int row, std::uint8_t grey)> set_pixel;
+};
+
+/// Draws the points of contours.
 void DrawContours(const ContourSetView& contours, const DrawOptions& options,
-                  const GreyRows& image);
+                  const Drawing& drawing);
 
 }  // namespace orvandel

@@ -11,6 +11,7 @@
 #include "contours/smoothing.h"
 #include "contours/sorting.h"
 #include "orvandel/classic/ctd.h"
+#include "orvandel/classic/mvtools_i.h"
 #include "platform/image_ptr.h"
 
 using orvandel::SetOf;
@@ -55,7 +56,18 @@ int ctd_crawl(void* handle, tImage* image, int edge_threshold, int min_size, int
 
 int ctd_compute_edge_strength(void* /*handle*/, tImage* image) {
   if (!IsGrey(image)) return orvandel::kCtdNotGrey;
-  return orvandel::ProposeEdgeThreshold(orvandel::RowsOf(*image));
+  // A host may bring its own image and tools libraries: they copy, fill and count.
+  const orvandel::ImagePtr source(im_duplicate(image));
+  const orvandel::ImagePtr magnitudes(im_dup(image));
+  if (!source || !magnitudes) return orvandel::kNoProposal;
+  mvt_constant(magnitudes.get(), 0);
+  const orvandel::GradientTables* tables = orvandel::AcquireGradientTables();
+  if (tables == nullptr) return orvandel::kNoProposal;
+
+  orvandel::ComputeMagnitudes(orvandel::RowsOf(*source), *tables, orvandel::RowsOf(*magnitudes));
+  orvandel::MagnitudeHistogram counts;
+  mvt_hist(magnitudes.get(), counts.data());
+  return orvandel::ProposeEdgeThreshold(counts);
 }
 
 int ctd_average(void* handle) {

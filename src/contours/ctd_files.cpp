@@ -13,10 +13,22 @@
 #include "contours/ctd_status.h"
 #include "contours/extents.h"
 #include "orvandel/classic/ctd.h"
+#include "orvandel/classic/mvtools_i.h"
 #include "platform/image_ptr.h"
 
 using orvandel::SetOf;
 using orvandel::ViewOf;
+
+namespace {
+
+/// The tools library sets the pixels, and passes over those outside.
+orvandel::Drawing DrawingOn(tImage* image) {
+  return {image->width, image->height, [image](int column, int row, std::uint8_t grey) {
+            mvt_put_bpixel(image, column, row, grey);
+          }};
+}
+
+}  // namespace
 
 int ctd_save(void* handle, char* path) {
   CCrawler& set = SetOf(handle);
@@ -64,8 +76,7 @@ int ctd_dump(void* handle, char* path) {
 int ctd_create_img(void* handle, tImage* image, double dx, double dy, std::uint8_t value,
                    std::uint8_t mark_value) {
   if (image == nullptr) return orvandel::kCtdDone;
-  orvandel::DrawContours(ViewOf(SetOf(handle)), {dx, dy, value, mark_value},
-                         orvandel::RowsOf(*image));
+  orvandel::DrawContours(ViewOf(SetOf(handle)), {dx, dy, value, mark_value}, DrawingOn(image));
   return orvandel::kCtdDone;
 }
 
@@ -75,7 +86,7 @@ int ctd_save_img(void* handle, char* path) {
   const auto height = orvandel::TruncateToInt32(orvandel::LargestOf(contours.y).value);
   const orvandel::ImagePtr image(im_create(1, width, height));
   if (!image) return orvandel::kCtdDone;
-  orvandel::DrawContours(contours, {}, orvandel::RowsOf(*image));
+  orvandel::DrawContours(contours, {}, DrawingOn(image.get()));
   im_file_write(image.get(), path, 0);
   return orvandel::kCtdDone;
 }

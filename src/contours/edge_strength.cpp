@@ -1,16 +1,9 @@
 #include "contours/edge_strength.h"
 
-#include <array>
 #include <cstdlib>
-
-#include "edges/gradient_tables.h"
 
 namespace orvandel {
 namespace {
-
-constexpr int kNoProposal = 10;
-
-using Histogram = std::array<std::int32_t, 256>;
 
 /// Five rows of an image round the one whose gradient is wanted.
 class Neighbourhood {
@@ -36,21 +29,21 @@ class Neighbourhood {
   const std::uint8_t* const* rows_;
 };
 
-Histogram CountMagnitudes(const GreyRows& image, const GradientTables& tables) {
-  Histogram counts{};
+}  // namespace
+
+void ComputeMagnitudes(const GreyRows& image, const GradientTables& tables,
+                       const GreyRows& magnitudes) {
   for (int y = 2; y <= image.height - 3; ++y) {
     const Neighbourhood around(image, y);
     for (int x = 2; x <= image.width - 3; ++x) {
-      // Arithmetic shifts: eighths are rounded toward minus infinity. Magnitudes count modulo 256.
-      const auto magnitude = static_cast<std::uint8_t>(
+      // Arithmetic shifts: eighths are rounded toward minus infinity.
+      magnitudes.rows[y][x] = static_cast<std::uint8_t>(
           tables.SignedMagnitude(around.HorizontalSum(x) >> 3, around.VerticalSum(x) >> 3));
-      ++counts[magnitude];
     }
   }
-  return counts;
 }
 
-int ThresholdOf(const Histogram& counts) {
+int ProposeEdgeThreshold(const MagnitudeHistogram& counts) {
   // Magnitude 0 is background and never looked at. Of equal counts the lowest bin wins.
   std::size_t least = 1;
   std::size_t most = 1;
@@ -62,14 +55,6 @@ int ThresholdOf(const Histogram& counts) {
   // The peak is subtracted, not added: the estimate that hosts know is made so.
   const int proposal = static_cast<int>(0.2 * distance) - static_cast<int>(most);
   return proposal < 1 || proposal > 255 ? kNoProposal : proposal;
-}
-
-}  // namespace
-
-int ProposeEdgeThreshold(const GreyRows& image) {
-  const GradientTables* tables = AcquireGradientTables();
-  if (tables == nullptr) return kNoProposal;
-  return ThresholdOf(CountMagnitudes(image, *tables));
 }
 
 }  // namespace orvandel
