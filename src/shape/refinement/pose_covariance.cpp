@@ -52,7 +52,7 @@ void FindFactors(const PoseSolution& solution, const LightPrior& prior, const St
   for (int l = 0; l < solution.fitted.count; ++l) {
     const Column column = solution.fitted.columns[l];
     const double size = light.trust * (column < kPattern ? light.derivative_gain : 1.0);
-    const Projection projection = Project(sums, prior, column);
+    const Projection projection = Project(sums, PriorOf(light, prior), column);
     for (int k = 0; k < solution.fitted.count; ++k) {
       const Column pose = solution.fitted.columns[k];
       if (pose >= kNumPoseColumns) continue;
@@ -154,12 +154,14 @@ void AddSceneNoise(const Strip& strip, const StripKernels& kernels, const StripF
   kernels.sum_cells(cells, products);
 }
 
-/// Adds a pixel's influence to another's; `head` is that one's index in the pattern image.
-void MoveCell(int x, int y, std::int32_t head, int image_width, const InfluenceCells& cells) {
-  const int to_x = head % image_width;
-  const int to_y = head / image_width;
-  if (to_x == x && to_y == y) return;
+/// Adds the influence of a pixel to that of the first of its run.
+void MoveToHead(const RefinementModel& model, int x, int y, const InfluenceCells& cells) {
   float* const from = cells.cells + (y * cells.width + x) * kNumPoseColumns;
+  if (from[0] == 0.0F && from[1] == 0.0F) return;  // most pixels of a thinned strip's box
+  const std::int32_t head = model.rounding_runs[static_cast<std::size_t>(y * model.width + x)];
+  const int to_x = head % model.width;
+  const int to_y = head / model.width;
+  if (to_x == x && to_y == y) return;
   float* const to = cells.cells + (to_y * cells.width + to_x) * kNumPoseColumns;
   for (int k = 0; k < kNumPoseColumns; ++k) {
     to[k] += from[k];
@@ -176,8 +178,7 @@ void GatherRuns(const RefinementModel& model, const InfluenceCells& cells) {
       if (cells.marks[y * runs + run] == 0) continue;
       const int end = std::min((run + 1) * kCellRun, model.width);
       for (int x = run * kCellRun; x < end; ++x)
-        MoveCell(x, y, model.rounding_runs[static_cast<std::size_t>(y * model.width + x)],
-                 model.width, cells);
+        MoveToHead(model, x, y, cells);
     }
   }
 }

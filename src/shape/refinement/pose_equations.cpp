@@ -32,7 +32,7 @@ void AddStretch(const StretchSums& sums, const FittedColumns& fitted, const Ligh
   double ones[kNumColumns];
   double patterns[kNumColumns];
   for (int i = 0; i < fitted.count; ++i) {
-    projections[i] = Project(sums, prior, fitted.columns[i]);
+    projections[i] = Project(sums, PriorOf(light, prior), fitted.columns[i]);
     ones[i] = sums.at[kOne][fitted.columns[i]];
     patterns[i] = AboutMean(sums, fitted.columns[i]);
   }
@@ -56,6 +56,7 @@ void AddStretch(const StretchSums& sums, const FittedColumns& fitted, const Ligh
 /// Fits a stretch's own gain and bias to what the common unknowns leave.
 void FitLight(const StretchSums& sums, const PoseSolution& solution, const LightPrior& prior,
               StretchLight& light) {
+  const LightPrior own = PriorOf(light, prior);
   double one = sums.at[kOne][kScene];
   double pattern = AboutMean(sums, kScene);
   for (int i = 0; i < solution.fitted.count; ++i) {
@@ -64,8 +65,8 @@ void FitLight(const StretchSums& sums, const PoseSolution& solution, const Light
     one -= size * sums.at[kOne][column];
     pattern -= size * AboutMean(sums, column);
   }
-  const double own_gain = pattern * Shrunk(sums.PatternSpread(), prior.gain_precision);
-  const double own_bias = one * Shrunk(sums.Weight(), prior.bias_precision);
+  const double own_gain = pattern * Shrunk(sums.PatternSpread(), own.gain_precision);
+  const double own_bias = one * Shrunk(sums.Weight(), own.bias_precision);
   light.gain = solution.by_column[kPattern] + own_gain;
   light.bias = solution.by_column[kOne] + own_bias - own_gain * sums.PatternMean();
 }
@@ -85,6 +86,10 @@ double LeftOver(const StretchSums& sums, const PoseSolution& solution, const Str
       square += factors[i] * factors[j] * sums.at[i][j];
   }
   return square;
+}
+
+LightPrior PriorOf(const StretchLight& light, const LightPrior& prior) {
+  return light.is_free ? LightPrior{0.0, 0.0} : prior;
 }
 
 Projection Project(const StretchSums& sums, const LightPrior& prior, Column column) {

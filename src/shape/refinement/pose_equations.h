@@ -51,4 +51,7 @@ struct Projection {
 };
 Projection Project(const StretchSums& sums, const LightPrior& prior, Column column);
 
+/// The prior of one stretch.
+LightPrior PriorOf(const StretchLight& light, const LightPrior& prior);
+
 }  // namespace orvandel::shape

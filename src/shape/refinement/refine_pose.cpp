@@ -91,6 +91,8 @@ RefinementOutcome LookUntilSettled(const RefinementModel& model, const Refinemen
   for (int look = 0; look < most_looks; ++look) {
     const RefinementOutcome outcome = ImproveFit(model, options, look == 0, buffers, fit);
     if (outcome != RefinementOutcome::kRefined) return outcome;
+    // With the plain kernel the robust weights need a second look; the wide one finds them nearly right.
+    if (look == 0 && !buffers.source.is_wide) continue;
     if (IsSettled(fit, look == 0)) break;
   }
   return RefinementOutcome::kRefined;
@@ -124,6 +126,7 @@ RefinementOutcome FitPose(const RefinementModel& model, const ImageView& scene,
   for (int level = finest + LevelsCoarser(options.start_error_px, start_scale); level >= finest;
        --level) {
     fit.level = level;
+    fit.has_own_light = false;
     if (!OpenScene(scene, level, model, fit.scene_from_pattern, kMargin, buffers.source))
       return RefinementOutcome::kTooFewPixels;
     outcome = LookUntilSettled(model, options, level > finest ? kMostCoarseLooks : kMostLooks,

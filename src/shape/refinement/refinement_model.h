@@ -26,7 +26,7 @@ struct BlurLevel {
 struct Stretch {
   int first = 0;
   int count = 0;
-  bool at_mask_border = false;
+  bool at_mask_border = false;  ///< beside pixels that do not belong to the pattern
 };
 
 inline constexpr int kStripBlock = 8;

@@ -25,7 +25,8 @@ struct StretchLight {
   double derivative_gain = 0.0;  ///< what the pattern's derivatives are multiplied by
   double gain = 0.0;
   double bias = 0.0;
-  double trust = 1.0;  ///< factor on the stretch's weights; 0: left out
+  bool is_free = false;  ///< gain and bias are its own, whatever the others have
+  double trust = 1.0;    ///< factor on the stretch's weights; 0: left out
 };
 
 }  // namespace orvandel::shape

@@ -234,7 +234,9 @@ void Solve(const Strip& strip, const StripKernels& kernels, const RefinementOpti
                                  buffers.medians);
   const bool has_own = prior.gain_precision < std::numeric_limits<double>::infinity();
   for (std::size_t t = 0; t < buffers.lights.size(); ++t) {
-    buffers.lights[t].derivative_gain = has_own ? buffers.fits[t].gain : fit.consensus.gain;
+    buffers.lights[t].is_free = strip.stretches[t].at_mask_border;
+    const bool is_own = has_own || buffers.lights[t].is_free;
+    buffers.lights[t].derivative_gain = is_own ? buffers.fits[t].gain : fit.consensus.gain;
     if (!(buffers.sums[t].Weight() > 0.0)) buffers.lights[t].trust = 0.0;
   }
   fit.solution = SolvePose(buffers.sums, ColumnsToFit(options, fit.shape == BlurShape::kLine),

@@ -33,6 +33,8 @@ constexpr int kMergeTile = 20;  ///< pixels; small stretches of a tile become on
 constexpr int kMostPixels = 5200;
 constexpr int kMostThinned = 3450;
 
+constexpr int kMaskReach = 4;  ///< pixels: a stretch's own, and the blur's
+
 constexpr int kNone = -1;
 
 struct Lattice {
@@ -223,6 +225,36 @@ int MergeSmallStretches(int width, std::vector<int>& stretch_of) {
   return numbers;
 }
 
+/// Pixels from which others that do not belong are a few steps away: what lies there differs from scene
+/// to scene, and blurs into them.
+PixelSet NearMaskBorder(const PixelSet& belongs, int width, int height) {
+  PixelSet near(belongs.size(), 0);
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      if (belongs[static_cast<std::size_t>(y * width + x)] != 0) continue;
+      for (int v = std::max(y - kMaskReach, 0); v <= std::min(y + kMaskReach, height - 1); ++v) {
+        for (int u = std::max(x - kMaskReach, 0); u <= std::min(x + kMaskReach, width - 1); ++u)
+          near[static_cast<std::size_t>(v * width + u)] = 1;
+      }
+    }
+  }
+  return near;
+}
+
+/// Marks the stretches of which most pixels are near the mask's border.
+void MarkMaskBorder(const PixelSet& belongs, int width, int height, Strip& strip) {
+  if (std::find(belongs.begin(), belongs.end(), 0) == belongs.end()) return;
+  const PixelSet near = NearMaskBorder(belongs, width, height);
+  for (Stretch& stretch : strip.stretches) {
+    int count = 0;
+    for (int k = stretch.first; k < stretch.first + stretch.count; ++k) {
+      const auto i = static_cast<std::size_t>(k);
+      count += near[static_cast<std::size_t>(strip.row[i] * width + strip.column[i])];
+    }
+    stretch.at_mask_border = 2 * count > stretch.count;
+  }
+}
+
 /// Lists the pixels stretch by stretch, each filled up to whole blocks with its first pixel.
 void ListPixels(const std::vector<int>& stretch_of, int num_stretches, int width, Point origin,
                 Strip& strip) {
@@ -300,6 +332,7 @@ void SelectStrip(const FloatImage& grey, const PixelSet& belongs, Point origin,
   strip.thinning = ThinOut(width, stretch_of);
   const int num_stretches = MergeSmallStretches(width, stretch_of);
   ListPixels(stretch_of, num_stretches, width, origin, strip);
+  MarkMaskBorder(belongs, width, dx.height, strip);
   MarkSteepness(gradient, grey, strip);
 }
 
