@@ -37,18 +37,6 @@ constexpr int kNoSceneContour = 2;
 constexpr int kNotInitialized = 3;
 constexpr int kNoSegment = 4;
 
-int StatusOf(LearningOutcome outcome) {
-  switch (outcome) {
-    case LearningOutcome::kLearnt:
-      return kDone;
-    case LearningOutcome::kNoContour:
-      return kNoPatternContour;
-    case LearningOutcome::kNoSegment:
-      return kNoSegment;
-  }
-  return kNoSegment;
-}
-
 /// A search that ran out of time counts as done, with a result of zeros.
 int StatusOf(SegmentSearchOutcome outcome) {
   switch (outcome) {
@@ -181,20 +169,20 @@ int QRSIS::TrainIt(tImage* image) {
   }
   const CrawlOptions crawl_options = {edge_threshold_, min_contour_size_, max_contour_size_};
   orvandel::PrepareContours(pattern_contours_, image, crawl_options);
+  if (ctd_contour_count(pattern_contours_) == 0) return kNoPatternContour;
+
   SegmentModelOptions options;
   options.points = {verification_fraction_, verification_cap_};
   const LearntSegments learnt =
       orvandel::LearnSegmentModel(orvandel::ViewOf(orvandel::SetOf(pattern_contours_)), options);
-  if (learnt.outcome == LearningOutcome::kNoContour) return StatusOf(learnt.outcome);
-
   reference_x_ = learnt.model.reference.x;
   reference_y_ = learnt.model.reference.y;
   orvandel::CopySegments(learnt.model.segments, pattern_lines_.segments);
-  if (learnt.outcome == LearningOutcome::kLearnt) {
-    orvandel::SetPoints(verifier_, learnt.model.points.View());
-    pattern_image_ = copy.release();
-  }
-  return StatusOf(learnt.outcome);
+  if (learnt.outcome != LearningOutcome::kLearnt) return kNoSegment;
+
+  orvandel::SetPoints(verifier_, learnt.model.points.View());
+  pattern_image_ = copy.release();
+  return kDone;
 }
 
 int QRSIS::LookForIt(tImage* image) {
@@ -225,6 +213,11 @@ int QRSIS::LookForIt(tImage* image) {
   found_angle_ = match.scene_from_pattern.angle;
   found_scale_ = match.scene_from_pattern.scale;
   found_score_ = match.score;
+  if (match.outcome == SegmentSearchOutcome::kNoContour &&
+      ctd_contour_count(scene_contours_) != 0) {
+    // A file that could not be read leaves a set that counts contours and has none: nothing straight in them.
+    return deadline.HasPassed() ? kDone : kNoSegment;
+  }
   return StatusOf(match.outcome);
 }
 

@@ -50,7 +50,7 @@ enum class LearningOutcome {
 
 struct LearntSegments {
   LearningOutcome outcome = LearningOutcome::kNoContour;
-  SegmentModel model;  ///< as far as learning went
+  SegmentModel model;  ///< as far as learning went; without a contour the reference is no number
 };
 
 /// Learns a pattern from its contours.

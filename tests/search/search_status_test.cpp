@@ -1,12 +1,20 @@
 // What a search returns, and what it leaves in its result.
 
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <fstream>
+#include <string>
+
 #include <gtest/gtest.h>
 
+#include "orvandel/classic/ctd.h"
 #include "orvandel/classic/qrsis.h"
 #include "tests/reference/pattern_search.h"
 #include "tests/search/scripted_counter.h"
 #include "tests/search/search_results.h"
 #include "tests/search/small_scenes.h"
+#include "tests/support/scratch_folder.h"
 
 namespace orvandel::test {
 namespace {
@@ -96,6 +104,42 @@ TEST(SearchStatus, SceneOfAnotherTypeSearchesTheOneBeforeAgain) {
     EXPECT_NEAR(again.x, first.x, 2);  // still the same place
     EXPECT_NEAR(again.y, first.y, 2);
   }
+}
+
+/// Makes a set count two contours and hold none, as a file with a negative number of points does.
+void LoadCountsAlone(void* contours) {
+  const ScratchFolder folder;
+  std::string path = folder.File("counts.ctd");
+  const std::array<std::int32_t, 3> header = {2, -5, 16};
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(header.data()), sizeof(header));
+  ASSERT_EQ(ctd_load(contours, path.data()), 4);
+  ASSERT_EQ(ctd_contour_count(contours), 2);
+}
+
+TEST(SearchStatus, SceneThatCountsContoursAndHoldsNoneReturns4) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  LoadCountsAlone(search.GetCrawlerSceneData());
+  EXPECT_EQ(search.LookForIt(nullptr), 4);
+  ExpectZeroResult(ResultOf(search, 4), 4);
+}
+
+TEST(SearchStatus, SceneThatCountsContoursAndHoldsNoneReturns0WhenTheTimeIsUp) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  search.SetTimeOutValue(0);
+  LoadCountsAlone(search.GetCrawlerSceneData());
+  const int status = search.LookForIt(nullptr);
+  ExpectZeroResult(ResultOf(search, status), 0);
+}
+
+TEST(SearchStatus, TrainingOnAPatternThatCountsContoursAndHoldsNoneReturns4) {
+  TrainedSearch search(PictureOf(SmallPart()));
+  LoadCountsAlone(search.GetCrawlerPatternData());
+  EXPECT_EQ(search.TrainIt(OfAnotherType().get()), 4);
+  double x = 0;
+  double y = 0;
+  search.GetPatternRef(&x, &y);
+  EXPECT_TRUE(std::isnan(x) && std::isnan(y)) << x << ' ' << y;  // the mean of no points
 }
 
 TEST(SearchStatus, ThresholdOfMinusOneIsPassedOnAsItIs) {
