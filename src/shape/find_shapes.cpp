@@ -109,6 +109,15 @@ bool IsEmpty(const ImageView& image) {
   return std::visit([](const auto& view) { return view.IsEmpty(); }, image);
 }
 
+bool IsTooLarge(const ImageView& image) {
+  return std::visit(
+      [](const auto& view) {
+        return view.width > kMaxImageSide || view.height > kMaxImageSide ||
+               std::int64_t{view.width} * view.height > kMaxImagePixels;
+      },
+      image);
+}
+
 /// One search of a scene, stage by stage.
 class ShapeSearch {
  public:
@@ -425,6 +434,11 @@ FindResult FindShapes(const ShapeModel& model, const ImageView& scene, const Fin
   if (IsEmpty(scene)) {
     result.status = FindStatus::kEmptyImage;
     result.message = "The scene has no pixels.";
+    return result;
+  }
+  if (IsTooLarge(scene)) {
+    result.status = FindStatus::kTooLarge;
+    result.message = "The scene has more than 100 million pixels, or a side of more than 32767.";
     return result;
   }
   Stopwatch watch;

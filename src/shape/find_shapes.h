@@ -49,7 +49,13 @@ struct Match {
   double share_outside = 0.0;  ///< of the edge points, beyond the scene's border
 };
 
-enum class FindStatus : std::uint8_t { kOk, kEmptyImage, kBadOptions };
+/// The longest side of an image.
+inline constexpr std::int32_t kMaxImageSide = 32767;
+
+/// Most pixels of an image.
+inline constexpr std::int64_t kMaxImagePixels = 100'000'000;
+
+enum class FindStatus : std::uint8_t { kOk, kEmptyImage, kBadOptions, kTooLarge };
 
 /// Time of each stage, microseconds.
 struct StageTimes {

@@ -126,6 +126,17 @@ TEST_F(FindInOddImages, NoPixelsIsAnError) {
   EXPECT_FALSE(result.message.empty());
 }
 
+TEST_F(FindInOddImages, TooManyPixelsIsAnError) {
+  // No pixel is read: all rows are the same one.
+  const GreyImage row(kMaxImageSide + 1, 1, 9);
+  for (const ImageView8 scene : {ImageView8{row.pixels.data(), kMaxImageSide + 1, 1, 0},
+                                 ImageView8{row.pixels.data(), 30000, 30000, 0}}) {
+    const FindResult result = FindShapes(*model_, scene, {}, workspace_);
+    EXPECT_EQ(result.status, FindStatus::kTooLarge);
+    EXPECT_FALSE(result.message.empty());
+  }
+}
+
 TEST_F(FindInOddImages, OptionsThatMakeNoSenseAreErrorsWithASentence) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const double infinite = std::numeric_limits<double>::infinity();
