@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <utility>
 
 namespace orvandel::shape {
 namespace {
@@ -77,11 +78,11 @@ std::vector<EdgePoint> Spaced(const std::vector<EdgePoint>& sorted, const Box& b
 
 /// Points along the outline lie side by side; steps of about the golden section through them spread every
 /// first part of the list.
-std::vector<EdgePoint> Interleaved(std::vector<EdgePoint> points) {
-  const auto by_direction = [](const EdgePoint& a, const EdgePoint& b) {
-    return ArcTan2(a.at.y, a.at.x) < ArcTan2(b.at.y, b.at.x);
-  };
-  std::stable_sort(points.begin(), points.end(), by_direction);
+std::vector<EdgePoint> Interleaved(const std::vector<EdgePoint>& points) {
+  std::vector<std::pair<double, std::size_t>> by_direction;
+  for (std::size_t i = 0; i < points.size(); ++i)
+    by_direction.emplace_back(ArcTan2(points[i].at.y, points[i].at.x), i);
+  std::sort(by_direction.begin(), by_direction.end());
   const std::size_t size = points.size();
   std::size_t step = std::max<std::size_t>(1, size * 618 / 1000);
   const auto common_divisor = [](std::size_t a, std::size_t b) {
@@ -96,7 +97,7 @@ std::vector<EdgePoint> Interleaved(std::vector<EdgePoint> points) {
     ++step;
   std::vector<EdgePoint> interleaved;
   for (std::size_t i = 0; i < size; ++i)
-    interleaved.push_back(points[i * step % size]);
+    interleaved.push_back(points[by_direction[i * step % size].second]);
   return interleaved;
 }
 
@@ -133,7 +134,7 @@ std::vector<EdgePoint> ChoosePoints(const std::vector<EdgePoint>& points, std::s
       if (round >= 10) break;
     }
   }
-  return Interleaved(std::move(best));
+  return Interleaved(best);
 }
 
 std::vector<Point> ConvexHull(const std::vector<EdgePoint>& points) {
