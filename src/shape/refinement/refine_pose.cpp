@@ -37,8 +37,15 @@ constexpr double kOwnBlur = 0.9;  ///< pattern pixels squared
 constexpr double kLeastDiskVariance = 0.6;
 constexpr double kDiskResidual = 0.94;    ///< of the variance
 constexpr double kDiskWorthTrying = 2.0;  ///< likewise, at the first look
-constexpr int kMostLooks = 8;
-constexpr int kMostCoarseLooks = 4;
+/// How often to look at the scene. The robust weights need a second look, unless a fit with the other
+/// kernel has gone before.
+struct Looks {
+  int least;
+  int most;
+};
+constexpr Looks kFineLooks = {2, 8};
+constexpr Looks kLooksAgain = {1, 8};
+constexpr Looks kCoarseLooks = {2, 4};
 /// Starts that are further off, in pixels of a level, begin a level coarser.
 constexpr double kSafeStart = 1.2;
 constexpr int kMostCoarser = 2;
@@ -87,12 +94,11 @@ bool IsSettled(const StripFit& fit, bool is_first) {
 
 /// Looks at the scene until the steps are small. kRefined, or why there was nothing to be fitted.
 RefinementOutcome LookUntilSettled(const RefinementModel& model, const RefinementOptions& options,
-                                   int most_looks, Buffers& buffers, StripFit& fit) {
-  for (int look = 0; look < most_looks; ++look) {
+                                   const Looks& looks, Buffers& buffers, StripFit& fit) {
+  for (int look = 0; look < looks.most; ++look) {
     const RefinementOutcome outcome = ImproveFit(model, options, look == 0, buffers, fit);
     if (outcome != RefinementOutcome::kRefined) return outcome;
-    // With the plain kernel the robust weights need a second look; the wide one finds them nearly right.
-    if (look == 0 && !buffers.source.is_wide) continue;
+    if (look + 1 < looks.least) continue;
     if (IsSettled(fit, look == 0)) break;
   }
   return RefinementOutcome::kRefined;
@@ -102,14 +108,14 @@ RefinementOutcome LookUntilSettled(const RefinementModel& model, const Refinemen
 RefinementOutcome ShapeBlur(const RefinementModel& model, const RefinementOptions& options,
                             Buffers& buffers, StripFit& fit) {
   if (FindLineBlur(model, options, buffers, fit))
-    return LookUntilSettled(model, options, kMostLooks, buffers, fit);
+    return LookUntilSettled(model, options, kFineLooks, buffers, fit);
   const double scale = fit.scene_from_pattern.scale;
   if (fit.moments.round * scale * scale < kLeastDiskVariance) return RefinementOutcome::kRefined;
   const StripFit with_round = fit;
   fit.shape = BlurShape::kDisk;
   if (ImproveFit(model, options, true, buffers, fit) == RefinementOutcome::kRefined &&
       fit.noise.steep < kDiskWorthTrying * with_round.noise.steep &&
-      LookUntilSettled(model, options, kMostLooks, buffers, fit) == RefinementOutcome::kRefined &&
+      LookUntilSettled(model, options, kFineLooks, buffers, fit) == RefinementOutcome::kRefined &&
       fit.noise.steep < kDiskResidual * with_round.noise.steep)
     return RefinementOutcome::kRefined;
   fit = with_round;
@@ -122,21 +128,21 @@ RefinementOutcome FitPose(const RefinementModel& model, const ImageView& scene,
   RefinementOutcome outcome = RefinementOutcome::kRefined;
   const double start_scale = fit.scene_from_pattern.scale;
   const int finest = LevelFor(start_scale);
-  buffers.source.is_wide = false;
   for (int level = finest + LevelsCoarser(options.start_error_px, start_scale); level >= finest;
        --level) {
     fit.level = level;
     fit.has_own_light = false;
+    buffers.source.is_wide = false;
     if (!OpenScene(scene, level, model, fit.scene_from_pattern, kMargin, buffers.source))
       return RefinementOutcome::kTooFewPixels;
-    outcome = LookUntilSettled(model, options, level > finest ? kMostCoarseLooks : kMostLooks,
-                               buffers, fit);
+    outcome =
+        LookUntilSettled(model, options, level > finest ? kCoarseLooks : kFineLooks, buffers, fit);
     if (outcome != RefinementOutcome::kRefined) return outcome;
   }
-  if (HasAliasedEdges(fit)) {
+  if (HasAliasedEdges(model, fit)) {
     buffers.source.is_wide = true;
     fit.has_own_light = false;  // what aliasing leaves at the edges may have looked like light
-    outcome = LookUntilSettled(model, options, kMostLooks, buffers, fit);
+    outcome = LookUntilSettled(model, options, kLooksAgain, buffers, fit);
     if (outcome != RefinementOutcome::kRefined) return outcome;
   }
   return ShapeBlur(model, options, buffers, fit);

@@ -132,6 +132,27 @@ Strip LearnStrip(const FloatImage& image, const PixelSet& belongs, Point origin,
   return strip;
 }
 
+/// Whether the edges are sharper than the pixels' area and the B-spline leave them: then optics have not
+/// kept frequencies out that alias. An edge of variance v has 1 / (2 v) times the squares of its slope as
+/// squares of its curvature.
+bool HasAliasedEdges(const Strip& strip, double noise_variance) {
+  if (strip.num_pixels == 0) return false;
+  const BlurLevel& level = strip.levels.front();
+  double slopes = 0.0;
+  double curvatures = 0.0;
+  for (std::size_t i = 0; i < level.dx.size(); ++i) {
+    const auto dx = static_cast<double>(level.dx[i] * strip.presence[i]);
+    const auto dy = static_cast<double>(level.dy[i] * strip.presence[i]);
+    const auto laplacian = static_cast<double>((level.dxx[i] + level.dyy[i]) * strip.presence[i]);
+    slopes += dx * dx + dy * dy;
+    curvatures += laplacian * laplacian;
+  }
+  // Noise adds 2 * 1/4 and 8 of a pixel's variance, by the sums of squares of the stencils' weights.
+  slopes -= 0.5 * noise_variance * strip.num_pixels;
+  curvatures -= 8.0 * noise_variance * strip.num_pixels;
+  return slopes < 2.0 * (kSplineVariance + kPixelVariance) * curvatures;
+}
+
 template <typename Pixel>
 RefinementModel Learn(const ImageViewOf<Pixel>& pattern, const ImageView8& mask, Point origin) {
   RefinementModel model;
@@ -149,6 +170,7 @@ RefinementModel Learn(const ImageViewOf<Pixel>& pattern, const ImageView8& mask,
   BlurBuffers buffers;
   for (std::size_t k = 0; k < kNumStrips; ++k)
     model.strips[k] = LearnStrip(image, belongs, origin, model.noise_variance, kPlans[k], buffers);
+  model.has_aliased_edges = HasAliasedEdges(model.strips[0], noise);
   model.image = std::move(image.grey);
   return model;
 }

@@ -57,9 +57,10 @@ inline constexpr int kNumStrips = 3;
 struct RefinementModel {
   int width = 0;  ///< of the pattern image
   int height = 0;
-  Point origin;                 ///< in the pattern image
-  double radius = 1.0;          ///< half the diagonal of the learnt region, pattern pixels
-  double noise_variance = 0.0;  ///< of the pattern image's pixels, rounding included
+  Point origin;                    ///< in the pattern image
+  double radius = 1.0;             ///< half the diagonal of the learnt region, pattern pixels
+  double noise_variance = 0.0;     ///< of the pattern image's pixels, rounding included
+  bool has_aliased_edges = false;  ///< as sharp as pixels make them without optics
   std::vector<std::int32_t> rounding_runs;  ///< see FindRoundingRuns; empty where there is noise
   int grey_offset = 0;                      ///< what was subtracted from its grey values
   std::vector<float> image;                 ///< the pattern image less the offset, row by row

@@ -36,6 +36,9 @@ constexpr double kFreeMismatch = 0.02;
 
 /// Deviation of residuals at the edges, by that in flat places, from which edges count as aliased.
 constexpr double kAliasedRatio = 2.2;
+/// By what aliasing moves the corners of a part whose edges are as sharp as pixels make them. Below so much
+/// noise the wider kernel's loss is the smaller one.
+constexpr double kAliasingError = 0.02;  ///< pattern pixels
 
 /// Blur counts as elongated where its moments differ by this, pattern pixels squared: what aliasing can
 /// feign, and a share of the blur that there is.
@@ -207,6 +210,15 @@ double ExplainedShare(const StripFit& fit, const Buffers& buffers) {
   return whole > 0.0 ? std::clamp(1.0 - left / whole, 0.0, 1.0) : 0.0;
 }
 
+/// How uncertain noise alone leaves the corners, roughly: pattern pixels.
+double NoiseDeviation(const StripFit& fit) {
+  double square = 0.0;
+  for (int i = 0; i < fit.solution.fitted.count; ++i) {
+    if (fit.solution.fitted.columns[i] < kRoundBlur) square += fit.solution.inverse.at[i][i];
+  }
+  return std::sqrt(fit.correlation * square);
+}
+
 double RmsResidual(const Buffers& buffers) {
   double square = 0.0;
   double weight = 0.0;
@@ -318,8 +330,10 @@ bool FindLineBlur(const RefinementModel& model, const RefinementOptions& options
   return true;
 }
 
-bool HasAliasedEdges(const StripFit& fit) {
-  return fit.noise.steep_ratio > kAliasedRatio;
+bool HasAliasedEdges(const RefinementModel& model, const StripFit& fit) {
+  if (fit.noise.steep_ratio > kAliasedRatio) return true;
+  const bool is_sharp_scene = fit.strip == 0;  // a blurred one has nothing left to alias with
+  return model.has_aliased_edges && is_sharp_scene && NoiseDeviation(fit) < kAliasingError;
 }
 
 double NoiseCorrelation(const Strip& strip, double scale_at_level, bool is_wide) {

@@ -38,9 +38,9 @@ bool FindLineBlur(const RefinementModel& model, const RefinementOptions& options
 /// Neighbouring samples share noise. So many of them say as much as one would by itself.
 double NoiseCorrelation(const Strip& strip, double scale_at_level, bool is_wide);
 
-/// Edges sharper than a pixel alias: the residuals along them stand out. A kernel of doubled width does
-/// not see that; for other edges it is the noisier one.
-bool HasAliasedEdges(const StripFit& fit);
+/// Edges sharper than a pixel alias: the residuals along them stand out, or would if there were less
+/// noise. A kernel of doubled width does not see that; for other edges it is the noisier one.
+bool HasAliasedEdges(const RefinementModel& model, const StripFit& fit);
 
 /// Samples the scene at a pose and sums up the stretches, all pixels weighing the same; the pattern's
 /// columns stay as they are.
