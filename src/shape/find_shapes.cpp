@@ -327,12 +327,35 @@ class ShapeSearch {
       match.coverage = found.raw.coverage;
       match.fit_error = found.raw.rms * PixelsOf(found.tracked.level);
       match.contrast = found.raw.contrast;
+      match.clutter = ClutterOf(found);
       match.is_reversed = found.raw.is_reversed;
       match.share_outside = 1.0 - found.raw.visible;
       buffers_.matches.push_back(match);
     }
     result_.matches = buffers_.matches;
     result_.times_us.refinement += watch_.MicrosecondsSinceLast();
+  }
+
+  /// Edge pixels within the outline beyond those that the pattern has, per edge point of the pattern, on the level where the
+  /// search looked for it: its edges are there already.
+  double ClutterOf(const Found& found) {
+    const Candidate& pose = found.tracked.pose;
+    std::size_t i = 0;
+    while (i + 1 < buffers_.grids.size() && pose.scale < buffers_.grids[i].min_scale)
+      ++i;
+    const int level = buffers_.grids[i].GradientLevel();
+    const SimilarityMap map(Similarity{pose.x, pose.y, pose.angle, pose.scale});
+    buffers_.hull.clear();
+    for (const Point p : model_.hull)
+      buffers_.hull.push_back(map * p);
+    int num_inside = 0;
+    for (const SceneEdge& edge : buffers_.scene.Edges(level)) {
+      const Point at = {ToScene(edge.x, level), ToScene(edge.y, level)};
+      num_inside += IsInside(buffers_.hull, at) ? 1 : 0;
+    }
+    const auto num_points =
+        static_cast<double>(model_.LevelOf(PixelsOf(level) / pose.scale).all.size);
+    return std::max(0.0, num_inside / num_points - found.raw.visible * found.raw.coverage);
   }
 
   struct RefinedPose {

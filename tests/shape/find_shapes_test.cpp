@@ -106,6 +106,23 @@ TEST(FindShapes, FindsEachOfSeveralOnce) {
     EXPECT_GE(matches[i - 1].score, matches[i].score);
 }
 
+TEST(FindShapes, ClutterGrowsWithForeignEdgesInsideTheOutline) {
+  const Part part = MetalBracket();
+  const auto model = Learnt(PatternOf(part));
+  ASSERT_TRUE(model);
+  const render::Pose pose = {320, 240, 20, 1.0};
+  const auto clean = FindIn(SceneOf(part, pose), *model);
+  std::vector<render::Placement> placements = {{part, pose}};
+  for (int i = 0; i < 6; ++i)
+    placements.push_back({render::Washer(9, 4), {270.0 + 20 * i, 225.0 + 8 * (i % 2), 0.0, 1.0}});
+  const auto littered = FindIn(test::ToGreyImage(render::RenderScene(placements)), *model);
+  ASSERT_EQ(clean.size(), 1U);
+  ASSERT_EQ(littered.size(), 1U);
+  // The pattern's own edges make no clutter but for the weak ones that were not learnt.
+  EXPECT_LT(clean[0].clutter, 0.3);
+  EXPECT_GT(littered[0].clutter, clean[0].clutter + 0.05);
+}
+
 TEST(FindShapes, KeepsToTheRanges) {
   const Part part = MetalBracket();
   const auto model = Learnt(PatternOf(part));

@@ -33,6 +33,14 @@ double AreaOf(std::span<const Point> polygon) {
   return 0.5 * twice;
 }
 
+bool IsInside(std::span<const Point> polygon, Point p) {
+  for (std::size_t i = 0; i < polygon.size(); ++i) {
+    const Point from = polygon[i];
+    if (Cross(polygon[(i + 1) % polygon.size()] - from, p - from) < 0.0) return false;
+  }
+  return !polygon.empty();
+}
+
 double SharedArea(std::span<const Point> a, std::span<const Point> b, OverlapBuffers& buffers) {
   buffers.first.assign(a.begin(), a.end());
   for (std::size_t i = 0; i < b.size() && !buffers.first.empty(); ++i) {

@@ -10,6 +10,9 @@ namespace orvandel::shape {
 /// Area of a polygon whose corners run clockwise on the screen.
 double AreaOf(std::span<const Point> polygon);
 
+/// Whether a point lies within a convex polygon whose corners run clockwise on the screen, or on its border.
+bool IsInside(std::span<const Point> polygon, Point p);
+
 struct OverlapBuffers {
   std::vector<Point> first;
   std::vector<Point> second;

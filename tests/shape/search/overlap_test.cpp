@@ -27,6 +27,14 @@ TEST(Overlap, OfASquareAndItsTurnByAnEighthIsAnOctagon) {
   EXPECT_NEAR(SharedArea(Box(-1, -1, 1, 1), turned, buffers), 8.0 * (r - 1.0), 1e-12);
 }
 
+TEST(Overlap, InsideIsWithinAllSides) {
+  EXPECT_TRUE(IsInside(Box(0, 0, 4, 3), {1, 1}));
+  EXPECT_TRUE(IsInside(Box(0, 0, 4, 3), {4, 3}));
+  EXPECT_FALSE(IsInside(Box(0, 0, 4, 3), {4.01, 1}));
+  EXPECT_FALSE(IsInside(Box(0, 0, 4, 3), {1, -0.01}));
+  EXPECT_FALSE(IsInside({}, {0, 0}));
+}
+
 TEST(Overlap, OfLinesAndPointsIsNothing) {
   OverlapBuffers buffers;
   const std::vector<Point> line = {{0, 0}, {5, 5}};
