@@ -76,7 +76,7 @@ double ScoreAlongContours(const ContourSetView& contours, int step, Point refere
   const std::int64_t stride = std::max(step, 1);
   for (const ContourRecord& contour : contours.records) {
     for (std::int64_t i = 0; i < contour.size; i += stride) {
-      const std::int64_t k = contour.start + i;
+      const auto k = static_cast<std::size_t>(contour.start + i);
       sum.Add(Point{contours.x[k], contours.y[k]} - reference, contours.g[k], credit_beside);
     }
   }

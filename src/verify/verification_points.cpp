@@ -41,9 +41,10 @@ void CopyVerificationPoints(const ContourSetView& contours, const VerificationPo
     if (contour.size < 1) continue;
     const std::int64_t step = StepBetweenChosen(contour.size, options);
     for (std::int64_t i = 0; i < contour.size; i += step) {
-      *x++ = contours.x[contour.start + i];
-      *y++ = contours.y[contour.start + i];
-      *direction++ = contours.g[contour.start + i];
+      const auto k = static_cast<std::size_t>(contour.start + i);
+      *x++ = contours.x[k];
+      *y++ = contours.y[k];
+      *direction++ = contours.g[k];
     }
   }
 }

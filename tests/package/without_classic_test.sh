@@ -20,7 +20,7 @@ expect_equal "objects of the classic face" "" \
 expect_equal "imported libraries and tool" "" \
   "$(find "$scratch" -name '*imgutil*' -o -name '*mvtools*' -o -path '*/cli/*')"
 expect_status 0 "$cmake" --install "$scratch" --prefix "$scratch/installed"
-expect_equal "headers of the classic face" "" "$(find "$scratch/installed/include" -path '*classic*')"
+expect_equal "headers of the classic face" "" "$(find "$scratch/installed/include" -path '*/orvandel/classic*')"
 expect_status 0 "$(dirname "${BASH_SOURCE[0]}")/check_links.sh" "$scratch/installed/lib/liborvandel.so" "$soname" "$objdump"
 
 finish_expectations

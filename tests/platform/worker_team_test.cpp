@@ -12,11 +12,11 @@ namespace {
 
 TEST(WorkerTeam, CallsTheBodyOnceForEachIndex) {
   WorkerTeam team;
-  for (const std::size_t size : {1, 2, 4, 1}) {
+  for (const std::size_t size : {1U, 2U, 4U, 1U}) {
     team.Resize(size);
     EXPECT_GE(team.Size(), 1U);
     EXPECT_LE(team.Size(), size);
-    for (const std::size_t count : {0, 1, 2, 7, 1000}) {
+    for (const std::size_t count : {0U, 1U, 2U, 7U, 1000U}) {
       std::vector<std::atomic<int>> calls(count);
       std::atomic<bool> strangers = false;
       team.Run(count, [&](std::size_t i, std::size_t worker) {
@@ -32,7 +32,7 @@ TEST(WorkerTeam, CallsTheBodyOnceForEachIndex) {
 
 TEST(WorkerTeam, WhatABodyThrowsArrives) {
   WorkerTeam team;
-  for (const std::size_t size : {1, 3}) {
+  for (const std::size_t size : {1U, 3U}) {
     team.Resize(size);
     EXPECT_THROW(team.Run(10,
                           [](std::size_t i, std::size_t) {

@@ -17,7 +17,7 @@ ORVANDEL_AT_EVERY_SIMD_LEVEL(CoarseKernelsTest);
 
 TEST_P(CoarseKernelsTest, PlacesPointsWhereRotationPutsThem) {
   test::UniformRandom random(1);
-  for (const std::size_t padded : {8, 16, 24, 48, 64}) {
+  for (const std::size_t padded : {8U, 16U, 24U, 48U, 64U}) {
     std::vector<float> x(padded);
     std::vector<float> y(padded);
     std::vector<float> direction(padded);
