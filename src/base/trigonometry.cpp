@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "base/trigonometry_core.h"
+#include "base/trigonometry_core.simd.h"
 
 namespace orvandel {
 

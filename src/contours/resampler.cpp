@@ -5,7 +5,7 @@
 #include <new>
 
 #include "base/trigonometry.h"
-#include "base/trigonometry_core.h"
+#include "base/trigonometry_core.simd.h"
 
 namespace orvandel {
 namespace {

@@ -1,7 +1,7 @@
 // The kernel that finds unit vectors, as a loop that compilers turn into vector code; compiled once a level
 // (platform/simd_dispatch.h).
 
-#include "base/trigonometry_core.h"
+#include "base/trigonometry_core.simd.h"
 #include "contours/unit_vector_kernels.h"
 
 namespace orvandel {
