@@ -31,7 +31,8 @@ kernels=$(basename "$object" | sed "s/_$level\..*//")
 exempt=$(awk -v kernels="$kernels" -v level="$level" '
   $1 == kernels && index("," $2 ",", "," level ",") { print $3 }' "$(dirname "${BASH_SOURCE[0]}")/narrow_loops.txt")
 
-# A jump backwards within a function is a loop. Addresses are hexadecimal, and equally wide ones compare as text.
+# A jump backwards within a function is a loop. Addresses are hexadecimal, with 0x before a jump's where LLVM's objdump
+# prints them, and equally wide ones compare as text.
 "$objdump" --disassemble --no-show-raw-insn --demangle "$object" | awk -v register="%$register" -v exempt="$exempt" '
   function wide(address) { return sprintf("%16s", address) }
   # Function names are listed alone; objdump prints them between "::" and "(" or "<".
@@ -50,7 +51,9 @@ exempt=$(awk -v kernels="$kernels" -v level="$level" '
   /^ +[0-9a-f]+:/ {
     at = $1
     sub(/:$/, "", at)
-    if ($2 ~ /^j/ && $3 ~ /^[0-9a-f]+$/ && wide($3) <= wide(at)) loops[name] = 1
+    target = $3
+    sub(/^0x/, "", target)
+    if ($2 ~ /^j/ && target ~ /^[0-9a-f]+$/ && wide(target) <= wide(at)) loops[name] = 1
     packed = $2 ~ /^v?(add|sub|mul|div|sqrt|min|max|cmp[a-z]*)p[sd]$/ ||
              $2 ~ /^v?p(add|sub|mul|madd|min|max|avg|cmp|abs|sra|srl|sll|sad)/
     if (packed && index($0, register)) arithmetic[name]++
