@@ -30,6 +30,19 @@ inline float Larger(float a, float b) {
   return a > b ? a : b;
 }
 
+inline float UnpackX(std::int32_t packed) {
+  return static_cast<float>(static_cast<std::int32_t>(static_cast<std::uint32_t>(packed) << 16) >>
+                            16);
+}
+inline float UnpackY(std::int32_t packed) {
+  return static_cast<float>(packed >> 16);
+}
+
+inline void CopyLanes(const float* from, float* to) {
+  for (std::size_t i = 0; i < kLanes; ++i)
+    to[i] = from[i];
+}
+
 inline void PlaceBlock(const PointArrays& points, std::size_t first, const LevelFrame& frame,
                        const EdgeSampling& sampling, const MeasuredArrays& measured, Block& block) {
   const float* const px = points.x + first;
@@ -38,6 +51,10 @@ inline void PlaceBlock(const PointArrays& points, std::size_t first, const Level
   const float* const ny = points.normal_y + first;
   const auto last_x = static_cast<float>(sampling.width - 2);
   const auto last_y = static_cast<float>(sampling.height - 2);
+  // Local arrays overlap no others; with five of the caller's, clang would not make vector code.
+  float turn[kLanes];
+  float grow[kLanes];
+  float visible[kLanes];
   for (std::size_t i = 0; i < kLanes; ++i) {
     const float arm_x = frame.cosine * px[i] - frame.sine * py[i];
     const float arm_y = frame.sine * px[i] + frame.cosine * py[i];
@@ -49,13 +66,16 @@ inline void PlaceBlock(const PointArrays& points, std::size_t first, const Level
     block.y[i] = y;
     block.normal_x[i] = normal_x;
     block.normal_y[i] = normal_y;
-    measured.normal_x[first + i] = normal_x;
-    measured.normal_y[first + i] = normal_y;
-    measured.turn[first + i] = normal_y * arm_x - normal_x * arm_y;
-    measured.grow[first + i] = normal_x * arm_x + normal_y * arm_y;
+    turn[i] = normal_y * arm_x - normal_x * arm_y;
+    grow[i] = normal_x * arm_x + normal_y * arm_y;
     const bool inside = (x >= 1.0F) & (y >= 1.0F) & (x <= last_x) & (y <= last_y);
-    measured.visible[first + i] = inside ? 1.0F : 0.0F;
+    visible[i] = inside ? 1.0F : 0.0F;
   }
+  CopyLanes(block.normal_x, measured.normal_x + first);
+  CopyLanes(block.normal_y, measured.normal_y + first);
+  CopyLanes(turn, measured.turn + first);
+  CopyLanes(grow, measured.grow + first);
+  CopyLanes(visible, measured.visible + first);
 }
 
 inline void KeepSlope(const EdgeSampling& sampling, const float* gx, const float* gy,
@@ -87,9 +107,8 @@ inline void SampleNearest(const EdgeSampling& sampling, const Block& block, floa
   float gx[kLanes];
   float gy[kLanes];
   for (std::size_t i = 0; i < kLanes; ++i) {
-    gx[i] = static_cast<float>(
-        static_cast<std::int32_t>(static_cast<std::uint32_t>(packed[i]) << 16) >> 16);
-    gy[i] = static_cast<float>(packed[i] >> 16);
+    gx[i] = UnpackX(packed[i]);
+    gy[i] = UnpackY(packed[i]);
   }
   KeepSlope(sampling, gx, gy, block, k, slopes);
 }
@@ -114,24 +133,29 @@ inline void SampleBetween(const EdgeSampling& sampling, const Block& block, floa
     lower[i] = y - static_cast<float>(row);
     index[i] = row * sampling.width + column;
   }
+  // All corners before any sum: clang makes mostly scalar code of a loop over corners with both.
+  std::int32_t packed[4][kLanes];
+  for (std::size_t i = 0; i < kLanes; ++i) {
+    const std::int32_t* const corner = sampling.packed + index[i];
+    packed[0][i] = corner[0];
+    packed[1][i] = corner[1];
+    packed[2][i] = corner[sampling.width];
+    packed[3][i] = corner[sampling.width + 1];
+  }
   float gx[kLanes];
   float gy[kLanes];
-  for (std::size_t i = 0; i < kLanes; ++i)
-    gx[i] = gy[i] = 0.0F;
-  for (std::int32_t corner = 0; corner < 4; ++corner) {
-    const std::int32_t step = (corner & 1) + (corner >> 1) * sampling.width;
-    std::int32_t packed[kLanes];
-    for (std::size_t i = 0; i < kLanes; ++i)
-      packed[i] = sampling.packed[index[i] + step];
-    for (std::size_t i = 0; i < kLanes; ++i) {
-      const float across = (corner & 1) != 0 ? right[i] : 1.0F - right[i];
-      const float down = (corner >> 1) != 0 ? lower[i] : 1.0F - lower[i];
-      const float share = across * down;
-      gx[i] +=
-          share * static_cast<float>(
-                      static_cast<std::int32_t>(static_cast<std::uint32_t>(packed[i]) << 16) >> 16);
-      gy[i] += share * static_cast<float>(packed[i] >> 16);
+  for (std::size_t i = 0; i < kLanes; ++i) {
+    const float left = 1.0F - right[i];
+    const float upper = 1.0F - lower[i];
+    const float shares[4] = {left * upper, right[i] * upper, left * lower[i], right[i] * lower[i]};
+    float x = 0.0F;
+    float y = 0.0F;
+    for (std::size_t corner = 0; corner < 4; ++corner) {
+      x += shares[corner] * UnpackX(packed[corner][i]);
+      y += shares[corner] * UnpackY(packed[corner][i]);
     }
+    gx[i] = x;
+    gy[i] = y;
   }
   KeepSlope(sampling, gx, gy, block, k, slopes);
 }
@@ -152,6 +176,8 @@ inline void PickPeaks(const EdgeSampling& sampling, const Slopes& slopes, std::s
     const float* const here = slopes.slope[k];
     const float* const after = slopes.slope[k + 1];
     for (std::size_t i = 0; i < kLanes; ++i) {
+      // Loaded in any case: clang makes no vector code of a load that only some lanes need.
+      const float signed_slope = slopes.signed_slope[k][i];
       const float rank = here[i] * near;
       const bool is_peak = (here[i] > before[i]) & (here[i] >= after[i]) &
                            (here[i] >= sampling.least_slope) & (slopes.aligned[k][i] > 0.0F) &
@@ -160,7 +186,7 @@ inline void PickPeaks(const EdgeSampling& sampling, const Slopes& slopes, std::s
       const float vertex = t + 0.5F * (after[i] - before[i]) / (is_peak ? curvature : 1.0F);
       best[i] = is_peak ? rank : best[i];
       offset[i] = is_peak ? vertex : offset[i];
-      slope[i] = is_peak ? slopes.signed_slope[k][i] : slope[i];
+      slope[i] = is_peak ? signed_slope : slope[i];
     }
   }
   for (std::size_t i = 0; i < kLanes; ++i) {
