@@ -58,7 +58,7 @@ Plot CostBySize() {
   }
   const auto series = TimeSegments(
       images, [](const NamedImage& input, const LibrarySegments&) { return input.Megapixels(); });
-  return {"Image to line segments, equally crowded pictures", "megapixels", "ms", series.Both()};
+  return {"Image to line segments, equally crowded images", "megapixels", "ms", series.Both()};
 }
 
 Plot CostByContours() {
@@ -69,7 +69,7 @@ Plot CostByContours() {
   const auto series = TimeSegments(images, [](const NamedImage&, const LibrarySegments& run) {
     return static_cast<double>(run.num_contours());
   });
-  return {"Image to line segments, pictures of 1280 x 1024", "contours", "ms", series.Both()};
+  return {"Image to line segments, images of 1280 x 1024", "contours", "ms", series.Both()};
 }
 
 /// An accept score out of reach lets the search try every pair of segments.

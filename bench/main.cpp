@@ -17,14 +17,14 @@ namespace {
 
 constexpr char kUsage[] =
     "usage: orvandel_bench [OPTION...] [--benchmark_...=...]\n"
-    "  --pictures DIR  measure stages on the PNG pictures of a folder, not on rendered ones\n"
+    "  --pictures DIR  measure stages on the PNG images of a folder, not on rendered ones\n"
     "  --suites DIR    measure searches on the suites of a folder, not on rendered scenes\n"
     "  --table FILE    compare side by side, and write the table of ratios to a file as well\n"
     "  --plots DIR     measure how cost grows, and draw the plots into a folder\n"
     "  --no-stages     leave out the benchmarks of the stages by themselves\n";
 
 struct Options {
-  std::string pictures;
+  std::string image_folder;
   std::string suites;
   std::string table;
   std::string plots;
@@ -32,7 +32,7 @@ struct Options {
 };
 
 std::string* TextOption(Options& options, const char* name) {
-  if (std::strcmp(name, "--pictures") == 0) return &options.pictures;
+  if (std::strcmp(name, "--pictures") == 0) return &options.image_folder;
   if (std::strcmp(name, "--suites") == 0) return &options.suites;
   if (std::strcmp(name, "--table") == 0) return &options.table;
   if (std::strcmp(name, "--plots") == 0) return &options.plots;
@@ -57,7 +57,8 @@ Options ReadOptions(int argc, char** argv) {
 
 Workload Load(const Options& options) {
   Workload workload;
-  workload.images = options.pictures.empty() ? RenderedImages() : ReadImages(options.pictures);
+  workload.images =
+      options.image_folder.empty() ? RenderedImages() : ReadImages(options.image_folder);
   workload.searches = options.suites.empty() ? RenderedSearches() : ReadSearches(options.suites);
   return workload;
 }

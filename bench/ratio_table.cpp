@@ -60,7 +60,7 @@ void RatioTable::AddCounts(const std::string& work, const std::string& against,
 
 std::string RatioTable::Markdown() const {
   std::string text =
-      "| Work | Pictures | Unit | Orvandel, median / 99th percentile | Against | Its median / 99th "
+      "| Work | Images | Unit | Orvandel, median / 99th percentile | Against | Its median / 99th "
       "percentile | Median ratio | Least to greatest ratio |\n|---|---|---|---|---|---|---|---|\n";
   for (const std::string& row : rows_)
     text += row;

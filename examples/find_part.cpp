@@ -29,7 +29,7 @@ int main(int argc, char** argv) {
   if (argc != 3) return Fail("usage: find_part PATTERN SCENE");
   const Image pattern = ReadImage(argv[1]);
   const Image scene = ReadImage(argv[2]);
-  if (!pattern || !scene) return Fail("cannot read both pictures");
+  if (!pattern || !scene) return Fail("cannot read both images");
 
   QRSIS search;
   search.Initialize();

@@ -43,7 +43,7 @@ void Draw(const ContourHandle& set) {
   double min_x, min_y, max_x, max_y;
   ctd_bbox(set.get(), &min_x, &min_y, &max_x, &max_y);
   const bool is_small = max_x < 300 && max_y < 300;
-  if (is_small) ctd_save_img(set.get(), folder.File("picture.bmp").c_str());
+  if (is_small) ctd_save_img(set.get(), folder.File("image.bmp").c_str());
 }
 
 /// Takes the set as pattern and as scene.

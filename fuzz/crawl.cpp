@@ -1,11 +1,11 @@
-// Edges and contours of pictures of any size and content, with any threshold and size limits. Every
+// Edges and contours of images of any size and content, with any threshold and size limits. Every
 // stage gives what its reference form gives, at any level of vector instructions.
 
 #include <gtest/gtest.h>
 
 #include "fuzz/byte_source.h"
 #include "fuzz/files.h"
-#include "fuzz/pictures.h"
+#include "fuzz/images.h"
 #include "fuzz/require.h"
 #include "fuzz/target.h"
 #include "orvandel/classic/checked_contour_file.h"
@@ -21,7 +21,7 @@ namespace orvandel::fuzz {
 namespace {
 
 struct Input {
-  ImagePtr picture;
+  ImagePtr image;
   int threshold;
   int min_size;
   int max_size;
@@ -44,26 +44,26 @@ Input InputFrom(ByteSource source) {
   const std::span<const SimdLevel> levels = SupportedSimdLevels();
   input.level = levels[static_cast<std::size_t>(source.Byte()) % levels.size()];
   const int num_rectangles = source.Byte() % 16;
-  input.picture = num_rectangles > 0 ? PaintedPicture(source, width, height, num_rectangles)
-                                     : TiledPicture(source.Rest(), width, height);
+  input.image = num_rectangles > 0 ? PaintedImage(source, width, height, num_rectangles)
+                                   : TiledImage(source.Rest(), width, height);
   return input;
 }
 
-void CheckEdgeStrength(const ImagePtr& picture) {
-  const ImagePtr copy = test::CopyOf(picture);
+void CheckEdgeStrength(const ImagePtr& image) {
+  const ImagePtr copy = test::CopyOf(image);
   const int strength = ctd_compute_edge_strength(nullptr, copy.get());
   ORVANDEL_REQUIRE(strength >= 1 && strength <= 255);
-  for (int y = 0; y < picture->height; ++y)
-    ORVANDEL_REQUIRE(std::equal(picture->row[y], picture->row[y] + picture->width, copy->row[y]));
+  for (int y = 0; y < image->height; ++y)
+    ORVANDEL_REQUIRE(std::equal(image->row[y], image->row[y] + image->width, copy->row[y]));
 }
 
-/// Contours of a picture whose rows lie apart: records cut the points without gap or overlap, and
+/// Contours of an image whose rows lie apart: records cut the points without gap or overlap, and
 /// the file of them is one that the checked reader takes.
 void CheckContours(const Input& input) {
   static const ScratchFolder folder;
-  test::HostImage image(input.picture->width, input.picture->height);
-  for (int y = 0; y < input.picture->height; ++y)
-    std::copy_n(input.picture->row[y], input.picture->width, image.get()->row[y]);
+  test::HostImage image(input.image->width, input.image->height);
+  for (int y = 0; y < input.image->height; ++y)
+    std::copy_n(input.image->row[y], input.image->width, image.get()->row[y]);
 
   const ContourHandle set = test::MakeEmptySet();
   ORVANDEL_REQUIRE(
@@ -85,8 +85,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   testing::GTEST_FLAG(break_on_failure) = true;
   const fuzz::Input input = fuzz::InputFrom({data, size});
   ForceSimdLevel(input.level);
-  fuzz::CheckEdgeStrength(input.picture);
+  fuzz::CheckEdgeStrength(input.image);
   fuzz::CheckContours(input);
-  test::ExpectSameStages(input.picture, input.threshold);
+  test::ExpectSameStages(input.image, input.threshold);
   return 0;
 }

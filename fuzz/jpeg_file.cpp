@@ -1,9 +1,9 @@
 // JPEG files, as they are.
 
-#include "fuzz/picture_file.h"
+#include "fuzz/image_file.h"
 #include "fuzz/target.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  orvandel::fuzz::ReadAsPicture(data, size, ".jpg");
+  orvandel::fuzz::ReadAsImageFile(data, size, ".jpg");
   return 0;
 }

@@ -90,7 +90,7 @@ void MakePngFiles(const Corpus& corpus) {
 }
 
 /// Soft edges, so that all coefficients of a block are there.
-ImagePtr WavyPicture() {
+ImagePtr WavyImage() {
   return MakeImage(20, 17, [](int x, int y) { return (x * x + 3 * x * y + 5 * y) % 256; });
 }
 
@@ -106,7 +106,7 @@ void MakeJpegFiles(const Corpus& corpus) {
   FlatJpeg no_bits;
   no_bits.precision = 0;
   corpus.Write("no_bits.jpg", no_bits.File());
-  im_file_write(WavyPicture().get(), corpus.File("wavy.jpg").c_str(), 0);
+  im_file_write(WavyImage().get(), corpus.File("wavy.jpg").c_str(), 0);
 }
 
 void MakePnmFiles(const Corpus& corpus) {
@@ -147,11 +147,11 @@ void MakeContourPoints(const Corpus& corpus) {
 
 /// What crawl.cpp makes of bytes: width, height, threshold, size limits, vector instructions, then
 /// rectangles or pixels.
-void MakePictures(const Corpus& corpus) {
-  const Bytes picture_40_by_30 = {0, 39, 0, 29};
+void MakeImages(const Corpus& corpus) {
+  const Bytes image_40_by_30 = {0, 39, 0, 29};
   const Bytes threshold_16 = {16};
   const Bytes any_size = {0, 5, 0};
-  const Bytes head = picture_40_by_30 + threshold_16 + any_size;
+  const Bytes head = image_40_by_30 + threshold_16 + any_size;
   corpus.Write("rectangles", head + Bytes{0, 2, 5, 5, 20, 15, 200, 15, 10, 20, 12, 90});
   corpus.Write("stripes", head + Bytes{1, 0, 0, 0, 0, 0, 255, 255, 255, 255});
   corpus.Write("noise", head + Bytes{2, 0, 13, 200, 57, 91, 240, 5, 166, 33, 180, 77, 128});
@@ -161,7 +161,7 @@ void MakePictures(const Corpus& corpus) {
 }
 
 /// What search.cpp makes of bytes: threshold, size limits, accept score, scales or none, the read
-/// at which time is up, then two pictures: size, number of rectangles, rectangles.
+/// at which time is up, then two images: size, number of rectangles, rectangles.
 void MakePairs(const Corpus& corpus) {
   const Bytes pattern = Bytes{31, 27, 2} + Bytes{6, 6, 18, 6, 200} + Bytes{6, 6, 6, 14, 200};
   const Bytes scene = Bytes{55, 47, 2} + Bytes{20, 16, 18, 6, 200} + Bytes{20, 16, 6, 14, 200};
@@ -207,7 +207,7 @@ int main(int argc, char** argv) {
   MakePnmFiles({folder, "pnm_file"});
   MakeContourFiles({folder, "contour_file"});
   MakeContourPoints({folder, "contour_points"});
-  MakePictures({folder, "crawl"});
+  MakeImages({folder, "crawl"});
   MakePairs({folder, "search"});
   MakeCommandLines({folder, "tool"});
   return 0;

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "fuzz/files.h"
-#include "fuzz/picture_file.h"
+#include "fuzz/image_file.h"
 #include "fuzz/target.h"
 #include "tests/platform/png_builder.h"
 
@@ -39,9 +39,9 @@ void RepairChecksums(Bytes& file) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace orvandel::fuzz;
-  ReadAsPicture(data, size, ".png");
+  ReadAsImageFile(data, size, ".png");
   Bytes repaired(data, data + size);
   RepairChecksums(repaired);
-  ReadAsPicture(repaired.data(), repaired.size(), ".png");
+  ReadAsImageFile(repaired.data(), repaired.size(), ".png");
   return 0;
 }

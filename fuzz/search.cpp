@@ -1,4 +1,4 @@
-// Training and search over pairs of pictures, with any parameters. With time enough the result is
+// Training and search over pairs of images, with any parameters. With time enough the result is
 // that of the reference search, bit for bit; with less it is a pose with a score, or none.
 
 #include <cmath>
@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "fuzz/byte_source.h"
-#include "fuzz/pictures.h"
+#include "fuzz/images.h"
 #include "fuzz/require.h"
 #include "fuzz/target.h"
 #include "tests/reference/chain_comparison.h"
@@ -22,11 +22,11 @@ struct Input {
   int expiring_read = 0;
 };
 
-ImagePtr PictureFrom(ByteSource& source) {
+ImagePtr ImageFrom(ByteSource& source) {
   constexpr int kLongestSide = 64;
   const int width = 1 + source.Byte() % kLongestSide;
   const int height = 1 + source.Byte() % kLongestSide;
-  return PaintedPicture(source, width, height, source.Byte() % 8);
+  return PaintedImage(source, width, height, source.Byte() % 8);
 }
 
 /// The scales are any numbers, out of order too.
@@ -43,8 +43,8 @@ Input InputFrom(ByteSource source) {
     input.parameters.max_scale = source.Double();
   }
   input.expiring_read = source.InRange(0, 2000);
-  input.pattern = PictureFrom(source);
-  input.scene = PictureFrom(source);
+  input.pattern = ImageFrom(source);
+  input.scene = ImageFrom(source);
   return input;
 }
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "fuzz/files.h"
-#include "fuzz/pictures.h"
+#include "fuzz/images.h"
 #include "fuzz/require.h"
 #include "fuzz/target.h"
 
@@ -43,20 +43,20 @@ Input InputFrom(const std::string& text) {
 }
 
 /// A bright corner piece on dark ground; `shift` moves it.
-Bytes PictureBytes(int width, int height, int shift) {
+Bytes ImageBytes(int width, int height, int shift) {
   const auto at = static_cast<std::uint8_t>(4 + shift);
   const std::uint8_t rectangles[] = {0, 0, 255, 255, 40, at, at, 15, 6, 200, at, at, 5, 11, 200};
   ByteSource source(rectangles, sizeof rectangles);
-  const ImagePtr image = PaintedPicture(source, width, height, 3);
+  const ImagePtr image = PaintedImage(source, width, height, 3);
   const ScratchFolder folder;
-  ORVANDEL_REQUIRE(im_file_write(image.get(), folder.File("picture.bmp").c_str(), 1) == 0);
-  return ReadBytes(folder.File("picture.bmp"));
+  ORVANDEL_REQUIRE(im_file_write(image.get(), folder.File("image.bmp").c_str(), 1) == 0);
+  return ReadBytes(folder.File("image.bmp"));
 }
 
 /// p.bmp and s.bmp show the same part, which k_qrsi.bmp holds as knowledge; so does the suite.
 void FillFolder(const std::filesystem::path& folder, const std::string& manifest) {
-  static const Bytes pattern = PictureBytes(26, 22, 0);
-  static const Bytes scene = PictureBytes(44, 36, 9);
+  static const Bytes pattern = ImageBytes(26, 22, 0);
+  static const Bytes scene = ImageBytes(44, 36, 9);
   std::filesystem::remove_all(folder);
   std::filesystem::create_directories(folder / "suite");
   for (const char* name : {"p.bmp", "k_qrsi.bmp", "suite/p.bmp"})

@@ -12,14 +12,14 @@ Similarity operator*(const Similarity& left, const Similarity& right) {
 }
 
 Similarity Inverse(const Similarity& similarity) {
-  const Similarity turned_back = {0.0, 0.0, -similarity.angle, 1.0 / similarity.scale};
-  const Point shift = turned_back * Point{-similarity.x, -similarity.y};
-  return {shift.x, shift.y, turned_back.angle, turned_back.scale};
+  const Similarity rotation_back = {0.0, 0.0, -similarity.angle, 1.0 / similarity.scale};
+  const Point shift = rotation_back * Point{-similarity.x, -similarity.y};
+  return {shift.x, shift.y, rotation_back.angle, rotation_back.scale};
 }
 
 double NormalizedAngle(double radians) {
-  const double turned = std::remainder(radians, kTwoPi);  // exact, in [-pi, pi]
-  return turned <= -kPi ? kPi : turned;
+  const double wrapped = std::remainder(radians, kTwoPi);  // exact, in [-pi, pi]
+  return wrapped <= -kPi ? kPi : wrapped;
 }
 
 }  // namespace orvandel

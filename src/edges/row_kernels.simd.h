@@ -157,10 +157,10 @@ void PeakBlock(const Byte* above, const Byte* centre, const Byte* below, const B
     const Byte north_east = above[i + 1], south_west = below_left[i];
     const Byte north_west = above_left[i], south_east = below[i + 1];
     // By the sector's two bits: a chain of comparisons becomes a switch with clang, and then no vector code.
-    const bool upright = (s & 2) != 0, diagonal = (s & 1) != 0;
-    const Byte before_straight = upright ? north : west, after_straight = upright ? south : east;
-    const Byte before_diagonal = upright ? north_west : north_east;
-    const Byte after_diagonal = upright ? south_east : south_west;
+    const bool vertical = (s & 2) != 0, diagonal = (s & 1) != 0;
+    const Byte before_straight = vertical ? north : west, after_straight = vertical ? south : east;
+    const Byte before_diagonal = vertical ? north_west : north_east;
+    const Byte after_diagonal = vertical ? south_east : south_west;
     const Byte before = diagonal ? before_diagonal : before_straight;
     const Byte after = diagonal ? after_diagonal : after_straight;
     const Byte larger = before > after ? before : after;

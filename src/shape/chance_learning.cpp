@@ -17,7 +17,7 @@ constexpr double kSmallestScale = 0.25;
 /// What is imitated better cannot be told from chance at all; a score must still be possible.
 constexpr double kHighest = 0.92;
 
-/// A pattern that is larger than the picture by more than a bit is not searched for in it.
+/// A pattern that is larger than the image by more than a bit is not searched for in it.
 constexpr double kLargestShare = 0.9;
 
 /// Made when first needed, and the same for all patterns.
@@ -26,13 +26,13 @@ const PatternImage& DeadLeaves() {
   return leaves;
 }
 
-double HighestRaw(const ShapeModel& model, const PatternImage& picture, double scale,
+double HighestRaw(const ShapeModel& model, const PatternImage& image, double scale,
                   Workspace& workspace) {
   FindOptions options;
   options.min_scale = scale;
   options.max_scale = 2.0 * scale;
   options.min_score = 0.0;
-  const FindResult result = FindShapes(model, picture.View(), options, workspace);
+  const FindResult result = FindShapes(model, image.View(), options, workspace);
   return result.matches.empty() ? 0.0 : RawScoreOf(result.matches.front().score, 0.0);
 }
 

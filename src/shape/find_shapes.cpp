@@ -64,7 +64,7 @@ constexpr std::size_t kMaxHits = 3000;
 constexpr std::size_t kMaxCandidates = 200;
 constexpr std::size_t kHitsPerWanted = 100;
 constexpr std::size_t kCandidatesPerWanted = 10;
-/// All: as many as a picture may well hold.
+/// All: as many as an image may well hold.
 constexpr std::size_t kMany = 200;
 
 /// Where the best score reaches this, no other polarity is tried.

@@ -3,23 +3,23 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
 namespace {
 
-// Each command that reads a picture, given this one.
-std::vector<std::vector<std::string>> CommandsThatRead(const std::string& picture,
+// Each command that reads an image, given this one.
+std::vector<std::vector<std::string>> CommandsThatRead(const std::string& image,
                                                        const ScratchFolder& folder) {
-  return {{"contours", picture, "--draw", folder.File("out")},
-          {"lines", picture, "--draw", folder.File("out")},
-          {"train", picture, "--save", folder.File("out")},
-          {"find", picture, folder.File("good.png"), "--overlay", folder.File("out")},
-          {"find", folder.File("good.png"), picture, "--output", folder.File("table")}};
+  return {{"contours", image, "--draw", folder.File("out")},
+          {"lines", image, "--draw", folder.File("out")},
+          {"train", image, "--save", folder.File("out")},
+          {"find", image, folder.File("good.png"), "--overlay", folder.File("out")},
+          {"find", folder.File("good.png"), image, "--output", folder.File("table")}};
 }
 
-// Every command refuses the picture in one line that names it, and writes no picture.
+// Every command refuses the image in one line that names it, and writes no image.
 void ExpectRefusal(const ScratchFolder& folder, const std::string& name,
                    const std::string& reason) {
   WriteBracketPattern(folder.File("good.png"));
@@ -35,18 +35,18 @@ void ExpectRefusal(const ScratchFolder& folder, const std::string& name,
   }
 }
 
-TEST(BadPicture, Missing) {
+TEST(BadImage, Missing) {
   const ScratchFolder folder;
   ExpectRefusal(folder, "missing.png", "no such file");
 }
 
-TEST(BadPicture, Folder) {
+TEST(BadImage, Folder) {
   const ScratchFolder folder;
   std::filesystem::create_directories(folder.Path() / "folder.png");
   ExpectRefusal(folder, "folder.png", "folder");
 }
 
-TEST(BadPicture, Empty) {
+TEST(BadImage, Empty) {
   const ScratchFolder folder;
   for (const char* name : {"empty.png", "empty.bmp", "empty.pgm", "empty.jpg"}) {
     WriteBytes(folder.File(name), "");
@@ -54,7 +54,7 @@ TEST(BadPicture, Empty) {
   }
 }
 
-TEST(BadPicture, Foreign) {
+TEST(BadImage, Foreign) {
   const ScratchFolder folder;
   for (const char* name : {"text.png", "text.bmp", "text.pgm", "text.jpg", "text.txt"}) {
     WriteBytes(folder.File(name), "The quick brown fox jumps over the lazy dog.\n");
@@ -62,7 +62,7 @@ TEST(BadPicture, Foreign) {
   }
 }
 
-TEST(BadPicture, CutOff) {
+TEST(BadImage, CutOff) {
   const ScratchFolder folder;
   for (const char* name : {"cut.png", "cut.bmp", "cut.pgm"}) {
     WriteBracketPattern(folder.File(name));
@@ -72,7 +72,7 @@ TEST(BadPicture, CutOff) {
   }
 }
 
-TEST(BadPicture, WithoutPixels) {
+TEST(BadImage, WithoutPixels) {
   const ScratchFolder folder;
   WriteBytes(folder.File("zero.pgm"), "P5\n0 10\n255\n");
   WriteBracketPattern(folder.File("good.png"));
@@ -82,22 +82,22 @@ TEST(BadPicture, WithoutPixels) {
   EXPECT_TRUE(Contains(run.err, "zero.pgm: ")) << run.err;
 }
 
-TEST(BadPicture, TooWide) {
+TEST(BadImage, TooWide) {
   const ScratchFolder folder;
   WriteBytes(folder.File("wide.pgm"), "P5\n65536 1\n255\n" + std::string(65536, '\x40'));
   ExpectRefusal(folder, "wide.pgm", "65535");
 }
 
-TEST(BadPicture, TheWidestIsRead) {
+TEST(BadImage, TheWidestIsRead) {
   const ScratchFolder folder;
   WriteBytes(folder.File("wide.pgm"), "P5\n65535 6\n255\n" + std::string(65535 * 6, '\x40'));
   EXPECT_EQ(RunOrvandel({"contours", folder.File("wide.pgm")}).exit_code, 0);
 }
 
-TEST(BadPicture, APictureMayBeTiny) {
+TEST(BadImage, AnImageMayBeTiny) {
   const ScratchFolder folder;
   for (const int size : {1, 2, 3, 4, 5}) {
-    WriteFlatPicture(folder.File("tiny.png"), size, size);
+    WriteFlatImage(folder.File("tiny.png"), size, size);
     EXPECT_EQ(RunOrvandel({"contours", folder.File("tiny.png")}).exit_code, 0) << size;
     EXPECT_EQ(RunOrvandel({"lines", folder.File("tiny.png")}).exit_code, 0) << size;
     const ToolRun run =
@@ -107,9 +107,9 @@ TEST(BadPicture, APictureMayBeTiny) {
   }
 }
 
-TEST(ColourPicture, IsConvertedAndSaidWithVerbose) {
+TEST(ColourImage, IsConvertedAndSaidWithVerbose) {
   const ScratchFolder folder;
-  WriteColourPicture(folder.File("colour.ppm"), 90, 60);
+  WriteColourImage(folder.File("colour.ppm"), 90, 60);
   for (const char* command : {"contours", "lines"}) {
     const ToolRun quiet = RunOrvandel({command, folder.File("colour.ppm")});
     EXPECT_EQ(quiet.exit_code, 0) << quiet.err;

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 #include "tests/cli/tool_run.h"
 #include "tests/support/images.h"
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr Colour kWhite{255, 255, 255};
 
-ImagePtr BlackPicture(int width, int height) {
+ImagePtr BlackImage(int width, int height) {
   return orvandel::test::MakeImage(width, height, [](int, int) { return 0; });
 }
 
@@ -34,9 +34,9 @@ double SumOfGrey(const tImage& image) {
   return sum;
 }
 
-TEST(Canvas, ShowsThePicture) {
-  const ImagePtr picture = orvandel::test::MakeImage(7, 5, [](int x, int y) { return 20 * x + y; });
-  const ImagePtr drawn = Drawn(Canvas(*picture, 1, 1.0));
+TEST(Canvas, ShowsTheImage) {
+  const ImagePtr image = orvandel::test::MakeImage(7, 5, [](int x, int y) { return 20 * x + y; });
+  const ImagePtr drawn = Drawn(Canvas(*image, 1, 1.0));
   ASSERT_NE(drawn, nullptr);
   ASSERT_EQ(drawn->width, 7);
   ASSERT_EQ(drawn->height, 5);
@@ -45,15 +45,15 @@ TEST(Canvas, ShowsThePicture) {
 }
 
 TEST(Canvas, ZoomRepeatsPixelsAndBrightnessDims) {
-  const ImagePtr picture = orvandel::test::MakeImage(2, 2, [](int x, int) { return 200 * x; });
-  const ImagePtr drawn = Drawn(Canvas(*picture, 3, 0.5));
+  const ImagePtr image = orvandel::test::MakeImage(2, 2, [](int x, int) { return 200 * x; });
+  const ImagePtr drawn = Drawn(Canvas(*image, 3, 0.5));
   ASSERT_EQ(drawn->width, 6);
   EXPECT_EQ(drawn->row[5][2], 0);
   EXPECT_EQ(drawn->row[5][3], 100);
 }
 
 TEST(Canvas, PixelCentresLieAtHalves) {
-  Canvas canvas(*BlackPicture(9, 9), 1, 1.0);
+  Canvas canvas(*BlackImage(9, 9), 1, 1.0);
   canvas.DrawDot({4.5, 2.5}, 1.0, kWhite);
   const ImagePtr drawn = Drawn(canvas);
   EXPECT_EQ(drawn->row[2][4], 255);
@@ -62,7 +62,7 @@ TEST(Canvas, PixelCentresLieAtHalves) {
 }
 
 TEST(Canvas, ALineOnAPixelBorderIsSharedByBothRows) {
-  Canvas canvas(*BlackPicture(40, 9), 1, 1.0);
+  Canvas canvas(*BlackImage(40, 9), 1, 1.0);
   canvas.DrawLine({2.5, 4.0}, {37.5, 4.0}, 1.0, kWhite);
   const ImagePtr drawn = Drawn(canvas);
   EXPECT_NEAR(drawn->row[3][20], 127.5, 1);
@@ -76,7 +76,7 @@ TEST(Canvas, ALineHasItsWidthInEveryDirection) {
   constexpr double kWidth = 3;
   constexpr double kArea = kLength * kWidth + 3.14159265 * kWidth * kWidth / 4;
   for (const double angle : {0.0, 0.3, 0.785, 1.2, 1.5708}) {
-    Canvas canvas(*BlackPicture(100, 100), 1, 1.0);
+    Canvas canvas(*BlackImage(100, 100), 1, 1.0);
     const Point from = {20.3, 20.7};
     canvas.DrawLine(from, {from.x + kLength * std::cos(angle), from.y + kLength * std::sin(angle)},
                     kWidth, kWhite);
@@ -86,16 +86,16 @@ TEST(Canvas, ALineHasItsWidthInEveryDirection) {
 
 TEST(Canvas, JointsOfAPolylineAreNotBlendedTwice) {
   const std::vector<Point> points = {{5, 5}, {20, 5}, {20, 5}, {35, 5}};
-  Canvas joined(*BlackPicture(40, 10), 1, 1.0);
+  Canvas joined(*BlackImage(40, 10), 1, 1.0);
   joined.DrawPolyline(points, false, 1.0, kWhite);
-  Canvas straight(*BlackPicture(40, 10), 1, 1.0);
+  Canvas straight(*BlackImage(40, 10), 1, 1.0);
   straight.DrawLine(points.front(), points.back(), 1.0, kWhite);
   EXPECT_EQ(joined.EncodePng(), straight.EncodePng());
 }
 
 TEST(Canvas, AClosedPolylineReturnsToItsStart) {
   const std::vector<Point> points = {{5, 5}, {35, 5}, {35, 35}};
-  Canvas canvas(*BlackPicture(40, 40), 1, 1.0);
+  Canvas canvas(*BlackImage(40, 40), 1, 1.0);
   canvas.DrawPolyline(points, true, 1.0, kWhite);
   EXPECT_GT(Drawn(canvas)->row[20][20], 100);
 }
@@ -103,7 +103,7 @@ TEST(Canvas, AClosedPolylineReturnsToItsStart) {
 TEST(Canvas, WhatLiesOutsideIsCutOff) {
   constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
   constexpr double kInfinite = std::numeric_limits<double>::infinity();
-  Canvas canvas(*BlackPicture(20, 20), 1, 1.0);
+  Canvas canvas(*BlackImage(20, 20), 1, 1.0);
   const std::string untouched = canvas.EncodePng();
   canvas.DrawLine({-50, -50}, {-10, 70}, 3, kWhite);
   canvas.DrawLine({kNotANumber, 5}, {10, 10}, 3, kWhite);

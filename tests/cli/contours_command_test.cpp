@@ -6,7 +6,7 @@
 #include "cli/contour_set.h"
 #include "evaluation/csv.h"
 #include "orvandel/classic/ctd.h"
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
@@ -88,7 +88,7 @@ TEST_F(ContoursCommand, TheDumpListsEveryPoint) {
   EXPECT_EQ(NumLines(dump), 1 + 3 + num_points);
 }
 
-TEST_F(ContoursCommand, TheDrawingShowsTheContourOverTheDarkenedPicture) {
+TEST_F(ContoursCommand, TheDrawingShowsTheContourOverTheDarkenedImage) {
   ASSERT_EQ(RunOrvandel({"contours", image_, "--draw", folder_.File("seen.png"), "--zoom", "3"})
                 .exit_code,
             0);
@@ -109,8 +109,8 @@ TEST_F(ContoursCommand, OnlyTheFirstContoursAreListedUnlessAllAreWanted) {
   EXPECT_EQ(NumLines(all.out), NumLines(few.out) + 5 - 1);
 }
 
-TEST_F(ContoursCommand, APictureWithoutEdgesHasNone) {
-  WriteFlatPicture(folder_.File("flat.png"), 40, 30);
+TEST_F(ContoursCommand, AnImageWithoutEdgesHasNone) {
+  WriteFlatImage(folder_.File("flat.png"), 40, 30);
   const ToolRun run = RunOrvandel({"contours", folder_.File("flat.png"), "--save",
                                    folder_.File("f"), "--draw", folder_.File("f.png")});
   EXPECT_EQ(run.exit_code, 0) << run.err;

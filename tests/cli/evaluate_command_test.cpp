@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "evaluation/csv.h"
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
@@ -142,7 +142,7 @@ TEST_F(EvaluateCommand, UnusableCasesAreReportedOnceAndCountAsMissed) {
                 "gone,../pattern.png,gone.png,0,1,2,3,1,0\n"
                 "bad1,../flat.png,present.png,0,1,2,3,1,0\n"
                 "bad2,../flat.png,present.png,0,1,2,3,1,0\n");
-  WriteFlatPicture(folder_.File("flat.png"), 40, 40);
+  WriteFlatImage(folder_.File("flat.png"), 40, 40);
   const ToolRun run = RunOrvandel({"evaluate", suite_, "--csv"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(NumLines(run.err), 2) << run.err;

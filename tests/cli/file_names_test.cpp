@@ -5,7 +5,7 @@
 
 #include "evaluation/paths.h"
 #include "tests/cli/run_program.h"
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 #include "tests/cli/tool_run.h"
 
 // Arguments, files and output with letters that no code page of Windows has together.
@@ -23,7 +23,7 @@ class FileNames : public testing::Test {
  protected:
   FileNames() {
     std::filesystem::create_directories(PathFromUtf8(own_folder_));
-    WriteBracketPattern(picture_);
+    WriteBracketPattern(image_);
   }
 
   std::string InOwnFolder(const std::string& suffix) const {
@@ -33,11 +33,11 @@ class FileNames : public testing::Test {
   ScratchFolder folder_;
   const std::string letters_ = reinterpret_cast<const char*>(kLetters);
   const std::string own_folder_ = folder_.File(letters_);
-  const std::string picture_ = InOwnFolder(".png");
+  const std::string image_ = InOwnFolder(".png");
 };
 
 TEST_F(FileNames, AreReadAndPrintedWithAllTheirLetters) {
-  const ToolRun run = RunOrvandel({"find", picture_, picture_});
+  const ToolRun run = RunOrvandel({"find", image_, image_});
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_TRUE(Contains(run.out, letters_)) << run.out;
 }
@@ -55,17 +55,17 @@ TEST_F(FileNames, MayBeginWithASlash) {  // with which other programs for Window
 }
 
 TEST_F(FileNames, OfKnowledgeMayHaveAnyLetter) {
-  const ToolRun train = RunOrvandel({"train", picture_, "--save", InOwnFolder("")});
+  const ToolRun train = RunOrvandel({"train", image_, "--save", InOwnFolder("")});
   EXPECT_EQ(train.exit_code, 0) << train.err;
   EXPECT_TRUE(FileExists(InOwnFolder("_qrsi.bmp")));
-  const ToolRun find = RunOrvandel({"find", "--knowledge", InOwnFolder(""), picture_});
+  const ToolRun find = RunOrvandel({"find", "--knowledge", InOwnFolder(""), image_});
   EXPECT_EQ(find.exit_code, 0) << find.err;
 }
 
 TEST_F(FileNames, OfEveryOutputMayHaveAnyLetter) {
   const std::string ctd = InOwnFolder(".ctd"), dump = InOwnFolder(".txt"), csv = InOwnFolder("");
   const ToolRun run =
-      RunOrvandel({"contours", picture_, "--save", ctd, "--dump", dump, "--csv", "--output", csv});
+      RunOrvandel({"contours", image_, "--save", ctd, "--dump", dump, "--csv", "--output", csv});
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_TRUE(FileExists(ctd));
   EXPECT_TRUE(FileExists(csv));
@@ -76,7 +76,7 @@ TEST_F(FileNames, OfEveryOutputMayHaveAnyLetter) {
 TEST_F(FileNames, OfTheTemporaryFolderMayHaveAnyLetter) {
   const ScopedVariable posix("TMPDIR", own_folder_);
   const ScopedVariable windows("TMP", own_folder_);
-  const ToolRun run = RunOrvandel({"contours", picture_, "--save", folder_.File("contours.ctd"),
+  const ToolRun run = RunOrvandel({"contours", image_, "--save", folder_.File("contours.ctd"),
                                    "--dump", folder_.File("contours.txt")});
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_TRUE(FileExists(folder_.File("contours.ctd")));

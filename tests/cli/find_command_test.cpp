@@ -8,7 +8,7 @@
 #include "evaluation/classic_pixels.h"
 #include "evaluation/csv.h"
 #include "evaluation/pose_error.h"
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
@@ -21,7 +21,7 @@ using Json = nlohmann::json;
 
 constexpr render::Pose kPose = {.x = 301.3, .y = 244.8, .angle_deg = 137, .scale = 1.1};
 
-// Where the picture's own pattern point `reference` lies at the pose, as the program counts pixels.
+// Where the image's own pattern point `reference` lies at the pose, as the program counts pixels.
 Point TruePosition(const render::Pose& pose, Point reference) {
   const Similarity scene_from_pattern = {pose.x, pose.y, evaluation::Radians(pose.angle_deg),
                                          pose.scale};
@@ -74,7 +74,7 @@ TEST_F(FindCommand, TextHasAHeadAndALinePerScene) {
 }
 
 TEST_F(FindCommand, CsvHasAFieldForEveryColumn) {
-  WriteFlatPicture(folder_.File("a, flat one.png"), 64, 64);
+  WriteFlatImage(folder_.File("a, flat one.png"), 64, 64);
   const ToolRun run =
       RunOrvandel({"find", "--csv", pattern_, scene_, folder_.File("a, flat one.png")});
   EXPECT_EQ(run.exit_code, 1);
@@ -105,7 +105,7 @@ TEST_F(FindCommand, NotFoundInOneSceneIsExitCodeOne) {
 }
 
 TEST_F(FindCommand, SaysWhyThereIsNoPose) {
-  WriteFlatPicture(folder_.File("flat.png"), 64, 64);
+  WriteFlatImage(folder_.File("flat.png"), 64, 64);
   WriteDisc(folder_.File("disc.png"), 8);
   const ToolRun run =
       RunOrvandel({"find", pattern_, folder_.File("flat.png"), folder_.File("disc.png"), "--json"});
@@ -144,12 +144,12 @@ TEST_F(FindCommand, TheScaleRangeExcludesOtherSizes) {
   EXPECT_EQ(RunOrvandel({"find", pattern_, scene_, "--scale", "1,1.2"}).exit_code, 0);
 }
 
-TEST_F(FindCommand, APatternCanBeCutOutOfAPicture) {
-  // The bracket lies upright in the middle of this picture, so its pattern picture is that part.
-  const render::Pose upright = {.x = 319.5, .y = 239.5};
-  WriteBracketScene(folder_.File("upright.png"), upright);
-  const ToolRun run = RunOrvandel(
-      {"find", folder_.File("upright.png"), scene_, "--json", "--pattern-rect", "210,150,220,180"});
+TEST_F(FindCommand, APatternCanBeCutOutOfAnImage) {
+  // The bracket lies unrotated in the middle of this image, so its pattern image is that part.
+  const render::Pose unrotated = {.x = 319.5, .y = 239.5};
+  WriteBracketScene(folder_.File("unrotated.png"), unrotated);
+  const ToolRun run = RunOrvandel({"find", folder_.File("unrotated.png"), scene_, "--json",
+                                   "--pattern-rect", "210,150,220,180"});
   ASSERT_EQ(run.exit_code, 0) << run.err;
   const Json document = Json::parse(run.out);
   EXPECT_EQ(document["pattern"]["width"], kBracketWidth);
@@ -160,7 +160,7 @@ TEST_F(FindCommand, APatternCanBeCutOutOfAPicture) {
   EXPECT_NEAR(document["results"].at(0)["y"], truth.y, 1.0);
 }
 
-TEST_F(FindCommand, ACutOutMustLieInsideThePicture) {
+TEST_F(FindCommand, ACutOutMustLieInsideTheImage) {
   const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--pattern-rect", "100,100,220,180"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(run.out, "");
@@ -176,7 +176,7 @@ TEST_F(FindCommand, TheEdgeThresholdCanBeEstimated) {
 }
 
 TEST_F(FindCommand, OneUnusableSceneDoesNotStopTheOthers) {
-  WriteBytes(folder_.File("broken.png"), "this is no picture");
+  WriteBytes(folder_.File("broken.png"), "this is no image");
   const ToolRun run = RunOrvandel({"find", pattern_, folder_.File("broken.png"),
                                    folder_.File("missing.png"), scene_, "--json"});
   EXPECT_EQ(run.exit_code, 2);
@@ -226,7 +226,7 @@ TEST_F(FindCommand, OverlaysOfTheSameNameStandSideBySide) {
 }
 
 TEST_F(FindCommand, VerboseTellsWhatWasLearntAndConverted) {
-  WriteColourPicture(folder_.File("colour.ppm"), 90, 60);
+  WriteColourImage(folder_.File("colour.ppm"), 90, 60);
   const ToolRun run =
       RunOrvandel({"find", pattern_, folder_.File("colour.ppm"), scene_, "--verbose"});
   EXPECT_TRUE(Contains(run.err, "220 x 180 pixels")) << run.err;

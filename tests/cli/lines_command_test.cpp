@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "evaluation/csv.h"
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
@@ -79,7 +79,7 @@ TEST_F(LinesCommand, TheDrawingShowsThem) {
   EXPECT_GT(drawn->row[45][20], drawn->row[45][5] + 20);  // the left side against the dark ground
 }
 
-TEST_F(LinesCommand, APictureWithoutThemIsNoError) {
+TEST_F(LinesCommand, AnImageWithoutThemIsNoError) {
   WriteDisc(folder_.File("disc.png"), 8);
   const ToolRun run =
       RunOrvandel({"lines", folder_.File("disc.png"), "--draw", folder_.File("d.png")});

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
@@ -11,18 +11,18 @@ namespace {
 
 class OutputFile : public testing::Test {
  protected:
-  OutputFile() { WriteBracketPattern(picture_); }
+  OutputFile() { WriteBracketPattern(image_); }
 
   // Every option that writes a file, with this one.
   std::vector<std::vector<std::string>> CommandsThatWrite(const std::string& file) const {
-    return {{"contours", picture_, "--save", file},        {"contours", picture_, "--dump", file},
-            {"contours", picture_, "--draw", file},        {"contours", picture_, "--output", file},
-            {"lines", picture_, "--draw", file},           {"lines", picture_, "--output", file},
-            {"find", picture_, picture_, "--output", file}};
+    return {{"contours", image_, "--save", file},      {"contours", image_, "--dump", file},
+            {"contours", image_, "--draw", file},      {"contours", image_, "--output", file},
+            {"lines", image_, "--draw", file},         {"lines", image_, "--output", file},
+            {"find", image_, image_, "--output", file}};
   }
 
   ScratchFolder folder_;
-  std::string picture_ = folder_.File("picture.png");
+  std::string image_ = folder_.File("image.png");
 };
 
 TEST_F(OutputFile, AMissingFolderIsNamed) {
@@ -50,7 +50,7 @@ TEST_F(OutputFile, AFullDiskIsAnError) {
 TEST_F(OutputFile, AFullStandardOutputIsAnError) {
   if (!FileExists("/dev/full")) GTEST_SKIP() << "no /dev/full here";
   for (const std::vector<std::string>& command :
-       {std::vector<std::string>{"find", picture_, picture_}, {"lines", picture_}, {"--help"}}) {
+       {std::vector<std::string>{"find", image_, image_}, {"lines", image_}, {"--help"}}) {
     const ToolRun run = RunOrvandelInto("/dev/full", command);
     EXPECT_EQ(run.exit_code, 2) << command[0];
     EXPECT_TRUE(Contains(run.err, "standard output: cannot be written")) << run.err;
@@ -82,13 +82,12 @@ TEST_F(OutputFile, NothingIsLeftBesideIt) {
   int num_files = 0;
   for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder_.Path()))
     ++num_files;
-  EXPECT_EQ(num_files, 2);  // the picture and the file
+  EXPECT_EQ(num_files, 2);  // the image and the file
 }
 
 TEST_F(OutputFile, AnOverlayFolderThatCannotBeMadeIsAnError) {
   WriteBytes(folder_.File("taken"), "a file");
-  const ToolRun run =
-      RunOrvandel({"find", picture_, picture_, "--overlay", folder_.File("taken/o")});
+  const ToolRun run = RunOrvandel({"find", image_, image_, "--overlay", folder_.File("taken/o")});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_TRUE(Contains(run.err, "taken/o: this folder cannot be made")) << run.err;
 }

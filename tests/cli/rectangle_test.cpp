@@ -25,7 +25,7 @@ TEST(Rectangle, ARectangleWithoutPixelsIsRefused) {
     EXPECT_THROW(ParseRectangle(text), UsageError) << text;
 }
 
-TEST(Rectangle, ItMayTouchThePictureBorderAndNoMore) {
+TEST(Rectangle, ItMayTouchTheImageBorderAndNoMore) {
   EXPECT_NO_THROW(CheckInside({.x = 3, .y = 1, .width = 7, .height = 9}, 10, 10, "p"));
   EXPECT_THROW(CheckInside({.x = 4, .y = 1, .width = 7, .height = 9}, 10, 10, "p"), UsageError);
   EXPECT_THROW(CheckInside({.x = 3, .y = 2, .width = 7, .height = 9}, 10, 10, "p"), UsageError);

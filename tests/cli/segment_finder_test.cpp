@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "evaluation/pose_error.h"
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 #include "tests/support/images.h"
 #include "tests/support/scratch_folder.h"
 

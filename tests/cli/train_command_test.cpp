@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 #include "tests/cli/tool_run.h"
 
 namespace orvandel::cli::test {
@@ -13,7 +13,7 @@ using Json = nlohmann::json;
 
 constexpr render::Pose kPose = {.x = 330.1, .y = 220.6, .angle_deg = -35, .scale = 0.9};
 
-TEST(TrainCommand, KeepsThePatternPicture) {
+TEST(TrainCommand, KeepsThePatternImage) {
   const ScratchFolder folder;
   WriteBracketPattern(folder.File("pattern.png"));
   const ToolRun run =
@@ -65,7 +65,7 @@ TEST(TrainCommand, KeepsACutOut) {
 
 TEST(TrainCommand, APatternWithoutContoursIsRefused) {
   const ScratchFolder folder;
-  WriteFlatPicture(folder.File("flat.png"), 80, 60);
+  WriteFlatImage(folder.File("flat.png"), 80, 60);
   const ToolRun run =
       RunOrvandel({"train", folder.File("flat.png"), "--save", folder.File("part")});
   EXPECT_EQ(run.exit_code, 2);
@@ -89,7 +89,7 @@ TEST(TrainCommand, APatternWithoutStraightEdgesIsRefused) {
 
 TEST(TrainCommand, AFailureLeavesAnOlderFileWhole) {
   const ScratchFolder folder;
-  WriteFlatPicture(folder.File("flat.png"), 80, 60);
+  WriteFlatImage(folder.File("flat.png"), 80, 60);
   WriteBytes(folder.File("part_qrsi.bmp"), "older");
   EXPECT_EQ(
       RunOrvandel({"train", folder.File("flat.png"), "--save", folder.File("part")}).exit_code, 2);
@@ -109,8 +109,8 @@ TEST(TrainCommand, AMissingFolderIsNamed) {
 TEST(Knowledge, WhatCannotBeReadIsAnError) {
   const ScratchFolder folder;
   WriteBracketScene(folder.File("scene.png"), kPose);
-  WriteBytes(folder.File("text_qrsi.bmp"), "no picture");
-  WriteFlatPicture(folder.File("flat_qrsi.bmp"), 80, 60);
+  WriteBytes(folder.File("text_qrsi.bmp"), "no image");
+  WriteFlatImage(folder.File("flat_qrsi.bmp"), 80, 60);
   WriteDisc(folder.File("disc_qrsi.bmp"), 8);
   const auto error_of = [&](const char* name) {
     const ToolRun run =

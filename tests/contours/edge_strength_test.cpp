@@ -22,7 +22,7 @@ int Proposal(const Grid& grid) {
 /// and down again, 4 columns each, gives horizontal gradients H/2, H, H/2 and -H/2, -H, -H/2,
 /// rounded down; the magnitude is 0.7 of that. One step of every height from 2 to `highest` so fills
 /// every bin up to 0.7 * highest, and 20 more of height 10 (gradients of 5, magnitude 3.5) make bin 3
-/// the fullest. Turned into columns of steps the gradients are H/2, H, H, H/2; there height 5 does.
+/// the fullest. Made into columns of steps the gradients are H/2, H, H, H/2; there height 5 does.
 class StripOfSteps {
  public:
   StripOfSteps(int base, int highest, int repeated = 10) : row_(6, base) {

@@ -90,7 +90,7 @@ TEST(EdgePositions, TheMirroredSoftStepTruncatesItsNegativeShiftTowardZero) {
   ExpectColumnOfPoints(Detect(Columns(mirrored, 7), 10), 2, 4, 5, 127 - 62, -kPi);
 }
 
-TEST(EdgePositions, TheTurnedSoftStepShiftsAlongY) {
+TEST(EdgePositions, TheTransposedSoftStepShiftsAlongY) {
   const auto points = Detect(Transposed(Columns(kSoftStep, 7)), 10);
   ASSERT_EQ(points.size(), 3u);
   for (std::size_t i = 0; i < 3; ++i) {

@@ -42,7 +42,7 @@ ImagePtr Waves(UniformRandom& random, int width, int height) {
 ImagePtr FrameOfSize(UniformRandom& random, int width, int height) {
   switch (random.Integer(0, 7)) {
     case 0:
-      return UniformPicture(width, height);
+      return UniformImage(width, height);
     case 1:
       return Noise(random, width, height);
     case 2:
@@ -57,7 +57,7 @@ ImagePtr FrameOfSize(UniformRandom& random, int width, int height) {
 }  // namespace
 
 ImagePtr EndurancePattern() {
-  return PictureOf(SmallPart());
+  return ImageOf(SmallPart());
 }
 
 ImagePtr FrameOf(std::uint32_t index) {

@@ -13,7 +13,7 @@ namespace orvandel::render {
 namespace {
 
 constexpr Pose kInPlace{};
-constexpr Size kPicture{40, 30};
+constexpr Size kImage{40, 30};
 
 /// How much of pixel `index` along one axis lies between two coordinates.
 double Overlap(int index, double low, double high) {
@@ -53,9 +53,9 @@ Outline RandomStar(RandomSource& random) {
   return star;
 }
 
-void ExpectCoverage(const Outline& outline, const Coverage& coverage, Size picture) {
-  for (int row = 0; row < picture.height; ++row) {
-    for (int column = 0; column < picture.width; ++column)
+void ExpectCoverage(const Outline& outline, const Coverage& coverage, Size image) {
+  for (int row = 0; row < image.height; ++row) {
+    for (int column = 0; column < image.width; ++column)
       ASSERT_NEAR(coverage.At(column, row), ClippedArea(outline, column, row), 1e-11)
           << column << ", " << row;
   }
@@ -65,9 +65,9 @@ TEST(Coverage, AnUprightRectangleCoversItsOverlapWithEachPixel) {
   // Borders inside pixels, on their centres and on their edges.
   for (const double offset : {0.0, 0.125, 0.3, 0.5, 0.77}) {
     const Point centre{12 + offset, 9 - offset / 3};
-    const Coverage coverage = CoverShape({Rectangle(centre, 9.4, 5)}, kInPlace, kPicture);
-    for (int row = 0; row < kPicture.height; ++row) {
-      for (int column = 0; column < kPicture.width; ++column) {
+    const Coverage coverage = CoverShape({Rectangle(centre, 9.4, 5)}, kInPlace, kImage);
+    for (int row = 0; row < kImage.height; ++row) {
+      for (int column = 0; column < kImage.width; ++column) {
         const double expected = Overlap(column, centre.x - 4.7, centre.x + 4.7) *
                                 Overlap(row, centre.y - 2.5, centre.y + 2.5);
         ASSERT_NEAR(coverage.At(column, row), expected, 1e-12) << column << ", " << row;
@@ -77,7 +77,7 @@ TEST(Coverage, AnUprightRectangleCoversItsOverlapWithEachPixel) {
 }
 
 TEST(Coverage, ADiagonalThroughPixelCentresHalvesThem) {
-  const Coverage coverage = CoverShape({{{0, 0}, {20, 0}, {20, 20}}}, kInPlace, kPicture);
+  const Coverage coverage = CoverShape({{{0, 0}, {20, 0}, {20, 20}}}, kInPlace, kImage);
   for (int i = 1; i < 20; ++i) {
     EXPECT_NEAR(coverage.At(i, i), 0.5, 1e-12);
     EXPECT_NEAR(coverage.At(i, i + 1), 0, 1e-12);
@@ -86,9 +86,9 @@ TEST(Coverage, ADiagonalThroughPixelCentresHalvesThem) {
 
 TEST(Coverage, EveryPixelAgreesWithClippingThePolygonToIt) {
   RandomSource random(/*seed=*/7);
-  for (int trial = 0; trial < 25; ++trial) {  // the stars reach beyond the picture on every side
+  for (int trial = 0; trial < 25; ++trial) {  // the stars reach beyond the image on every side
     const Outline star = RandomStar(random);
-    ExpectCoverage(star, CoverShape({star}, kInPlace, kPicture), kPicture);
+    ExpectCoverage(star, CoverShape({star}, kInPlace, kImage), kImage);
   }
 }
 
@@ -101,9 +101,9 @@ TEST(Coverage, ThePoseTurnsScalesAndMovesTheShape) {
     placed.push_back({19.3 + 1.7 * (std::cos(angle) * p.x - std::sin(angle) * p.y),
                       14.8 + 1.7 * (std::sin(angle) * p.x + std::cos(angle) * p.y)});
   }
-  const Coverage coverage = CoverShape({shape}, pose, kPicture);
-  for (int row = 0; row < kPicture.height; ++row) {
-    for (int column = 0; column < kPicture.width; ++column)
+  const Coverage coverage = CoverShape({shape}, pose, kImage);
+  for (int row = 0; row < kImage.height; ++row) {
+    for (int column = 0; column < kImage.width; ++column)
       ASSERT_NEAR(coverage.At(column, row), ClippedArea(placed, column, row), 1e-7);
   }
 }
@@ -111,7 +111,7 @@ TEST(Coverage, ThePoseTurnsScalesAndMovesTheShape) {
 TEST(Coverage, ARotatedSquareKeepsItsArea) {
   for (const double angle_deg : {0.0, 1.0, 30.0, 45.0, 89.0, 90.0, 123.4, -60.0}) {
     const Coverage coverage =
-        CoverShape({Rectangle({}, 10, 10)}, {20.2, 14.7, angle_deg, 1.5}, kPicture);
+        CoverShape({Rectangle({}, 10, 10)}, {20.2, 14.7, angle_deg, 1.5}, kImage);
     EXPECT_NEAR(coverage.Total(), 225, 1e-5) << angle_deg;  // directions are multiples of 2^-30
   }
 }
@@ -119,7 +119,7 @@ TEST(Coverage, ARotatedSquareKeepsItsArea) {
 TEST(Coverage, ADiscCoversItsArea) {
   for (const double scale : {0.6, 1.0, 2.0}) {
     const double radius = 6 * scale;
-    const Coverage coverage = CoverShape({Circle({}, 6)}, {20.4, 15.1, 0, scale}, kPicture);
+    const Coverage coverage = CoverShape({Circle({}, 6)}, {20.4, 15.1, 0, scale}, kImage);
     EXPECT_NEAR(coverage.Total(), kPi * radius * radius, kTwoPi * radius * scale * kFlatness);
   }
 }
@@ -131,29 +131,29 @@ TEST(Coverage, AHoleIsLeftOutWhicheverWayItRuns) {
   const Outline reversed_box(box.rbegin(), box.rend());
   for (const Shape& shape : {Shape{box, {hole}}, Shape{box, {reversed_hole}},
                              Shape{reversed_box, {hole}}, Shape{reversed_box, {reversed_hole}}}) {
-    const Coverage coverage = CoverShape(shape, kInPlace, kPicture);
+    const Coverage coverage = CoverShape(shape, kInPlace, kImage);
     EXPECT_NEAR(coverage.Total(), 20 * 20 - 6 * 5, 1e-9);
     EXPECT_NEAR(coverage.At(21, 15), 0, 1e-12);
     EXPECT_NEAR(coverage.At(12, 15), 1, 1e-12);
   }
 }
 
-TEST(Coverage, AShapeThatFillsThePictureCoversEveryPixel) {
-  const Coverage coverage = CoverShape({Rectangle({}, 500, 500)}, {3, 4, 20, 1}, kPicture);
+TEST(Coverage, AShapeThatFillsTheImageCoversEveryPixel) {
+  const Coverage coverage = CoverShape({Rectangle({}, 500, 500)}, {3, 4, 20, 1}, kImage);
   EXPECT_EQ(coverage.share.size(), 1200u);
   for (const double share : coverage.share)
     ASSERT_NEAR(share, 1, 1e-12);
 }
 
-TEST(Coverage, AShapeOutsideThePictureCoversNothing) {
+TEST(Coverage, AShapeOutsideTheImageCoversNothing) {
   for (const Point centre : {Point{-20, 15}, Point{60, 15}, Point{20, -20}, Point{20, 50}}) {
-    const Coverage coverage = CoverShape({Rectangle(centre, 10, 10)}, kInPlace, kPicture);
+    const Coverage coverage = CoverShape({Rectangle(centre, 10, 10)}, kInPlace, kImage);
     EXPECT_EQ(coverage.Total(), 0) << centre.x << ", " << centre.y;
   }
 }
 
 TEST(Coverage, NoOutlineCoversNothing) {
-  EXPECT_EQ(CoverShape({}, kInPlace, kPicture).Total(), 0);
+  EXPECT_EQ(CoverShape({}, kInPlace, kImage).Total(), 0);
 }
 
 }  // namespace

@@ -5,18 +5,18 @@
 
 namespace orvandel::render {
 
-/// What a picture holds above its ground: the sum, and its centre as a pixel position.
+/// What an image holds above its ground: the sum, and its centre as a pixel position.
 struct Mass {
   double total = 0;
   Point centroid;
 };
 
-inline Mass MassOf(const ImagePtr& picture, double ground) {
+inline Mass MassOf(const ImagePtr& image, double ground) {
   Mass mass;
   Point moment;
-  for (int y = 0; y < picture->height; ++y) {
-    for (int x = 0; x < picture->width; ++x) {
-      const double value = picture->row[y][x] - ground;
+  for (int y = 0; y < image->height; ++y) {
+    for (int x = 0; x < image->width; ++x) {
+      const double value = image->row[y][x] - ground;
       mass.total += value;
       moment = moment + value * Point{static_cast<double>(x), static_cast<double>(y)};
     }

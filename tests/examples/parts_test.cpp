@@ -15,16 +15,16 @@ constexpr double kGround = 60;
 TEST(Parts, EveryPartLiesWithinItsFrame) {
   for (const Part& part :
        {MetalBracket(), Gear(), Washer(30, 14), HexNut(52), Rod(150, 10), Plate(130, 84)}) {
-    const ImagePtr picture = RenderPattern(part, {.ground = kGround});
-    ASSERT_TRUE(picture);
-    EXPECT_GT(MassOf(picture, kGround).total, 0);
-    for (int x = 0; x < picture->width; ++x) {
-      EXPECT_EQ(picture->row[0][x], 60);
-      EXPECT_EQ(picture->row[picture->height - 1][x], 60);
+    const ImagePtr image = RenderPattern(part, {.ground = kGround});
+    ASSERT_TRUE(image);
+    EXPECT_GT(MassOf(image, kGround).total, 0);
+    for (int x = 0; x < image->width; ++x) {
+      EXPECT_EQ(image->row[0][x], 60);
+      EXPECT_EQ(image->row[image->height - 1][x], 60);
     }
-    for (int y = 0; y < picture->height; ++y) {
-      EXPECT_EQ(picture->row[y][0], 60);
-      EXPECT_EQ(picture->row[y][picture->width - 1], 60);
+    for (int y = 0; y < image->height; ++y) {
+      EXPECT_EQ(image->row[y][0], 60);
+      EXPECT_EQ(image->row[y][image->width - 1], 60);
     }
   }
 }
@@ -54,13 +54,13 @@ TEST(Parts, TheBracketLooksDifferentAtEveryAngle) {
     return RenderScene({{MetalBracket(), {120, 120, angle_deg, 1}}}, {.ground = kGround},
                        {241, 241});
   };
-  const ImagePtr upright = view(0);
+  const ImagePtr unrotated = view(0);
   for (int angle_deg = 15; angle_deg < 360; angle_deg += 15) {
-    const ImagePtr turned = view(angle_deg);
+    const ImagePtr rotated = view(angle_deg);
     int differing = 0;
     for (int y = 0; y < 241; ++y) {
       for (int x = 0; x < 241; ++x)
-        differing += std::abs(upright->row[y][x] - turned->row[y][x]) > 50 ? 1 : 0;
+        differing += std::abs(unrotated->row[y][x] - rotated->row[y][x]) > 50 ? 1 : 0;
     }
     EXPECT_GT(differing, 1500) << angle_deg;  // pixels, of about 18000 that show the part
   }

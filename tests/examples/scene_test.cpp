@@ -32,16 +32,16 @@ double NormalCdf(double x) {
 
 TEST(Scene, AnUprightRectanglesGreysFollowItsCoverage) {
   // Columns from 9.7 to 14.3 and rows from 4.25 to 8.25, where pixel i spans i - 0.5 to i + 0.5.
-  const ImagePtr picture =
+  const ImagePtr image =
       RenderScene({{Box({}, 4.6, 4), {12, 6.25, 0, 1}}}, {.ground = kGround}, {30, 20});
-  EXPECT_EQ(picture->row[6][12], 250);
-  EXPECT_EQ(picture->row[6][9], 50);
-  EXPECT_EQ(picture->row[6][10], 210);  // 0.8 of the pixel
-  EXPECT_EQ(picture->row[6][14], 210);
-  EXPECT_EQ(picture->row[4][12], 100);  // 0.25
-  EXPECT_EQ(picture->row[8][12], 200);  // 0.75
-  EXPECT_EQ(picture->row[4][10], 90);   // 0.8 * 0.25
-  EXPECT_EQ(picture->row[3][12], 50);
+  EXPECT_EQ(image->row[6][12], 250);
+  EXPECT_EQ(image->row[6][9], 50);
+  EXPECT_EQ(image->row[6][10], 210);  // 0.8 of the pixel
+  EXPECT_EQ(image->row[6][14], 210);
+  EXPECT_EQ(image->row[4][12], 100);  // 0.25
+  EXPECT_EQ(image->row[8][12], 200);  // 0.75
+  EXPECT_EQ(image->row[4][10], 90);   // 0.8 * 0.25
+  EXPECT_EQ(image->row[3][12], 50);
 }
 
 TEST(Scene, APoseMovesTheMassAsTheTruthSays) {
@@ -66,7 +66,7 @@ TEST(Scene, APositiveAngleTurnsClockwiseOnTheScreen) {
   EXPECT_EQ(scene->row[70][50], 250);  // what pointed right now points down
 }
 
-TEST(Scene, ThePatternPictureHasThePartsOriginInItsMiddle) {
+TEST(Scene, ThePatternImageHasThePartsOriginInItsMiddle) {
   Part part = Box({}, 7, 7);
   for (const Size frame : {Size{101, 81}, Size{100, 80}}) {
     part.frame = frame;
@@ -103,7 +103,7 @@ TEST(Scene, ContrastScalesTheDifferenceFromTheGround) {
 }
 
 TEST(Scene, ABlurredStepFollowsTheNormalDistribution) {
-  // Bright from x = 29.5, a pixel border, on; far beyond the picture to the other sides.
+  // Bright from x = 29.5, a pixel border, on; far beyond the image to the other sides.
   const Placement half{Box({}, 200, 200, 250), {129.5, 20, 0, 1}};
   for (const double sigma : {1.0, 2.0, 3.0}) {
     const ImagePtr scene =
@@ -183,11 +183,11 @@ TEST(Scene, AHoleInACoverHidesNothing) {
   EXPECT_NEAR(OccludedShare({box, {frame, {50, 40, 0, 1}}}, 0, {100, 80}), 0, 1e-9);
 }
 
-TEST(Scene, APartOutsideThePictureIsNotOccluded) {
+TEST(Scene, APartOutsideTheImageIsNotOccluded) {
   EXPECT_EQ(OccludedShare({{Box({}, 10, 10), {500, 40, 0, 1}}}, 0, {100, 80}), 0);
 }
 
-TEST(Scene, APictureWithoutPixelsIsNotMade) {
+TEST(Scene, AnImageWithoutPixelsIsNotMade) {
   EXPECT_EQ(RenderScene({}, {}, {0, 10}), nullptr);
   EXPECT_EQ(RenderScene({}, {}, {10, -1}), nullptr);
 }

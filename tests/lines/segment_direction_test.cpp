@@ -1,4 +1,4 @@
-// The direction of a segment: along its line, turned to the side that its edge directions tell.
+// The direction of a segment: along its line, to the side that its gradient directions tell.
 
 #include <cmath>
 
@@ -9,7 +9,7 @@
 namespace orvandel::test {
 namespace {
 
-/// Direction of the segment of eleven points from the origin on, all with edge direction g.
+/// Direction of the segment of eleven points from the origin on, all with gradient direction g.
 double DirectionOf(double step_x, double step_y, double g) {
   TestContour contour;
   AppendStraight(contour, 13, 0, 0, step_x, step_y);

@@ -132,7 +132,7 @@ TEST(SegmentFit, FitErrorThatIsNotANumberIsNotAtTheLimit) {
   EXPECT_TRUE(std::isnan(segments[0].fit_error));
 }
 
-/// A horizontal contour whose ten fitted points have these edge directions in turn.
+/// A horizontal contour whose ten fitted points have these gradient directions in turn.
 double GradientDirectionOf(double first, double second) {
   TestContour contour = HorizontalContour(12, 5);
   for (std::size_t i = 0; i < contour.points.size(); ++i)

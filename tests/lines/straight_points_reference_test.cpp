@@ -1,4 +1,4 @@
-// Flags against the plain form where they are hardest to decide: at the very limit of the deviation.
+// Flags against the reference form where they are hardest to decide: at the deviation limit itself.
 
 #include <cmath>
 #include <limits>

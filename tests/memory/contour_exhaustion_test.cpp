@@ -36,14 +36,14 @@ std::string Everything(const ContourHandle& set) {
          BytesOf(fields.f, points);
 }
 
-int Crawl(const ContourHandle& set, const ImagePtr& picture) {
-  return ctd_crawl(set.get(), picture.get(), kThreshold, 10, 100000);
+int Crawl(const ContourHandle& set, const ImagePtr& image) {
+  return ctd_crawl(set.get(), image.get(), kThreshold, 10, 100000);
 }
 
 ContourHandle CrawledSet(const render::Part& part) {
   ContourHandle set = MakeEmptySet();
-  const ImagePtr picture = PictureOf(part);
-  EXPECT_EQ(Crawl(set, picture), 0);
+  const ImagePtr image = ImageOf(part);
+  EXPECT_EQ(Crawl(set, image), 0);
   EXPECT_GT(ctd_contour_count(set.get()), 0);
   return set;
 }
@@ -64,7 +64,7 @@ TEST(ContourExhaustion, ACrawlLeavesTheContoursOrReplacesThem) {
   int num_left = 0;
   FailEachAllocation([&](Trial& trial) {
     const ContourHandle set = CrawledSet(Triangle());
-    const ImagePtr part = PictureOf(SmallPart());
+    const ImagePtr part = ImageOf(SmallPart());
     const ImagePtr copy = CopyOf(part);
     int status = -1;
     EXPECT_EQ(trial.Fail([&] { status = Crawl(set, copy); }), Ending::kReturned);
@@ -84,11 +84,11 @@ TEST(ContourExhaustion, AFirstCrawlThatFailsFindsNothing) {
   FailEachAllocation([&](Trial& trial) {
     DeleteSubCannyTable();  // to be built within the trial
     const ContourHandle set = MakeEmptySet();
-    const ImagePtr picture = PictureOf(SmallPart());
-    EXPECT_EQ(trial.Fail([&] { Crawl(set, picture); }), Ending::kReturned);
+    const ImagePtr image = ImageOf(SmallPart());
+    EXPECT_EQ(trial.Fail([&] { Crawl(set, image); }), Ending::kReturned);
     const std::string after = Everything(set);
     EXPECT_TRUE(after == nothing || after == whole);
-    EXPECT_EQ(Crawl(set, PictureOf(SmallPart())), 0);
+    EXPECT_EQ(Crawl(set, ImageOf(SmallPart())), 0);
     EXPECT_EQ(Everything(set), whole);
     DeleteSubCannyTable();
   });
@@ -186,9 +186,9 @@ TEST(ContourExhaustion, AListingIsWrittenOrGives9) {
   });
 }
 
-TEST(ContourExhaustion, ThePictureIsWrittenWholeOrNotAtAll) {
+TEST(ContourExhaustion, TheImageIsWrittenWholeOrNotAtAll) {
   const ScratchFolder folder;
-  const std::string path = folder.File("picture.bmp");
+  const std::string path = folder.File("image.bmp");
   const ContourHandle set = CrawledSet(SmallPart());
   ctd_save_img(set.get(), path.c_str());
   const std::string whole = Contents(path);

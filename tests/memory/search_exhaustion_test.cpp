@@ -19,7 +19,7 @@
 namespace orvandel::test {
 namespace {
 
-const render::Pose kTurned{.x = 92, .y = 71, .angle_deg = 35};
+const render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
 
 class SearchExhaustion : public testing::Test {
  protected:
@@ -41,8 +41,8 @@ class SearchExhaustion : public testing::Test {
 
   const ScratchFolder folder_;
   const ScriptedCounter no_hurry_{FrozenTime()};
-  const ImagePtr pattern_ = PictureOf(SmallPart());
-  const ImagePtr scene_ = SceneOf(SmallPart(), kTurned);
+  const ImagePtr pattern_ = ImageOf(SmallPart());
+  const ImagePtr scene_ = SceneOf(SmallPart(), kRotated);
   const Found expected_ = [this] {
     TrainedSearch search(pattern_);
     return LookFor(search, scene_);
@@ -80,7 +80,7 @@ TEST_F(SearchExhaustion, TrainingEndsTrainedOrNot) {
 }
 
 TEST_F(SearchExhaustion, TrainingAgainEndsTrainedOrNot) {
-  const ImagePtr other = PictureOf(Triangle());
+  const ImagePtr other = ImageOf(Triangle());
   FailEachAllocation([&](Trial& trial) {
     TrainedSearch search(other);
     const ImagePtr pattern = CopyOf(pattern_);

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/platform/pictures.h"
+#include "tests/platform/image_files.h"
 
 namespace orvandel::test {
 namespace {
@@ -67,21 +67,21 @@ Bitmap ColourBitmap() {
 const Pixels kColourGreys = {{9, 179, 1}, {76, 150, 29}};  // 0.114 * 10 = 1.14
 
 int ErrorOf(const Bitmap& bitmap) {
-  const BytesAsPicture picture(".bmp");
-  const ReadResult result = picture.Read(bitmap.File(), 3, 2);
+  const BytesAsImageFile image_file(".bmp");
+  const ReadResult result = image_file.Read(bitmap.File(), 3, 2);
   EXPECT_EQ(result.pixels, result.error == 0 ? result.pixels : Untouched(3, 2));
   return result.error;
 }
 
 Pixels PixelsIn(const Bitmap& bitmap) {
-  const BytesAsPicture picture(".bmp");
-  const ReadResult result = picture.Read(bitmap.File(), 3, 2);
+  const BytesAsImageFile image_file(".bmp");
+  const ReadResult result = image_file.Read(bitmap.File(), 3, 2);
   EXPECT_EQ(result.error, 0);
   return result.pixels;
 }
 
 FileInfo InfoIn(const Bitmap& bitmap) {
-  return BytesAsPicture(".bmp").Info(bitmap.File());
+  return BytesAsImageFile(".bmp").Info(bitmap.File());
 }
 
 TEST(Bmp, IsWrittenWithAGreyPaletteFromTheBottomUp) {
@@ -184,7 +184,7 @@ TEST(Bmp, WithAnotherHeaderIsForeign) {
     Bytes file = bitmap.File();
     const Bytes size_bytes = Le32(size);
     std::copy(size_bytes.begin(), size_bytes.end(), file.begin() + 14);
-    EXPECT_EQ(BytesAsPicture(".bmp").Info(file).error, kImageFileForeign) << size;
+    EXPECT_EQ(BytesAsImageFile(".bmp").Info(file).error, kImageFileForeign) << size;
   }
 }
 
@@ -271,12 +271,12 @@ TEST(Bmp, ThatPromisesMorePixelsThanItHasIsTruncated) {
 }
 
 TEST(Bmp, CutAnywhereIsRefused) {
-  const BytesAsPicture picture(".bmp");
+  const BytesAsImageFile image_file(".bmp");
   for (const Bitmap& bitmap : {Bitmap(), ColourBitmap(), WideColourBitmap()}) {
     const Bytes whole = bitmap.File();
     for (std::size_t size = 0; size < whole.size(); ++size) {
       const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-      const ReadResult result = picture.Read(cut, 3, 2);
+      const ReadResult result = image_file.Read(cut, 3, 2);
       EXPECT_EQ(result.error, kImageFileTruncated) << size << " of " << whole.size();
       EXPECT_EQ(result.pixels, Untouched(3, 2));
     }

@@ -5,16 +5,16 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/platform/pictures.h"
+#include "tests/platform/image_files.h"
 
 namespace orvandel::test {
 namespace {
 
 /// One pixel of a colour, by way of a raw colour map.
-int GreyFromFile(const BytesAsPicture& picture, int red, int green, int blue) {
+int GreyFromFile(const BytesAsImageFile& image_file, int red, int green, int blue) {
   const Bytes pixel = {static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green),
                        static_cast<std::uint8_t>(blue)};
-  return picture.Read(BytesOf("P6 1 1 255\n") + pixel, 1, 1).pixels[0][0];
+  return image_file.Read(BytesOf("P6 1 1 255\n") + pixel, 1, 1).pixels[0][0];
 }
 
 TEST(Grey, OfTheCornersOfTheColourCube) {
@@ -29,11 +29,11 @@ TEST(Grey, OfTheCornersOfTheColourCube) {
 }
 
 TEST(Grey, OfTheCornersIsTheSameInFiles) {
-  const BytesAsPicture picture(".ppm");
+  const BytesAsImageFile image_file(".ppm");
   for (const int red : {0, 255}) {
     for (const int green : {0, 255}) {
       for (const int blue : {0, 255})
-        EXPECT_EQ(GreyFromFile(picture, red, green, blue), GreyOf(red, green, blue));
+        EXPECT_EQ(GreyFromFile(image_file, red, green, blue), GreyOf(red, green, blue));
     }
   }
 }

@@ -6,7 +6,7 @@
 
 #include "orvandel/classic/mvtools_i.h"
 #include "tests/platform/host_image.h"
-#include "tests/platform/pictures.h"
+#include "tests/platform/image_files.h"
 
 namespace orvandel::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/host_image.h"
-#include "tests/platform/pictures.h"
+#include "tests/platform/image_files.h"
 
 namespace orvandel::test {
 namespace {
@@ -31,7 +31,7 @@ TEST(ImageFile, ComesBackUnchangedFromEveryLosslessFormatAtEverySize) {
       for (int height = 1; height <= 5; ++height) {
         const ImagePtr image = MakeTexture(width, height);
         ASSERT_EQ(Write(image, folder / name), 0);
-        const ReadResult result = ReadPicture(folder / name, width, height);
+        const ReadResult result = ReadImageFile(folder / name, width, height);
         EXPECT_EQ(result.error, 0);
         EXPECT_EQ(result.pixels, PixelsOf(*image)) << name << ' ' << width << 'x' << height;
         EXPECT_EQ(InfoOf(folder / name), (FileInfo{0, width, height, 1, 8}));
@@ -40,12 +40,12 @@ TEST(ImageFile, ComesBackUnchangedFromEveryLosslessFormatAtEverySize) {
   }
 }
 
-TEST(ImageFile, ALargePictureComesBackUnchanged) {
+TEST(ImageFile, ALargeImageComesBackUnchanged) {
   const ScratchFolder folder;
   const ImagePtr image = MakeTexture(1003, 257);
   for (const char* name : {"a.bmp", "a.pgm", "a.png"}) {
     ASSERT_EQ(Write(image, folder / name), 0);
-    EXPECT_EQ(ReadPicture(folder / name, 1003, 257).pixels, PixelsOf(*image)) << name;
+    EXPECT_EQ(ReadImageFile(folder / name, 1003, 257).pixels, PixelsOf(*image)) << name;
   }
 }
 
@@ -87,7 +87,7 @@ TEST(ImageFile, WithAnExtensionThatIsNotKnownIsABitmap) {
   for (const char* name : {"a", "a.", ".png", "a.tiff", "a.pngx", "png", "a.png~"}) {
     ASSERT_EQ(Write(image, folder / name), 0) << name;
     EXPECT_EQ(FirstByte(folder / name), 'B') << name;
-    EXPECT_EQ(ReadPicture(folder / name, 3, 2).pixels, PixelsOf(*image)) << name;
+    EXPECT_EQ(ReadImageFile(folder / name, 3, 2).pixels, PixelsOf(*image)) << name;
   }
 }
 
@@ -96,9 +96,9 @@ TEST(ImageFile, OfTheBitmapTypeIsABitmapWhateverItsName) {
   const ImagePtr image = MakeTexture(3, 2);
   ASSERT_EQ(Write(image, folder / "a.png", kBmp), 0);
   EXPECT_EQ(FirstByte(folder / "a.png"), 'B');
-  EXPECT_EQ(ReadPicture(folder / "a.png", 3, 2, kBmp).pixels, PixelsOf(*image));
+  EXPECT_EQ(ReadImageFile(folder / "a.png", 3, 2, kBmp).pixels, PixelsOf(*image));
   EXPECT_EQ(InfoOf(folder / "a.png", kBmp), (FileInfo{0, 3, 2, 1, 8}));
-  EXPECT_EQ(ReadPicture(folder / "a.png", 3, 2).error, kImageFileForeign);
+  EXPECT_EQ(ReadImageFile(folder / "a.png", 3, 2).error, kImageFileForeign);
 }
 
 TEST(ImageFile, PathsAreUtf8) {
@@ -107,7 +107,7 @@ TEST(ImageFile, PathsAreUtf8) {
   const ImagePtr image = MakeTexture(3, 2);
   ASSERT_EQ(Write(image, path), 0);
   EXPECT_TRUE(fs::exists(path));
-  EXPECT_EQ(ReadPicture(path, 3, 2).pixels, PixelsOf(*image));
+  EXPECT_EQ(ReadImageFile(path, 3, 2).pixels, PixelsOf(*image));
 }
 
 TEST(ImageFile, OfAnotherSizeIsNotRead) {
@@ -115,7 +115,7 @@ TEST(ImageFile, OfAnotherSizeIsNotRead) {
   for (const char* name : {"a.bmp", "a.pgm", "a.png", "a.jpg"}) {
     ASSERT_EQ(Write(MakeTexture(6, 4), folder / name), 0);
     for (const auto& [width, height] : {std::pair(6, 5), std::pair(5, 4), std::pair(4, 6)}) {
-      const ReadResult result = ReadPicture(folder / name, width, height);
+      const ReadResult result = ReadImageFile(folder / name, width, height);
       EXPECT_EQ(result.error, kImageFileSizeMismatch) << name;
       EXPECT_EQ(result.pixels, Untouched(width, height)) << name;
     }
@@ -126,12 +126,12 @@ TEST(ImageFile, CutAnywhereIsNotRead) {
   const ScratchFolder folder;
   const ImagePtr image = MakeTexture(5, 3);
   for (const char* extension : {".bmp", ".pgm", ".png", ".jpg"}) {
-    const BytesAsPicture picture(extension);
-    ASSERT_EQ(Write(image, picture.Path()), 0);
-    const Bytes whole = ReadBytes(picture.Path());
+    const BytesAsImageFile image_file(extension);
+    ASSERT_EQ(Write(image, image_file.Path()), 0);
+    const Bytes whole = ReadBytes(image_file.Path());
     for (std::size_t size = 0; size < whole.size(); ++size) {
       const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-      const ReadResult result = picture.Read(cut, 5, 3);
+      const ReadResult result = image_file.Read(cut, 5, 3);
       EXPECT_EQ(result.error, kImageFileTruncated) << extension << ' ' << size;
       EXPECT_EQ(result.pixels, Untouched(5, 3)) << extension << ' ' << size;
     }
@@ -140,21 +140,21 @@ TEST(ImageFile, CutAnywhereIsNotRead) {
 
 TEST(ImageFile, OfForeignContentsIsNotRead) {
   for (const char* extension : {".bmp", ".pgm", ".png", ".jpg"}) {
-    const BytesAsPicture picture(extension);
+    const BytesAsImageFile image_file(extension);
     for (const Bytes& bytes :
          {BytesOf("<html><body>404</body></html>"), Bytes(5000, 0), Bytes(5000, 0xfe)}) {
-      const ReadResult result = picture.Read(bytes, 5, 3);
+      const ReadResult result = image_file.Read(bytes, 5, 3);
       EXPECT_EQ(result.error, kImageFileForeign) << extension;
       EXPECT_EQ(result.pixels, Untouched(5, 3)) << extension;
-      EXPECT_EQ(InfoOf(picture.Path()).error, kImageFileForeign) << extension;
+      EXPECT_EQ(InfoOf(image_file.Path()).error, kImageFileForeign) << extension;
     }
   }
 }
 
 TEST(ImageFile, ThatIsNotThereIsNotRead) {
   const ScratchFolder folder;
-  EXPECT_EQ(ReadPicture(folder / "none.bmp", 2, 2).error, kImageFileCannotOpen);
-  EXPECT_EQ(ReadPicture(folder / "none" / "none.bmp", 2, 2).error, kImageFileCannotOpen);
+  EXPECT_EQ(ReadImageFile(folder / "none.bmp", 2, 2).error, kImageFileCannotOpen);
+  EXPECT_EQ(ReadImageFile(folder / "none" / "none.bmp", 2, 2).error, kImageFileCannotOpen);
   EXPECT_EQ(InfoOf(folder / "none.png").error, kImageFileCannotOpen);
   EXPECT_EQ(InfoOf("").error, kImageFileCannotOpen);
 }
@@ -162,7 +162,7 @@ TEST(ImageFile, ThatIsNotThereIsNotRead) {
 TEST(ImageFile, ThatIsAFolderIsNotRead) {
   const ScratchFolder folder;
   fs::create_directory(folder / "a.bmp");
-  EXPECT_EQ(ReadPicture(folder / "a.bmp", 2, 2).error, kImageFileCannotOpen);
+  EXPECT_EQ(ReadImageFile(folder / "a.bmp", 2, 2).error, kImageFileCannotOpen);
   EXPECT_EQ(InfoOf(folder / "a.bmp").error, kImageFileCannotOpen);
 }
 
@@ -199,7 +199,7 @@ TEST(ImageFile, UnknownTypesAreRefused) {
   ASSERT_EQ(Write(image, folder / "a.bmp"), 0);
   for (const int file_type : {-1, 2, 100}) {
     EXPECT_EQ(Write(image, folder / "b.bmp", file_type), kImageFileBadArgument);
-    EXPECT_EQ(ReadPicture(folder / "a.bmp", 2, 2, file_type).error, kImageFileBadArgument);
+    EXPECT_EQ(ReadImageFile(folder / "a.bmp", 2, 2, file_type).error, kImageFileBadArgument);
     EXPECT_EQ(InfoOf(folder / "a.bmp", file_type).error, kImageFileBadArgument);
   }
   EXPECT_EQ(folder.Names().size(), 1U);
@@ -214,7 +214,7 @@ TEST(ImageFile, ImagesThatAreNotGreyAreRefused) {
   EXPECT_EQ(PixelsOf(*image), (Pixels{{0, 0}, {0, 0}}));
 }
 
-TEST(ImageFile, OverlongPicturesAreNotWritten) {
+TEST(ImageFile, OverlongImagesAreNotWritten) {
   const ScratchFolder folder;
   for (const char* name : {"a.bmp", "a.pgm", "a.png", "a.jpg", "a.tga"}) {
     EXPECT_EQ(Write(ImagePtr(im_create(1, 65536, 1)), folder / name), kImageFileTooLarge) << name;
@@ -223,13 +223,13 @@ TEST(ImageFile, OverlongPicturesAreNotWritten) {
   EXPECT_EQ(folder.Names().size(), 0U);
 }
 
-TEST(ImageFile, TheLongestPicturesComeBackUnchanged) {
+TEST(ImageFile, TheLongestImagesComeBackUnchanged) {
   const ScratchFolder folder;
   for (const char* name : {"a.bmp", "a.pgm", "a.png"}) {
     for (const auto& [width, height] : {std::pair(65535, 1), std::pair(1, 65535)}) {
       const ImagePtr image = MakeTexture(width, height);
       ASSERT_EQ(Write(image, folder / name), 0) << name;
-      EXPECT_TRUE(ReadPicture(folder / name, width, height).pixels == PixelsOf(*image)) << name;
+      EXPECT_TRUE(ReadImageFile(folder / name, width, height).pixels == PixelsOf(*image)) << name;
     }
   }
 }
@@ -250,7 +250,7 @@ TEST(ImageFile, OnAFullDeviceIsAnError) {
 
 TEST(ImageFile, DevicesAreNotRead) {
   if (!fs::exists("/dev/zero")) GTEST_SKIP() << "no /dev/zero here";
-  EXPECT_EQ(ReadPicture("/dev/zero", 2, 2).error, kImageFileCannotOpen);
+  EXPECT_EQ(ReadImageFile("/dev/zero", 2, 2).error, kImageFileCannotOpen);
 }
 #endif
 

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/host_image.h"
-#include "tests/platform/pictures.h"
+#include "tests/platform/image_files.h"
 
 namespace orvandel::test {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/platform/image_files.h"
 #include "tests/platform/jpeg_builder.h"
-#include "tests/platform/pictures.h"
 
 namespace orvandel::test {
 namespace {
@@ -15,16 +15,16 @@ Pixels Flat(int value) {
 }
 
 int ErrorOf(const Bytes& file) {
-  const ReadResult result = BytesAsPicture(".jpg").Read(file, 8, 8);
+  const ReadResult result = BytesAsImageFile(".jpg").Read(file, 8, 8);
   EXPECT_EQ(result.pixels, result.error == 0 ? result.pixels : Untouched(8, 8));
   return result.error;
 }
 
 TEST(Jpeg, GreyIsRead) {
-  const ReadResult result = BytesAsPicture(".jpg").Read(FlatJpeg().File(), 8, 8);
+  const ReadResult result = BytesAsImageFile(".jpg").Read(FlatJpeg().File(), 8, 8);
   EXPECT_EQ(result.error, 0);
   EXPECT_EQ(result.pixels, Flat(200));
-  EXPECT_EQ(BytesAsPicture(".jpeg").Info(FlatJpeg().File()), (FileInfo{0, 8, 8, 1, 8}));
+  EXPECT_EQ(BytesAsImageFile(".jpeg").Info(FlatJpeg().File()), (FileInfo{0, 8, 8, 1, 8}));
 }
 
 TEST(Jpeg, ColourBecomesGrey) {
@@ -35,13 +35,13 @@ TEST(Jpeg, ColourBecomesGrey) {
   jpeg.scan = {0x48, 0x44, 0x87};
   // Red 200 + 1.402 * 72 is above 255, green 200 - 0.714 * 72 = 148.6, blue 200.
   const int grey = (299 * 255 + 587 * 149 + 114 * 200 + 500) / 1000;
-  const ReadResult result = BytesAsPicture(".jpg").Read(jpeg.File(), 8, 8);
+  const ReadResult result = BytesAsImageFile(".jpg").Read(jpeg.File(), 8, 8);
   EXPECT_EQ(result.error, 0);
   for (const auto& row : result.pixels) {
     for (const int pixel : row)
       EXPECT_NEAR(pixel, grey, 1);  // decoders round green as they like
   }
-  EXPECT_EQ(BytesAsPicture(".jpg").Info(jpeg.File()), (FileInfo{0, 8, 8, 3, 8}));
+  EXPECT_EQ(BytesAsImageFile(".jpg").Info(jpeg.File()), (FileInfo{0, 8, 8, 3, 8}));
 }
 
 TEST(Jpeg, WithALongPreviewBeforeItsHeaderIsRead) {
@@ -49,8 +49,8 @@ TEST(Jpeg, WithALongPreviewBeforeItsHeaderIsRead) {
   // A preview is a JPEG file itself, with an end marker of its own.
   const Bytes preview = JpegSegment(0xe1, FlatJpeg().File() + Bytes(65000, 0xff));
   jpeg.before_frame = preview + preview + preview;
-  EXPECT_EQ(BytesAsPicture(".jpg").Info(jpeg.File()), (FileInfo{0, 8, 8, 1, 8}));
-  EXPECT_EQ(BytesAsPicture(".jpg").Read(jpeg.File(), 8, 8).pixels, Flat(200));
+  EXPECT_EQ(BytesAsImageFile(".jpg").Info(jpeg.File()), (FileInfo{0, 8, 8, 1, 8}));
+  EXPECT_EQ(BytesAsImageFile(".jpg").Read(jpeg.File(), 8, 8).pixels, Flat(200));
 }
 
 TEST(Jpeg, BytesBehindTheEndDoNotMatter) {
@@ -58,11 +58,11 @@ TEST(Jpeg, BytesBehindTheEndDoNotMatter) {
 }
 
 TEST(Jpeg, CutAnywhereIsRefused) {
-  const BytesAsPicture picture(".jpg");
+  const BytesAsImageFile image_file(".jpg");
   const Bytes whole = FlatJpeg().File();
   for (std::size_t size = 0; size < whole.size(); ++size) {
     const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-    const ReadResult result = picture.Read(cut, 8, 8);
+    const ReadResult result = image_file.Read(cut, 8, 8);
     EXPECT_EQ(result.error, kImageFileTruncated) << size << " of " << whole.size();
     EXPECT_EQ(result.pixels, Untouched(8, 8));
   }
@@ -117,11 +117,11 @@ TEST(Jpeg, OfTwelveBitsIsForeign) {
 }
 
 TEST(Jpeg, OfNoBitsOrTooManyHasNoSize) {
-  const BytesAsPicture picture(".jpg");
+  const BytesAsImageFile image_file(".jpg");
   FlatJpeg jpeg;
   for (const std::uint8_t precision : Bytes{0, 1, 17, 255}) {
     jpeg.precision = precision;
-    EXPECT_EQ(picture.Info(jpeg.File()).error, kImageFileForeign) << int{precision};
+    EXPECT_EQ(image_file.Info(jpeg.File()).error, kImageFileForeign) << int{precision};
   }
 }
 
@@ -138,12 +138,12 @@ TEST(Jpeg, OfNoSizeOrNoChannelsIsForeign) {
 }
 
 TEST(Jpeg, ThatPromisesMorePixelsThanItCanHoldIsRefused) {
-  const BytesAsPicture picture(".jpg");
+  const BytesAsImageFile image_file(".jpg");
   FlatJpeg jpeg;
   jpeg.width = jpeg.height = 20000;
-  EXPECT_EQ(picture.Info(jpeg.File()).error, kImageFileTruncated);
+  EXPECT_EQ(image_file.Info(jpeg.File()).error, kImageFileTruncated);
   jpeg.width = jpeg.height = 65535;
-  EXPECT_EQ(picture.Info(jpeg.File()).error, kImageFileTooLarge);
+  EXPECT_EQ(image_file.Info(jpeg.File()).error, kImageFileTooLarge);
 }
 
 TEST(Jpeg, WrittenAndReadAgainIsNearlyTheSame) {
@@ -151,7 +151,7 @@ TEST(Jpeg, WrittenAndReadAgainIsNearlyTheSame) {
   for (const auto& [width, height] : {std::pair(1, 1), std::pair(7, 9), std::pair(33, 20)}) {
     const ImagePtr image = MakeRamp(width, height);
     ASSERT_EQ(im_file_write(image.get(), Utf8(folder / "a.jpg").c_str(), 0), 0);
-    const ReadResult result = ReadPicture(folder / "a.jpg", width, height);
+    const ReadResult result = ReadImageFile(folder / "a.jpg", width, height);
     ASSERT_EQ(result.error, 0);
     for (int y = 0; y < height; ++y) {
       // Steps between the levels kept are at most about 10 at this quality, for the finest detail.
@@ -167,10 +167,10 @@ TEST(Jpeg, WrittenAndCutAnywhereIsRefused) {
   const ImagePtr image = MakeTexture(9, 9);
   ASSERT_EQ(im_file_write(image.get(), Utf8(folder / "a.jpg").c_str(), 0), 0);
   const Bytes whole = ReadBytes(folder / "a.jpg");
-  const BytesAsPicture picture(".jpg");
+  const BytesAsImageFile image_file(".jpg");
   for (std::size_t size = 0; size < whole.size(); ++size) {
     const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-    EXPECT_EQ(picture.Read(cut, 9, 9).error, kImageFileTruncated) << size;
+    EXPECT_EQ(image_file.Read(cut, 9, 9).error, kImageFileTruncated) << size;
   }
 }
 

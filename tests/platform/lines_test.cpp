@@ -249,11 +249,11 @@ TEST(Bisector, BeyondARightAngleComesBackWithItsOffsetNegated) {
 }
 
 TEST(Bisector, OfTwoNearlyVerticalLinesIsVertical) {
-  // Either side of vertical; their directions, taken upright, differ by almost pi.
+  // Either side of vertical; their directions, normalised, differ by almost pi.
   const Line line = Bisect({kHalfPi - 0.1, -50}, {-kHalfPi + 0.1, 60});
   EXPECT_NEAR(AngleBetween(line.angle, kHalfPi), 0, kTolerance);
   EXPECT_NEAR(std::fabs(line.offset), 55 / std::cos(0.1), kTolerance);
-  // Upright its offset has the sign of the first line's, upside down the other.
+  // Normalised its offset has the sign of the first line's, reversed the other.
   EXPECT_EQ(line.offset<0, line.angle> 0);
 }
 

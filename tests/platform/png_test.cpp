@@ -4,24 +4,24 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/platform/pictures.h"
+#include "tests/platform/image_files.h"
 #include "tests/platform/png_builder.h"
 
 namespace orvandel::test {
 namespace {
 
 Pixels PixelsIn(const Png& png) {
-  const ReadResult result = BytesAsPicture(".png").Read(png.File(), 3, 2);
+  const ReadResult result = BytesAsImageFile(".png").Read(png.File(), 3, 2);
   EXPECT_EQ(result.error, 0);
   return result.pixels;
 }
 
 FileInfo InfoIn(const Png& png) {
-  return BytesAsPicture(".png").Info(png.File());
+  return BytesAsImageFile(".png").Info(png.File());
 }
 
 int ErrorOf(const Bytes& file) {
-  const ReadResult result = BytesAsPicture(".png").Read(file, 3, 2);
+  const ReadResult result = BytesAsImageFile(".png").Read(file, 3, 2);
   EXPECT_EQ(result.pixels, result.error == 0 ? result.pixels : Untouched(3, 2));
   return result.error;
 }
@@ -122,7 +122,7 @@ TEST(Png, PaletteOfMoreThan256ColoursIsForeign) {
   EXPECT_EQ(ErrorOf(PalettePng(Bytes(3 * 257)).File()), kImageFileForeign);
 }
 
-TEST(Png, SuggestedPaletteOfAColourPictureIsPassedOver) {
+TEST(Png, SuggestedPaletteOfAColourImageIsPassedOver) {
   Png png;
   png.colour_type = 2;
   png.before_data = PngChunk("PLTE", Bytes(9, 200));
@@ -154,12 +154,12 @@ TEST(Png, UnknownChunksThatMatterAreForeign) {
 
 TEST(Png, AnyWrongBitIsRefused) {
   const Bytes whole = Png().File();
-  const BytesAsPicture picture(".png");
+  const BytesAsImageFile image_file(".png");
   for (std::size_t i = 0; i < whole.size(); ++i) {
     for (const int bit : {0, 5, 7}) {
       Bytes damaged = whole;
       damaged[i] = static_cast<std::uint8_t>(damaged[i] ^ 1 << bit);
-      const ReadResult result = picture.Read(damaged, 3, 2);
+      const ReadResult result = image_file.Read(damaged, 3, 2);
       EXPECT_NE(result.error, 0) << "byte " << i;
       EXPECT_EQ(result.pixels, Untouched(3, 2));
     }
@@ -167,12 +167,12 @@ TEST(Png, AnyWrongBitIsRefused) {
 }
 
 TEST(Png, CutAnywhereIsRefused) {
-  const BytesAsPicture picture(".png");
+  const BytesAsImageFile image_file(".png");
   for (const Png& png : {Png(), PalettePng({1, 1, 1, 2, 2, 2, 3, 3, 3})}) {
     const Bytes whole = png.File();
     for (std::size_t size = 0; size < whole.size(); ++size) {
       const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-      const ReadResult result = picture.Read(cut, 3, 2);
+      const ReadResult result = image_file.Read(cut, 3, 2);
       EXPECT_EQ(result.error, kImageFileTruncated) << size << " of " << whole.size();
       EXPECT_EQ(result.pixels, Untouched(3, 2));
     }
@@ -228,8 +228,8 @@ TEST(Png, ThatPromisesMorePixelsThanItCanHoldIsTruncated) {
   EXPECT_EQ(InfoIn(png).error, kImageFileTruncated);
 }
 
-/// Of a picture of 3 by 2 zeros, which needs 8 bytes, and of one that inflates to far more.
-TEST(Png, ThatInflatesToFarMoreThanItsPictureIsRefused) {
+/// Of an image of 3 by 2 zeros, which needs 8 bytes, and of one that inflates to far more.
+TEST(Png, ThatInflatesToFarMoreThanItsImageIsRefused) {
   const auto file_of = [](int num_runs) {
     return Png::Signature() + Png().Header() + PngChunk("IDAT", StreamOfZeros(num_runs)) +
            PngChunk("IEND", {});

@@ -3,19 +3,19 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/platform/pictures.h"
+#include "tests/platform/image_files.h"
 
 namespace orvandel::test {
 namespace {
 
 Pixels PixelsIn(const Bytes& file, int width, int height) {
-  const ReadResult result = BytesAsPicture(".pnm").Read(file, width, height);
+  const ReadResult result = BytesAsImageFile(".pnm").Read(file, width, height);
   EXPECT_EQ(result.error, 0);
   return result.pixels;
 }
 
 int ErrorOf(const Bytes& file) {
-  const ReadResult result = BytesAsPicture(".pnm").Read(file, 2, 1);
+  const ReadResult result = BytesAsImageFile(".pnm").Read(file, 2, 1);
   EXPECT_EQ(result.pixels, result.error == 0 ? result.pixels : Untouched(2, 1));
   return result.error;
 }
@@ -65,13 +65,13 @@ TEST(Pnm, OtherGreatestValuesAreScaledAndRounded) {
 TEST(Pnm, SamplesOfTwoBytesAreReadHighByteFirst) {
   const Bytes file = BytesOf("P5 2 1 1000\n") + Bytes{0x03, 0xe8, 0x00, 0xc8};  // 1000, 200
   EXPECT_EQ(PixelsIn(file, 2, 1), (Pixels{{255, 51}}));
-  EXPECT_EQ(BytesAsPicture(".pgm").Info(file), (FileInfo{0, 2, 1, 1, 16}));
+  EXPECT_EQ(BytesAsImageFile(".pgm").Info(file), (FileInfo{0, 2, 1, 1, 16}));
 }
 
 TEST(Pnm, HeaderIsReported) {
-  const BytesAsPicture picture(".ppm");
-  EXPECT_EQ(picture.Info(BytesOf("P5 2 1 255\nAB")), (FileInfo{0, 2, 1, 1, 8}));
-  EXPECT_EQ(picture.Info(BytesOf("P3 1 2 255 1 2 3 4 5 6")), (FileInfo{0, 1, 2, 3, 8}));
+  const BytesAsImageFile image_file(".ppm");
+  EXPECT_EQ(image_file.Info(BytesOf("P5 2 1 255\nAB")), (FileInfo{0, 2, 1, 1, 8}));
+  EXPECT_EQ(image_file.Info(BytesOf("P3 1 2 255 1 2 3 4 5 6")), (FileInfo{0, 1, 2, 3, 8}));
 }
 
 TEST(Pnm, SampleAboveTheGreatestIsForeign) {
@@ -98,23 +98,23 @@ TEST(Pnm, OfAbsurdSizeIsTooLarge) {
 TEST(Pnm, ThatPromisesMorePixelsThanItHasIsTruncated) {
   for (const char* kind : {"P2", "P3", "P5", "P6"}) {
     const std::string file = std::string(kind) + " 65535 65535 255\n0 0 0 0";
-    EXPECT_EQ(BytesAsPicture(".pnm").Info(BytesOf(file)).error, kImageFileTruncated) << kind;
+    EXPECT_EQ(BytesAsImageFile(".pnm").Info(BytesOf(file)).error, kImageFileTruncated) << kind;
   }
 }
 
 /// A plain file's last number, of one digit, may end with the file.
 TEST(Pnm, CutAnywhereIsRefused) {
-  const BytesAsPicture picture(".pnm");
+  const BytesAsImageFile image_file(".pnm");
   for (const char* text : {"P5 # two\n2 1\n255\nAB", "P6 2 1 255\nABCDEF", "P5 2 1 400\n\1A\1B",
                            "P2 2 1\n255\n100 7", "P3 2 1 255 10 20 30 40 50 6"}) {
     const Bytes whole = BytesOf(text);
     for (std::size_t size = 0; size < whole.size(); ++size) {
       const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-      const ReadResult result = picture.Read(cut, 2, 1);
+      const ReadResult result = image_file.Read(cut, 2, 1);
       EXPECT_EQ(result.error, kImageFileTruncated) << text << ": " << size;
       EXPECT_EQ(result.pixels, Untouched(2, 1));
     }
-    EXPECT_EQ(picture.Read(whole, 2, 1).error, 0) << text;
+    EXPECT_EQ(image_file.Read(whole, 2, 1).error, 0) << text;
   }
 }
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/platform/pictures.h"
+#include "tests/platform/image_files.h"
 
 namespace orvandel::test {
 namespace {

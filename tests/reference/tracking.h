@@ -45,7 +45,7 @@ struct Met {
   float normal_x = 0.0F, normal_y = 0.0F, turn = 0.0F, grow = 0.0F;
 };
 
-/// The gradient at a place: that of the nearest pixel, or between four, with places beyond the picture moved to its border.
+/// The gradient at a place: that of the nearest pixel, or between four, with places beyond the image moved to its border.
 inline std::array<float, 2> GradientAt(const Gradients& gradients, float x, float y,
                                        bool is_bilinear) {
   const float column = std::clamp(x, 0.0F, static_cast<float>(gradients.width - 1));

@@ -22,7 +22,7 @@ Found ReferenceResult(const ImagePtr& scene, double accept_score) {
   ReferenceParameters parameters;
   parameters.accept_score = accept_score;
   ReferencePattern pattern;
-  EXPECT_EQ(ReferenceTrain(pattern, PictureOf(SmallPart()).get(), parameters), 0);
+  EXPECT_EQ(ReferenceTrain(pattern, ImageOf(SmallPart()).get(), parameters), 0);
   ReferenceSearch search(pattern, parameters);
   return search.LookForIt(CopyOf(scene).get(), [] { return false; });
 }
@@ -52,12 +52,12 @@ void ExpectAcceptScore(QRSIS& search, double accept_score,
 }
 
 TEST(AcceptScore, IsEightyAtFirst) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   ExpectAcceptScore(search, 80, {5, 17, 23, 24, 41, 42});
 }
 
 TEST(AcceptScore, IsTheNumberThatSetParamsGives) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   search.SetParams(16, 10, 100000, 75);
   ExpectAcceptScore(search, 75, {10, 13, 30, 31, 33, 38});
 }
@@ -65,7 +65,7 @@ TEST(AcceptScore, IsTheNumberThatSetParamsGives) {
 TEST(AcceptScore, IsReachedByAScoreEqualToIt) {
   // Whatever a pair scores, it reaches 0: each pair is tried at one scale, and the search ends after the
   // first pass.
-  SegmentEngine engine(PictureOf(SmallPart()));
+  SegmentEngine engine(ImageOf(SmallPart()));
   engine.options.accept_score = 0;
   engine.options.min_scale = 0;
   engine.options.max_scale = std::numeric_limits<double>::infinity();

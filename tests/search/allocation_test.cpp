@@ -20,7 +20,7 @@ TEST(SearchAllocation, TryingAndRefiningPosesAllocatesNothing) {
   UniformRandom random(1);
   ImageEdges pattern;
   ImageEdges scene;
-  ExtractEdges(RowsOf(*PictureOf(SmallPart())), {}, pattern);
+  ExtractEdges(RowsOf(*ImageOf(SmallPart())), {}, pattern);
   ExtractEdges(RowsOf(*RandomScene(random, SmallPart())), {}, scene);
   const SegmentModel model = LearnSegmentModel(pattern.contours.View()).model;
   const std::vector<LineSegment> scene_segments = ExtractSegments(scene.contours.View(), {});

@@ -22,7 +22,7 @@ namespace {
 constexpr double kUnreachable = 101;  // an accept score that no hypothesis has
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-const render::Pose kTurned{.x = 92, .y = 71, .angle_deg = 35};
+const render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
 
 class CoarseSearchTest : public testing::Test {
  protected:
@@ -36,8 +36,8 @@ class CoarseSearchTest : public testing::Test {
   const ScriptedCounter no_hurry_{FrozenTime()};
 };
 
-TEST_F(CoarseSearchTest, FindsThePatternImageItselfUnturnedAndUnscaled) {
-  const ImagePtr image = PictureOf(SmallPart());
+TEST_F(CoarseSearchTest, FindsThePatternImageItselfUnrotatedAndUnscaled) {
+  const ImagePtr image = ImageOf(SmallPart());
   SegmentEngine engine(image);
   const SegmentMatch match = engine.Find(image);
   EXPECT_EQ(match.outcome, SegmentSearchOutcome::kPoseDetermined);
@@ -53,7 +53,7 @@ TEST_F(CoarseSearchTest, FindsThePatternImageItselfUnturnedAndUnscaled) {
 TEST_F(CoarseSearchTest, AcceptedScoreStillLetsTheRestOfTheSceneBeTried) {
   // The first pattern segment's own copy is the first scene segment. It is accepted at once, and
   // each other segment is tried at every scale in range.
-  const ImagePtr image = PictureOf(SmallPart());
+  const ImagePtr image = ImageOf(SmallPart());
   SegmentEngine engine(image);
   TryAll(engine);
   engine.options.accept_score = 90;  // which no other pair reaches
@@ -62,31 +62,31 @@ TEST_F(CoarseSearchTest, AcceptedScoreStillLetsTheRestOfTheSceneBeTried) {
 }
 
 TEST_F(CoarseSearchTest, TriesFivePatternSegmentsOfMore) {
-  SegmentEngine engine(PictureOf(SmallPart()));
+  SegmentEngine engine(ImageOf(SmallPart()));
   ASSERT_GT(engine.model().segments.size(), 5U);
   TryAll(engine);
-  const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kTurned));
+  const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kRotated));
   ASSERT_GT(match.NumSegments(), 0);
   EXPECT_EQ(match.num_poses, 5 * 5 * match.NumSegments());
 }
 
 TEST_F(CoarseSearchTest, TriesAsManyPatternSegmentsAsItIsToldTo) {
-  SegmentEngine engine(PictureOf(SmallPart()));
+  SegmentEngine engine(ImageOf(SmallPart()));
   TryAll(engine);
   for (const int num_tried : {-1, 0, 1, 3}) {
     engine.options.max_pattern_segments = num_tried;
-    const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kTurned));
+    const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kRotated));
     EXPECT_EQ(match.num_poses, 5 * std::max(num_tried, 0) * match.NumSegments());
   }
 }
 
 TEST_F(CoarseSearchTest, TriesAllPatternSegmentsOfFewerThanFive) {
-  SegmentEngine engine(PictureOf(Triangle()));
+  SegmentEngine engine(ImageOf(Triangle()));
   const auto num_pattern = static_cast<int>(engine.model().segments.size());
   ASSERT_GE(num_pattern, 3);
   ASSERT_LT(num_pattern, 5);
   TryAll(engine);
-  const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kTurned));
+  const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kRotated));
   EXPECT_EQ(match.num_poses, 5 * num_pattern * match.NumSegments());
 }
 
@@ -106,13 +106,13 @@ int NumScalesWithin(double min_scale, double max_scale, const SegmentEngine& eng
 }
 
 TEST_F(CoarseSearchTest, ScoresOnlyScalesWithinTheBounds) {
-  SegmentEngine engine(PictureOf(SmallPart()));
+  SegmentEngine engine(ImageOf(SmallPart()));
   engine.options.accept_score = kUnreachable;
   const double bounds[][2] = {{1.05, 1.15}, {0.25, 4}, {0.9, 0.9}, {0.5, 2}, {2, 0.5}};
   for (const auto& [min_scale, max_scale] : bounds) {
     engine.options.min_scale = min_scale;
     engine.options.max_scale = max_scale;
-    const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kTurned));
+    const SegmentMatch match = engine.Find(SceneOf(SmallPart(), kRotated));
     EXPECT_EQ(match.num_poses, NumScalesWithin(min_scale, max_scale, engine, match))
         << min_scale << " to " << max_scale;
   }
@@ -127,7 +127,7 @@ TEST_F(CoarseSearchTest, DefaultBoundsAreAQuarterAndFour) {
                            {plate, {.x = 40, .y = 110, .angle_deg = 20}},
                            {plate, {.x = 90, .y = 120, .angle_deg = 50, .scale = 0.9}}},
                           {}, {180, 150});
-  SegmentEngine engine(PictureOf(SmallPart()));
+  SegmentEngine engine(ImageOf(SmallPart()));
   engine.options.accept_score = kUnreachable;
   const SegmentMatch match = engine.Find(scene);
   EXPECT_EQ(match.num_poses, NumScalesWithin(0.25, 4, engine, match));
@@ -139,7 +139,7 @@ TEST_F(CoarseSearchTest, DefaultBoundsAreAQuarterAndFour) {
 
 TEST_F(CoarseSearchTest, ScaleEqualToABoundIsScored) {
   // The scale of the pattern's own copy is exactly 1, at the first factor.
-  const ImagePtr image = PictureOf(SmallPart());
+  const ImagePtr image = ImageOf(SmallPart());
   TrainedSearch search(image);
   search.SetMinMaxScale(1, 1);
   EXPECT_GT(LookFor(search, image).score, 95);
@@ -158,32 +158,32 @@ TEST_F(CoarseSearchTest, ScaleEqualToABoundIsScored) {
 TEST_F(CoarseSearchTest, WithoutAHypothesisTheSearchStartsFromNothing) {
   // Angle and scale 0, and the anchor at the first scene segment; the eight scale steps add up to
   // 0.19921875.
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   search.SetMinMaxScale(100, 200);
-  const Found found = LookFor(search, SceneOf(SmallPart(), kTurned));
+  const Found found = LookFor(search, SceneOf(SmallPart(), kRotated));
   EXPECT_EQ(found.status, 0);
   EXPECT_TRUE(SameBits(found.angle, 0.0));
   EXPECT_LE(std::abs(found.scale), 0.19921875);
 
-  SegmentEngine engine(PictureOf(SmallPart()));
+  SegmentEngine engine(ImageOf(SmallPart()));
   engine.options.min_scale = 100;
   engine.options.max_scale = 200;
-  EXPECT_EQ(engine.Find(SceneOf(SmallPart(), kTurned)).num_poses, 0);
+  EXPECT_EQ(engine.Find(SceneOf(SmallPart(), kRotated)).num_poses, 0);
 
   ReferenceParameters parameters;
   parameters.min_scale = 100;
   parameters.max_scale = 200;
   ReferencePattern reference;
-  ASSERT_EQ(ReferenceTrain(reference, CopyOf(PictureOf(SmallPart())).get(), parameters), 0);
+  ASSERT_EQ(ReferenceTrain(reference, CopyOf(ImageOf(SmallPart())).get(), parameters), 0);
   ReferenceSearch reference_search(reference, parameters);
-  ExpectSameResult(found, reference_search.LookForIt(CopyOf(SceneOf(SmallPart(), kTurned)).get(),
+  ExpectSameResult(found, reference_search.LookForIt(CopyOf(SceneOf(SmallPart(), kRotated)).get(),
                                                      [] { return false; }));
 }
 
 TEST_F(CoarseSearchTest, AngleIsPatternDirectionMinusSceneDirection) {
-  // A part turned clockwise on the screen by a is found at the angle a; the difference of two
+  // A part rotated clockwise on the screen by a is found at the angle a; the difference of two
   // segment directions is not normalised, so a full turn may be added or missing.
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   for (const double degrees : {20.0, 100.0, 200.0, 300.0}) {
     const Found found =
         LookFor(search, SceneOf(SmallPart(), {.x = 90, .y = 75, .angle_deg = degrees}));

@@ -22,7 +22,7 @@ inline Point PlacedAt(const Found& found, Point reference, Point position) {
           found.y + found.scale * (s * dx + c * dy) - kPixelCentre};
 }
 
-/// Mean distance of the pattern picture's four corners, as a found pose lays
+/// Mean distance of the pattern image's four corners, as a found pose lays
 /// them, from where the truth has them. Pixels.
 inline double CornerError(QRSIS& search, const Found& found, render::Size pattern,
                           const render::Pose& scene_from_part) {

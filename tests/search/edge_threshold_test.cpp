@@ -21,41 +21,41 @@ int EstimateOf(const ImagePtr& image) {
   return ctd_compute_edge_strength(nullptr, copy.get());
 }
 
-/// A picture with an estimate of its own: blurred edges of every strength, over faint noise that
-/// makes weak gradients the most frequent ones. Pictures with sharp edges only get the estimator's
+/// An image with an estimate of its own: blurred edges of every strength, over faint noise that
+/// makes weak gradients the most frequent ones. Images with sharp edges only get the estimator's
 /// stopgap of 10, as a flat one does.
-ImagePtr PictureWithEstimate() {
-  ImagePtr picture = render::RenderPattern(SmallPart(), {.blur_sigma_px = 1.5, .noise_sigma = 0.6});
-  EXPECT_NE(EstimateOf(picture), EstimateOf(UniformPicture()));
-  return picture;
+ImagePtr ImageWithEstimate() {
+  ImagePtr image = render::RenderPattern(SmallPart(), {.blur_sigma_px = 1.5, .noise_sigma = 0.6});
+  EXPECT_NE(EstimateOf(image), EstimateOf(UniformImage()));
+  return image;
 }
 
 TEST(EdgeThreshold, IsEstimatedOnceForMinusOne) {
-  const ImagePtr picture = PictureWithEstimate();
-  const int estimate = EstimateOf(picture);
+  const ImagePtr image = ImageWithEstimate();
+  const int estimate = EstimateOf(image);
   QRSIS search;
   search.Initialize();
   search.SetParams(kAutomatic, 10, 100000, 80);
-  ASSERT_EQ(TrainOn(search, picture), 0);
+  ASSERT_EQ(TrainOn(search, image), 0);
   EXPECT_EQ(PatternThreshold(search), estimate);
   // The search and the next training use the same number.
-  LookFor(search, picture);
+  LookFor(search, image);
   EXPECT_EQ(static_cast<CCrawler*>(search.GetCrawlerSceneData())->edge_threshold, estimate);
-  TrainOn(search, UniformPicture());
+  TrainOn(search, UniformImage());
   EXPECT_EQ(PatternThreshold(search), estimate);
 }
 
 TEST(EdgeThreshold, KeepsTheEstimateOfAFailedTraining) {
-  const ImagePtr picture = PictureWithEstimate();
+  const ImagePtr image = ImageWithEstimate();
   QRSIS search;
   search.Initialize();
   search.SetParams(kAutomatic, 10, 100000, 80);
-  EXPECT_EQ(TrainOn(search, UniformPicture()), 1);  // of which the estimate is 10
+  EXPECT_EQ(TrainOn(search, UniformImage()), 1);  // of which the estimate is 10
   EXPECT_EQ(PatternThreshold(search), 10);
-  EXPECT_EQ(TrainOn(search, picture), 0);
+  EXPECT_EQ(TrainOn(search, image), 0);
   EXPECT_EQ(PatternThreshold(search), 10);
 
-  const ImagePtr curved = PictureOf(CurvedPart());
+  const ImagePtr curved = ImageOf(CurvedPart());
   search.SetParams(kAutomatic, 10, 100000, 80);
   EXPECT_EQ(TrainOn(search, curved), 4);
   EXPECT_EQ(PatternThreshold(search), EstimateOf(curved));
@@ -65,7 +65,7 @@ TEST(EdgeThreshold, IsEstimatedForNoOtherNegativeNumber) {
   QRSIS search;
   search.Initialize();
   search.SetParams(-2, 10, 100000, 80);
-  TrainOn(search, PictureOf(SmallPart()));
+  TrainOn(search, ImageOf(SmallPart()));
   EXPECT_EQ(PatternThreshold(search), -2);
 }
 
@@ -73,11 +73,11 @@ TEST(EdgeThreshold, IsNotEstimatedWithoutContourSets) {
   // Without them training ends before the estimate, and the next one still makes it.
   QRSIS search;
   search.SetParams(kAutomatic, 10, 100000, 80);
-  EXPECT_EQ(TrainOn(search, UniformPicture()), 3);
+  EXPECT_EQ(TrainOn(search, UniformImage()), 3);
   search.Initialize();
-  const ImagePtr picture = PictureWithEstimate();
-  TrainOn(search, picture);
-  EXPECT_EQ(PatternThreshold(search), EstimateOf(picture));
+  const ImagePtr image = ImageWithEstimate();
+  TrainOn(search, image);
+  EXPECT_EQ(PatternThreshold(search), EstimateOf(image));
 }
 
 TEST(EdgeThreshold, IsEstimatedAs13ForAnImageOfAnotherType) {
@@ -85,7 +85,7 @@ TEST(EdgeThreshold, IsEstimatedAs13ForAnImageOfAnotherType) {
   search.Initialize();
   search.SetParams(kAutomatic, 10, 100000, 80);
   EXPECT_EQ(search.TrainIt(ImagePtr(im_create(2, 31, 32)).get()), 1);
-  TrainOn(search, PictureOf(SmallPart()));
+  TrainOn(search, ImageOf(SmallPart()));
   EXPECT_EQ(PatternThreshold(search), 13);
 }
 

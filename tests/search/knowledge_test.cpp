@@ -63,7 +63,7 @@ void ExpectSamePattern(QRSIS& actual, QRSIS& expected) {
 
 TEST(Knowledge, LoadedPatternIsTheSavedOne) {
   const ScratchFolder folder;
-  TrainedSearch saved(PictureOf(SmallPart()));
+  TrainedSearch saved(ImageOf(SmallPart()));
   EXPECT_TRUE(Save(saved, folder.File("p")));
   UntrainedSearch loaded;
   EXPECT_TRUE(Load(loaded, folder.File("p")));
@@ -72,8 +72,8 @@ TEST(Knowledge, LoadedPatternIsTheSavedOne) {
 
 TEST(Knowledge, FileHoldsTheVeryImageOfTheTraining) {
   const ScratchFolder folder;
-  const ImagePtr picture = PictureOf(SmallPart());
-  TrainedSearch search(picture);
+  const ImagePtr image = ImageOf(SmallPart());
+  TrainedSearch search(image);
   ASSERT_TRUE(Save(search, folder.File("p")));
   const std::string path = folder.File("p_qrsi.bmp");
   int width = 0;
@@ -87,13 +87,13 @@ TEST(Knowledge, FileHoldsTheVeryImageOfTheTraining) {
   ASSERT_EQ(im_file_read(read.get(), path.c_str(), 1), 0);
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x)
-      ASSERT_EQ(read->row[y][x], picture->row[y][x]) << x << ' ' << y;
+      ASSERT_EQ(read->row[y][x], image->row[y][x]) << x << ' ' << y;
   }
 }
 
 TEST(Knowledge, NameIsThePathAndTheSuffixWhateverItEndsIn) {
   const ScratchFolder folder;
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   ASSERT_TRUE(Save(search, folder.File("part.bmp")));
   EXPECT_EQ(folder.Names(), (std::vector<std::string>{"part.bmp_qrsi.bmp"}));
   UntrainedSearch loaded;
@@ -107,21 +107,21 @@ TEST(Knowledge, UntrainedObjectSavesNothing) {
   QRSIS fresh;
   EXPECT_FALSE(Save(fresh, folder.File("p")));
   UntrainedSearch failed;
-  EXPECT_EQ(TrainOn(failed, UniformPicture()), 1);
+  EXPECT_EQ(TrainOn(failed, UniformImage()), 1);
   EXPECT_FALSE(Save(failed, folder.File("p")));
   EXPECT_TRUE(folder.Names().empty());
 }
 
 TEST(Knowledge, IsNotSavedIntoAFolderThatIsNotThere) {
   const ScratchFolder folder;
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   EXPECT_FALSE(Save(search, folder.File("missing/p")));
   EXPECT_TRUE(folder.Names().empty());
 }
 
 TEST(Knowledge, SavingLeavesTheObjectTrained) {
   const ScratchFolder folder;
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   const ImagePtr scene = SceneOf(SmallPart(), {.x = 90, .y = 75, .angle_deg = 20});
   const Found before = LookFor(search, scene);
   ASSERT_TRUE(Save(search, folder.File("p")));
@@ -131,15 +131,15 @@ TEST(Knowledge, SavingLeavesTheObjectTrained) {
 
 TEST(Knowledge, MissingFileIsNotLoaded) {
   const ScratchFolder folder;
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   EXPECT_FALSE(Load(search, folder.File("missing")));
-  TrainedSearch same(PictureOf(SmallPart()));
+  TrainedSearch same(ImageOf(SmallPart()));
   ExpectSamePattern(search, same);  // what it had learnt stays
 }
 
 TEST(Knowledge, TruncatedFileIsNotLoaded) {
   const ScratchFolder folder;
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   ASSERT_TRUE(Save(search, folder.File("p")));
   std::string bytes = Contents(folder.File("p_qrsi.bmp"));
   bytes.resize(bytes.size() - 1000);  // the size is still readable, the pixels are not
@@ -148,45 +148,45 @@ TEST(Knowledge, TruncatedFileIsNotLoaded) {
     const LossByDesign image_made_for_the_file;
     EXPECT_FALSE(Load(search, folder.File("cut")));
   }
-  TrainedSearch same(PictureOf(SmallPart()));
+  TrainedSearch same(ImageOf(SmallPart()));
   ExpectSamePattern(search, same);
 }
 
-TEST(Knowledge, FileThatIsNoPictureIsNotLoaded) {
+TEST(Knowledge, FileThatIsNoImageIsNotLoaded) {
   const ScratchFolder folder;
   UntrainedSearch search;
   WriteBytes(folder.File("text_qrsi.bmp"), "hello");
   WriteBytes(folder.File("empty_qrsi.bmp"), "");
   EXPECT_FALSE(Load(search, folder.File("text")));
   EXPECT_FALSE(Load(search, folder.File("empty")));
-  ExpectZeroResult({LookFor(search, UniformPicture()).status, 0, 0, 0, 0, 0}, 1);
+  ExpectZeroResult({LookFor(search, UniformImage()).status, 0, 0, 0, 0, 0}, 1);
 }
 
-TEST(Knowledge, PictureWithoutAPatternIsLoadedYetTrainsNothing) {
+TEST(Knowledge, ImageWithoutAPatternIsLoadedYetTrainsNothing) {
   const ScratchFolder folder;
-  ASSERT_EQ(im_file_write(UniformPicture(40, 30).get(), (folder.File("flat_qrsi.bmp")).c_str(), 1),
+  ASSERT_EQ(im_file_write(UniformImage(40, 30).get(), (folder.File("flat_qrsi.bmp")).c_str(), 1),
             0);
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   EXPECT_TRUE(Load(search, folder.File("flat")));
   EXPECT_EQ(search.GetPatternDx(), 40);
   EXPECT_EQ(search.GetPatternDy(), 30);
-  EXPECT_EQ(LookFor(search, PictureOf(SmallPart())).status, 1);
+  EXPECT_EQ(LookFor(search, ImageOf(SmallPart())).status, 1);
   EXPECT_FALSE(Save(search, folder.File("again")));
 }
 
 TEST(Knowledge, IsLoadedWithoutInitializeYetTrainsNothing) {
   const ScratchFolder folder;
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   ASSERT_TRUE(Save(search, folder.File("p")));
   QRSIS uninitialised;
   EXPECT_TRUE(Load(uninitialised, folder.File("p")));
   EXPECT_EQ(uninitialised.GetPatternDx(), 100);
-  EXPECT_EQ(LookFor(uninitialised, PictureOf(SmallPart())).status, 1);
+  EXPECT_EQ(LookFor(uninitialised, ImageOf(SmallPart())).status, 1);
 }
 
 TEST(Knowledge, IsTrainedWithTheParametersInForce) {
   const ScratchFolder folder;
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   ASSERT_TRUE(Save(search, folder.File("p")));
   UntrainedSearch loaded;
   loaded.SetParams(40, 15, 3000, 80);
@@ -199,20 +199,20 @@ TEST(Knowledge, IsTrainedWithTheParametersInForce) {
 
 TEST(Knowledge, ThresholdIsEstimatedAgain) {
   const ScratchFolder folder;
-  const ImagePtr picture = PictureOf(SmallPart());
-  TrainedSearch search(picture);
+  const ImagePtr image = ImageOf(SmallPart());
+  TrainedSearch search(image);
   ASSERT_TRUE(Save(search, folder.File("p")));
   UntrainedSearch loaded;
   loaded.SetParams(-1, 10, 100000, 80);
   ASSERT_TRUE(Load(loaded, folder.File("p")));
   EXPECT_EQ(static_cast<CCrawler*>(loaded.GetCrawlerPatternData())->edge_threshold,
-            ctd_compute_edge_strength(nullptr, picture.get()));
+            ctd_compute_edge_strength(nullptr, image.get()));
 }
 
 TEST(Knowledge, ImageThatTheCrawlRefusedIsNotSaved) {
   // The image library writes 8-bit grey only.
   const ScratchFolder folder;
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   ASSERT_EQ(search.TrainIt(ImagePtr(im_create(2, 20, 20)).get()), 0);
   EXPECT_FALSE(Save(search, folder.File("p")));
   EXPECT_TRUE(folder.Names().empty());

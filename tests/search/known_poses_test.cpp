@@ -25,7 +25,7 @@ namespace orvandel::test {
 namespace {
 
 constexpr double kAccept = 80;
-constexpr double kDiagonal = 284.25;      // of the pattern picture, 220 x 180
+constexpr double kDiagonal = 284.25;      // of the pattern image, 220 x 180
 constexpr double kFoundShare = 0.05;      // of the diagonal: corners farther off are a false find
 constexpr double kMedianCornerError = 1;  // pixels at scale 1: the width of a plateau
 constexpr double kAngleError = 0.5;       // degrees: four times the direction error of 30 points
@@ -141,7 +141,7 @@ TEST(KnownPoses, LowContrastIsFoundWithALowerThreshold) {
 }
 
 TEST(KnownPoses, InvertedContrastIsAnotherPattern) {
-  // Edge directions count with their polarity.
+  // Gradient directions count with their polarity.
   BracketFinder finder;
   const render::Pose truth{.x = 281.3, .y = 258.7, .angle_deg = 33};
   EXPECT_LT(finder.FindAt(truth, {.ground = 200, .contrast = -1}).found.score, kAccept);
@@ -194,7 +194,7 @@ TEST(KnownPoses, AbsentPatternScoresBelowAccept) {
   }
 }
 
-TEST(KnownPoses, PartThatLeavesThePictureIsFoundByWhatIsInside) {
+TEST(KnownPoses, PartThatLeavesTheImageIsFoundByWhatIsInside) {
   // A seventh of its width is outside, and costs about as much of the score.
   BracketFinder finder;
   finder.search().SetParams(16, 10, 100000, 70);

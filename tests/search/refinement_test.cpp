@@ -23,7 +23,7 @@ struct BothResults {
 /// Searches with scale bounds, and by the reference too, to learn the scale before the refinement.
 BothResults SearchWithBounds(const ImagePtr& scene, double min_scale, double max_scale) {
   const ScriptedCounter no_hurry(FrozenTime());
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   search.SetMinMaxScale(min_scale, max_scale);
   const Found found = LookFor(search, scene);
 
@@ -31,7 +31,7 @@ BothResults SearchWithBounds(const ImagePtr& scene, double min_scale, double max
   parameters.min_scale = min_scale;
   parameters.max_scale = max_scale;
   ReferencePattern reference;
-  EXPECT_EQ(ReferenceTrain(reference, CopyOf(PictureOf(SmallPart())).get(), parameters), 0);
+  EXPECT_EQ(ReferenceTrain(reference, CopyOf(ImageOf(SmallPart())).get(), parameters), 0);
   ReferenceSearch reference_search(reference, parameters);
   ExpectSameResult(found, reference_search.LookForIt(CopyOf(scene).get(), [] { return false; }));
   return {found, reference_search.coarse_scale()};
@@ -58,7 +58,7 @@ TEST(Refinement, ScaleMayLeaveTheLowerBound) {
 
 TEST(Refinement, KeepsTheAngleOfTheBestHypothesis) {
   // The angle is the difference of two segment directions, whatever the refinement does.
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   const ImagePtr scene = SceneOf(SmallPart(), {.x = 92, .y = 71, .angle_deg = 35, .scale = 1.1});
   const Found found = LookFor(search, scene);
   CLineExtracter pattern_lines;
@@ -74,7 +74,7 @@ TEST(Refinement, KeepsTheAngleOfTheBestHypothesis) {
 }
 
 TEST(Refinement, FinalScoreIsThatOfAllContourPointsAtTheFoundPose) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   const ImagePtr scene = SceneOf(SmallPart(), {.x = 92, .y = 71, .angle_deg = 35, .scale = 1.1});
   const Found found = LookFor(search, scene);
   double ref_x = 0;

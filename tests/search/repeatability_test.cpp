@@ -52,14 +52,14 @@ void ExpectSameResults(const std::vector<Found>& actual, const std::vector<Found
 
 TEST(Repeatability, SecondSearchOfASceneGivesTheSameBits) {
   const StillCounter no_hurry;
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   for (const ImagePtr& scene : Scenes(/*seed=*/5, 6))
     ExpectSameResult(LookFor(search, scene), LookFor(search, scene));
 }
 
 TEST(Repeatability, ScenesSearchedBeforeLeaveNoTrace) {
   const StillCounter no_hurry;
-  const ImagePtr pattern = PictureOf(SmallPart());
+  const ImagePtr pattern = ImageOf(SmallPart());
   const std::vector<ImagePtr> scenes = Scenes(/*seed=*/6, 6);
   const std::vector<Found> in_turn = SearchAll(pattern, scenes);
   for (std::size_t i = 0; i < scenes.size(); ++i) {
@@ -70,9 +70,9 @@ TEST(Repeatability, ScenesSearchedBeforeLeaveNoTrace) {
 
 TEST(Repeatability, TrainingAgainGivesTheSameBits) {
   const StillCounter no_hurry;
-  const ImagePtr pattern = PictureOf(SmallPart());
+  const ImagePtr pattern = ImageOf(SmallPart());
   const std::vector<ImagePtr> scenes = Scenes(/*seed=*/7, 3);
-  TrainedSearch search(PictureOf(Triangle()));
+  TrainedSearch search(ImageOf(Triangle()));
   ASSERT_EQ(TrainOn(search, pattern), 0);
   const std::vector<Found> expected = SearchAll(pattern, scenes);
   for (std::size_t i = 0; i < scenes.size(); ++i)
@@ -81,8 +81,8 @@ TEST(Repeatability, TrainingAgainGivesTheSameBits) {
 
 TEST(Repeatability, TwoThreadsWithObjectsOfTheirOwnGiveTheBitsOfOne) {
   const StillCounter no_hurry;
-  const ImagePtr pattern = PictureOf(SmallPart());
-  const ImagePtr other_pattern = PictureOf(Triangle());
+  const ImagePtr pattern = ImageOf(SmallPart());
+  const ImagePtr other_pattern = ImageOf(Triangle());
   const std::vector<ImagePtr> scenes = Scenes(/*seed=*/8, 8);
   const std::vector<Found> expected = SearchAll(pattern, scenes);
   const std::vector<Found> other_expected = SearchAll(other_pattern, scenes);
@@ -98,7 +98,7 @@ TEST(Repeatability, TwoThreadsWithObjectsOfTheirOwnGiveTheBitsOfOne) {
 
 TEST(Repeatability, ThreadsThatRaceForTheFirstUseGiveTheBitsOfOne) {
   const StillCounter no_hurry;
-  const ImagePtr pattern = PictureOf(SmallPart());
+  const ImagePtr pattern = ImageOf(SmallPart());
   const std::vector<ImagePtr> scenes = Scenes(/*seed=*/9, 4);
   const std::vector<Found> expected = SearchAll(pattern, scenes);
 

@@ -12,7 +12,7 @@
 namespace orvandel::test {
 namespace {
 
-const render::Pose kTurned{.x = 92, .y = 71, .angle_deg = 35};
+const render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
 
 TEST(SearchObjectCopy, SharesTheContourSets) {
   QRSIS source;
@@ -31,12 +31,12 @@ TEST(SearchObjectCopy, OfAFreshOneSharesNothing) {
   assigned = source;
   EXPECT_EQ(assigned.GetCrawlerSceneData(), nullptr);
   copy.Initialize();
-  EXPECT_EQ(TrainOn(copy, PictureOf(SmallPart())), 0);
+  EXPECT_EQ(TrainOn(copy, ImageOf(SmallPart())), 0);
 }
 
 TEST(SearchObjectCopy, TakesPatternAndLastResult) {
-  TrainedSearch source(PictureOf(SmallPart()));
-  const Found found = LookFor(source, SceneOf(SmallPart(), kTurned));
+  TrainedSearch source(ImageOf(SmallPart()));
+  const Found found = LookFor(source, SceneOf(SmallPart(), kRotated));
   const QRSIS& original = source;
   auto& copy = MakeAndKeep<QRSIS>(original);
   ExpectSameResult(ResultOf(copy, 0), found);
@@ -53,10 +53,10 @@ TEST(SearchObjectCopy, TakesPatternAndLastResult) {
 }
 
 TEST(SearchObjectCopy, SearchesAsItsSource) {
-  TrainedSearch source(PictureOf(SmallPart()));
+  TrainedSearch source(ImageOf(SmallPart()));
   source.SetParams(20, 12, 4000, 90);
   source.SetMinMaxScale(0.8, 1.2);
-  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  const ImagePtr scene = SceneOf(SmallPart(), kRotated);
   const Found found = LookFor(source, scene);
   EXPECT_GT(found.score, 80);
   const QRSIS& original = source;
@@ -68,8 +68,8 @@ TEST(SearchObjectCopy, SearchesAsItsSource) {
 }
 
 TEST(SearchObjectCopy, MayBeTheOneThatIsDestroyed) {
-  auto& source = MakeAndKeep<TrainedSearch>(PictureOf(SmallPart()));
-  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  auto& source = MakeAndKeep<TrainedSearch>(ImageOf(SmallPart()));
+  const ImagePtr scene = SceneOf(SmallPart(), kRotated);
   const Found found = LookFor(source, scene);
   const QRSIS& original = source;
   QRSIS copy(original);
@@ -81,7 +81,7 @@ TEST(SearchObjectCopy, AssignmentReleasesNothingOfItsTarget) {
   target.Initialize();
   const ContourHandle pattern(target.GetCrawlerPatternData());  // dropped, so the test's to release
   const ContourHandle scene(target.GetCrawlerSceneData());
-  auto& source = MakeAndKeep<TrainedSearch>(PictureOf(SmallPart()));
+  auto& source = MakeAndKeep<TrainedSearch>(ImageOf(SmallPart()));
   const QRSIS& original = source;
   target = original;
   EXPECT_EQ(target.GetCrawlerPatternData(), source.GetCrawlerPatternData());
@@ -90,8 +90,8 @@ TEST(SearchObjectCopy, AssignmentReleasesNothingOfItsTarget) {
 }
 
 TEST(SearchObjectCopy, AssignmentToItselfChangesNothing) {
-  TrainedSearch search(PictureOf(SmallPart()));
-  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  TrainedSearch search(ImageOf(SmallPart()));
+  const ImagePtr scene = SceneOf(SmallPart(), kRotated);
   const Found found = LookFor(search, scene);
   void* handle = search.GetCrawlerPatternData();
   const QRSIS& same = search;
@@ -102,13 +102,13 @@ TEST(SearchObjectCopy, AssignmentToItselfChangesNothing) {
 }
 
 TEST(SearchObjectCopy, HasParametersOfItsOwn) {
-  TrainedSearch source(PictureOf(SmallPart()));
+  TrainedSearch source(ImageOf(SmallPart()));
   const QRSIS& original = source;
   auto& copy = MakeAndKeep<QRSIS>(original);
   copy.SetParams(33, 10, 100000, 80);
-  LookFor(source, SceneOf(SmallPart(), kTurned));
+  LookFor(source, SceneOf(SmallPart(), kRotated));
   EXPECT_EQ(static_cast<CCrawler*>(source.GetCrawlerSceneData())->edge_threshold, 16);
-  LookFor(copy, SceneOf(SmallPart(), kTurned));
+  LookFor(copy, SceneOf(SmallPart(), kRotated));
   EXPECT_EQ(static_cast<CCrawler*>(source.GetCrawlerSceneData())->edge_threshold, 33);
 }
 

@@ -69,7 +69,7 @@ TEST(SearchObject, SecondInitializeAbandonsTheFirstPair) {
 }
 
 TEST(SearchObject, DefaultsReachTheCrawl) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   const CCrawler& set = FieldsOf(search.GetCrawlerPatternData());
   EXPECT_EQ(set.edge_threshold, 16);
   EXPECT_EQ(set.min_size, 10);
@@ -80,7 +80,7 @@ TEST(SearchObject, SetParamsReachesTheCrawlUnchecked) {
   QRSIS search;
   search.Initialize();
   search.SetParams(-7, -30, -40, 80);
-  EXPECT_EQ(TrainOn(search, PictureOf(SmallPart())), 1);  // no contour has at most -40 points
+  EXPECT_EQ(TrainOn(search, ImageOf(SmallPart())), 1);  // no contour has at most -40 points
   const CCrawler& set = FieldsOf(search.GetCrawlerPatternData());
   EXPECT_EQ(set.edge_threshold, -7);
   EXPECT_EQ(set.min_size, -30);
@@ -88,10 +88,10 @@ TEST(SearchObject, SetParamsReachesTheCrawlUnchecked) {
 }
 
 TEST(SearchObject, ParametersTakeEffectAtTheNextSearch) {
-  const ImagePtr picture = PictureOf(SmallPart());
-  TrainedSearch search(picture);
+  const ImagePtr image = ImageOf(SmallPart());
+  TrainedSearch search(image);
   search.SetParams(25, 12, 5000, 80);
-  LookFor(search, picture);
+  LookFor(search, image);
   const CCrawler& scene = FieldsOf(search.GetCrawlerSceneData());
   EXPECT_EQ(scene.edge_threshold, 25);
   EXPECT_EQ(scene.min_size, 12);
@@ -130,22 +130,22 @@ TEST(SearchObject, CleanUpOfAFreshOneDoesNothing) {
 TEST(SearchObject, CleanUpReleasesTheImageAndLeavesItsPointer) {
   // A host that cleans up a trained object must not destroy it any more. The leak check sees that
   // the image is gone; the object still takes itself for trained, as its search tells.
-  auto& search = MakeAndKeep<TrainedSearch>(PictureOf(SmallPart()));
-  LookFor(search, PictureOf(SmallPart()));
+  auto& search = MakeAndKeep<TrainedSearch>(ImageOf(SmallPart()));
+  LookFor(search, ImageOf(SmallPart()));
   search.CleanUp();
   EXPECT_EQ(search.GetCrawlerPatternData(), nullptr);
   EXPECT_EQ(search.GetCrawlerSceneData(), nullptr);
   EXPECT_EQ(search.GetPatternDx(), 100);
   EXPECT_EQ(search.GetPatternDy(), 80);
-  ExpectZeroResult(LookFor(search, PictureOf(SmallPart())), 3);
+  ExpectZeroResult(LookFor(search, ImageOf(SmallPart())), 3);
 }
 
 TEST(SearchObject, DestructionReleasesAllThatItOwns) {
   // For the leak check: trained twice, searched, with sets and images of several sizes.
-  TrainedSearch search(PictureOf(SmallPart()));
-  EXPECT_EQ(TrainOn(search, PictureOf(Triangle())), 0);
+  TrainedSearch search(ImageOf(SmallPart()));
+  EXPECT_EQ(TrainOn(search, ImageOf(Triangle())), 0);
   LookFor(search, SceneOf(Triangle(), {.x = 90, .y = 75}));
-  EXPECT_EQ(TrainOn(search, PictureOf(SmallPart())), 0);
+  EXPECT_EQ(TrainOn(search, ImageOf(SmallPart())), 0);
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ Found CompareSearches(const ImagePtr& pattern, const ImagePtr& scene,
 }
 
 TEST(SearchReference, AgreesOnRandomScenes) {
-  const ImagePtr pattern = PictureOf(SmallPart());
+  const ImagePtr pattern = ImageOf(SmallPart());
   int num_found = 0;
   for (std::uint32_t seed = 1; seed <= 40; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -66,7 +66,7 @@ TEST(SearchReference, AgreesOnRandomScenes) {
 }
 
 TEST(SearchReference, AgreesUnderOtherParameters) {
-  const ImagePtr pattern = PictureOf(SmallPart());
+  const ImagePtr pattern = ImageOf(SmallPart());
   for (std::uint32_t seed = 101; seed <= 140; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     UniformRandom random(seed);
@@ -97,7 +97,7 @@ TEST(SearchReference, AgreesOnPatternsThatAreScenes) {
 }
 
 TEST(SearchReference, AgreesOnPureNoise) {
-  const ImagePtr pattern = PictureOf(SmallPart());
+  const ImagePtr pattern = ImageOf(SmallPart());
   for (std::uint32_t seed = 301; seed <= 306; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     UniformRandom random(seed);
@@ -110,7 +110,7 @@ TEST(SearchReference, AgreesOnPureNoise) {
 /// A rectangle with rounded corners whose upper side rises a little to the right, through the
 /// boundary of two pixel rows. Its contour begins where the upper row does, in the middle of that
 /// side, so the side's two pieces are joined.
-ImagePtr PictureWithSeamInASide(double degrees, double shift) {
+ImagePtr ImageWithSeamInASide(double degrees, double shift) {
   const render::Part rounded = PartOf(
       render::RoundedPolygon({{{-30, -20}, 8}, {{30, -20}, 8}, {{30, 20}, 8}, {{-30, 20}, 8}}),
       {100, 80});
@@ -129,7 +129,7 @@ TEST(SearchReference, AgreesOnSegmentsOfNoLength) {
   for (const double degrees : {-0.5, -1.0, -1.5}) {
     for (const double shift : {0.0, 0.25, 0.5, 0.75}) {
       SCOPED_TRACE(std::to_string(degrees) + " degrees, shift " + std::to_string(shift));
-      const ImagePtr pattern = PictureWithSeamInASide(degrees, shift);
+      const ImagePtr pattern = ImageWithSeamInASide(degrees, shift);
       ReferencePattern reference;
       ASSERT_EQ(ReferenceTrain(reference, CopyOf(pattern).get(), parameters), 0);
       for (const CLineSegment& s : reference.segments)

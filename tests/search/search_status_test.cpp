@@ -19,7 +19,7 @@
 namespace orvandel::test {
 namespace {
 
-const render::Pose kTurned{.x = 92, .y = 71, .angle_deg = 35};
+const render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
 
 ImagePtr OfAnotherType() {
   return ImagePtr(im_create(2, 180, 150));
@@ -27,17 +27,17 @@ ImagePtr OfAnotherType() {
 
 TEST(SearchStatus, UntrainedReturns1) {
   QRSIS fresh;
-  EXPECT_EQ(fresh.LookForIt(PictureOf(SmallPart()).get()), 1);
+  EXPECT_EQ(fresh.LookForIt(ImageOf(SmallPart()).get()), 1);
   QRSIS initialised;
   initialised.Initialize();
-  EXPECT_EQ(initialised.LookForIt(PictureOf(SmallPart()).get()), 1);
+  EXPECT_EQ(initialised.LookForIt(ImageOf(SmallPart()).get()), 1);
 }
 
 TEST(SearchStatus, UntrainedLeavesTheResultAndTheImageAsTheyAre) {
-  TrainedSearch search(PictureOf(SmallPart()));
-  const Found before = LookFor(search, SceneOf(SmallPart(), kTurned));
+  TrainedSearch search(ImageOf(SmallPart()));
+  const Found before = LookFor(search, SceneOf(SmallPart(), kRotated));
   ASSERT_GT(before.score, 0);
-  ASSERT_EQ(TrainOn(search, UniformPicture()), 1);
+  ASSERT_EQ(TrainOn(search, UniformImage()), 1);
   const ImagePtr scene = MakeImage(40, 40, [](int x, int y) { return (x * y) % 256; });
   EXPECT_EQ(search.LookForIt(scene.get()), 1);
   ExpectSameResult(ResultOf(search, 0), before);
@@ -48,34 +48,34 @@ TEST(SearchStatus, UntrainedLeavesTheResultAndTheImageAsTheyAre) {
 }
 
 TEST(SearchStatus, SceneWithoutContourReturns2AndAZeroResult) {
-  TrainedSearch search(PictureOf(SmallPart()));
-  LookFor(search, SceneOf(SmallPart(), kTurned));
-  ExpectZeroResult(LookFor(search, UniformPicture()), 2);
+  TrainedSearch search(ImageOf(SmallPart()));
+  LookFor(search, SceneOf(SmallPart(), kRotated));
+  ExpectZeroResult(LookFor(search, UniformImage()), 2);
 }
 
 TEST(SearchStatus, SceneWithoutLineSegmentReturns4AndAZeroResult) {
-  TrainedSearch search(PictureOf(SmallPart()));
-  LookFor(search, SceneOf(SmallPart(), kTurned));
-  ExpectZeroResult(LookFor(search, PictureOf(CurvedPart())), 4);
+  TrainedSearch search(ImageOf(SmallPart()));
+  LookFor(search, SceneOf(SmallPart(), kRotated));
+  ExpectZeroResult(LookFor(search, ImageOf(CurvedPart())), 4);
   EXPECT_GT(ctd_contour_count(search.GetCrawlerSceneData()), 0);
 }
 
 TEST(SearchStatus, FoundReturns0AndAPose) {
-  TrainedSearch search(PictureOf(SmallPart()));
-  const Found found = LookFor(search, SceneOf(SmallPart(), kTurned));
+  TrainedSearch search(ImageOf(SmallPart()));
+  const Found found = LookFor(search, SceneOf(SmallPart(), kRotated));
   EXPECT_EQ(found.status, 0);
   EXPECT_GE(found.score, 80);
   EXPECT_LE(found.score, 100);
 }
 
 TEST(SearchStatus, SceneOfAnotherTypeReturns2AtFirst) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   EXPECT_EQ(search.LookForIt(OfAnotherType().get()), 2);
   ExpectZeroResult(ResultOf(search, 2), 2);
 }
 
 TEST(SearchStatus, NoSceneReturns2AtFirst) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   EXPECT_EQ(search.LookForIt(nullptr), 2);
   ExpectZeroResult(ResultOf(search, 2), 2);
 }
@@ -92,8 +92,8 @@ Found ReferenceResultOfStaleScene(const ImagePtr& pattern, const ImagePtr& scene
 
 TEST(SearchStatus, SceneOfAnotherTypeSearchesTheOneBeforeAgain) {
   // Its contours are smoothed and resampled once more.
-  const ImagePtr pattern = PictureOf(SmallPart());
-  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  const ImagePtr pattern = ImageOf(SmallPart());
+  const ImagePtr scene = SceneOf(SmallPart(), kRotated);
   const Found expected = ReferenceResultOfStaleScene(pattern, scene);
   for (const ImagePtr& refused : {OfAnotherType(), ImagePtr()}) {
     TrainedSearch search(pattern);
@@ -118,14 +118,14 @@ void LoadCountsAlone(void* contours) {
 }
 
 TEST(SearchStatus, SceneThatCountsContoursAndHoldsNoneReturns4) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   LoadCountsAlone(search.GetCrawlerSceneData());
   EXPECT_EQ(search.LookForIt(nullptr), 4);
   ExpectZeroResult(ResultOf(search, 4), 4);
 }
 
 TEST(SearchStatus, SceneThatCountsContoursAndHoldsNoneReturns0WhenTheTimeIsUp) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   search.SetTimeOutValue(0);
   LoadCountsAlone(search.GetCrawlerSceneData());
   const int status = search.LookForIt(nullptr);
@@ -133,7 +133,7 @@ TEST(SearchStatus, SceneThatCountsContoursAndHoldsNoneReturns0WhenTheTimeIsUp) {
 }
 
 TEST(SearchStatus, TrainingOnAPatternThatCountsContoursAndHoldsNoneReturns4) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   LoadCountsAlone(search.GetCrawlerPatternData());
   EXPECT_EQ(search.TrainIt(OfAnotherType().get()), 4);
   double x = 0;
@@ -145,28 +145,28 @@ TEST(SearchStatus, TrainingOnAPatternThatCountsContoursAndHoldsNoneReturns4) {
 TEST(SearchStatus, ThresholdOfMinusOneIsPassedOnAsItIs) {
   // No estimate is made for a scene: -1 keeps every pixel as a candidate.
   const ScriptedCounter no_hurry(FrozenTime());
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   search.SetParams(-1, 10, 100000, 80);
-  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  const ImagePtr scene = SceneOf(SmallPart(), kRotated);
   const Found found = LookFor(search, scene);
   EXPECT_EQ(static_cast<CCrawler*>(search.GetCrawlerSceneData())->edge_threshold, -1);
 
   ReferenceParameters parameters;
   ReferencePattern reference;
-  ASSERT_EQ(ReferenceTrain(reference, CopyOf(PictureOf(SmallPart())).get(), parameters), 0);
+  ASSERT_EQ(ReferenceTrain(reference, CopyOf(ImageOf(SmallPart())).get(), parameters), 0);
   parameters.edge_threshold = -1;
   ReferenceSearch reference_search(reference, parameters);
   ExpectSameResult(found, reference_search.LookForIt(CopyOf(scene).get(), [] { return false; }));
 }
 
-TEST(SearchStatus, SearchUsesUpItsImageAndLeavesThePattern) {
-  const ImagePtr pattern = PictureOf(SmallPart());
+TEST(SearchStatus, SearchOverwritesItsImageAndLeavesThePattern) {
+  const ImagePtr pattern = ImageOf(SmallPart());
   TrainedSearch search(pattern);
   const int num_points = ctd_point_count(search.GetCrawlerPatternData());
   double ref_x = 0;
   double ref_y = 0;
   search.GetPatternRef(&ref_x, &ref_y);
-  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  const ImagePtr scene = SceneOf(SmallPart(), kRotated);
   search.LookForIt(scene.get());
   for (int y = 0; y < scene->height; ++y) {
     for (int x = 0; x < scene->width; ++x)

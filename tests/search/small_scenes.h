@@ -9,7 +9,7 @@
 
 namespace orvandel::test {
 
-// Small pictures, quick to search even under the sanitizers. The ground is 50, parts are lighter.
+// Small images, quick to search even under the sanitizers. The ground is 50, parts are lighter.
 
 inline render::Part PartOf(const render::Outline& outline, render::Size frame, double grey = 180) {
   return {{{outline, {}, {grey, 0, 0}}}, frame};
@@ -32,11 +32,11 @@ inline render::Part CurvedPart() {
   return PartOf(render::Circle({0, 0}, 10), {60, 50});
 }
 
-inline ImagePtr PictureOf(const render::Part& part) {
+inline ImagePtr ImageOf(const render::Part& part) {
   return render::RenderPattern(part);
 }
 
-inline ImagePtr UniformPicture(int width = 60, int height = 50) {
+inline ImagePtr UniformImage(int width = 60, int height = 50) {
   return MakeImage(width, height, [](int, int) { return 128; });
 }
 

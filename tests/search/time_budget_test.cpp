@@ -21,13 +21,13 @@ namespace {
 constexpr std::uint64_t kMicroseconds = 1000000;  // ticks per second: one tick a microsecond
 constexpr int kUnreachable = 101;                 // an accept score that no hypothesis has
 
-const render::Pose kTurned{.x = 92, .y = 71, .angle_deg = 35};
+const render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
 
 /// Whether the time is past the deadline when the counter shows `now` from the search's start on, which then
 /// ends without a result; else it finds the pattern.
 bool IsPast(std::uint64_t now, std::uint64_t start, std::uint64_t rate, TrainedSearch& search) {
   const ScriptedCounter counter([=](int read) { return read == 0 ? start : now; }, rate);
-  const Found found = LookFor(search, SceneOf(SmallPart(), kTurned));
+  const Found found = LookFor(search, SceneOf(SmallPart(), kRotated));
   if (found.score > 80) return false;
   ExpectZeroResult(found, 0);
   return true;
@@ -37,14 +37,14 @@ bool IsPast(std::uint64_t now, std::uint64_t start, std::uint64_t rate, TrainedS
 void ExpectDeadline(std::uint64_t deadline, int timeout_us, std::uint64_t start,
                     std::uint64_t rate) {
   SCOPED_TRACE("timeout " + std::to_string(timeout_us) + ", rate " + std::to_string(rate));
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   search.SetTimeOutValue(timeout_us);
   EXPECT_FALSE(IsPast(deadline, start, rate, search));
   EXPECT_TRUE(IsPast(deadline + 1, start, rate, search));
 }
 
 TEST(TimeBudget, IsAMillionMicrosecondsAtFirst) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   EXPECT_FALSE(IsPast(1000500, 500, kMicroseconds, search));
   EXPECT_TRUE(IsPast(1000501, 500, kMicroseconds, search));
 }
@@ -79,32 +79,32 @@ TEST(TimeBudget, CounterIsComparedAsASignedNumber) {
   // Ten ticks before the counter wraps, with a deadline five ticks behind that.
   const std::uint64_t start = std::uint64_t{0} - 10;
   ExpectDeadline(5, 15, start, kMicroseconds);
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   search.SetTimeOutValue(15);
   EXPECT_FALSE(IsPast(std::uint64_t{0} - 1, start, kMicroseconds, search));
 }
 
 TEST(TimeBudget, ZeroGivesAZeroResultThoughTheSceneHoldsThePattern) {
-  TrainedSearch search(PictureOf(SmallPart()));
-  LookFor(search, SceneOf(SmallPart(), kTurned));
+  TrainedSearch search(ImageOf(SmallPart()));
+  LookFor(search, SceneOf(SmallPart(), kRotated));
   search.SetTimeOutValue(0);
-  ExpectZeroResult(LookFor(search, SceneOf(SmallPart(), kTurned)), 0);
+  ExpectZeroResult(LookFor(search, SceneOf(SmallPart(), kRotated)), 0);
 }
 
 TEST(TimeBudget, SceneWithoutContourComesBeforeTheTime) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   const ScriptedCounter counter(TimeThatExpiresAtRead(1));
-  ExpectZeroResult(LookFor(search, UniformPicture()), 2);
+  ExpectZeroResult(LookFor(search, UniformImage()), 2);
 }
 
 TEST(TimeBudget, TimeComesBeforeASceneWithoutSegments) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   {
     const ScriptedCounter counter(TimeThatExpiresAtRead(2));
-    ExpectZeroResult(LookFor(search, PictureOf(CurvedPart())), 0);
+    ExpectZeroResult(LookFor(search, ImageOf(CurvedPart())), 0);
   }
   const ScriptedCounter counter(TimeThatExpiresAtRead(3));
-  ExpectZeroResult(LookFor(search, PictureOf(CurvedPart())), 4);
+  ExpectZeroResult(LookFor(search, ImageOf(CurvedPart())), 4);
 }
 
 TEST(TimeBudget, UntrainedObjectDoesNotReadTheCounter) {
@@ -114,12 +114,12 @@ TEST(TimeBudget, UntrainedObjectDoesNotReadTheCounter) {
     ADD_FAILURE() << "the counter is read";
     return std::uint64_t{0};
   });
-  LookFor(search, UniformPicture());
+  LookFor(search, UniformImage());
 }
 
 /// A search in which every scale is in range, none is accepted, and the time expires at a read.
 SegmentMatch ExpiringSearch(int expiring_read, const ImagePtr& scene) {
-  SegmentEngine engine(PictureOf(SmallPart()));
+  SegmentEngine engine(ImageOf(SmallPart()));
   engine.options.accept_score = kUnreachable;
   engine.options.min_scale = 0;
   engine.options.max_scale = std::numeric_limits<double>::infinity();
@@ -127,7 +127,7 @@ SegmentMatch ExpiringSearch(int expiring_read, const ImagePtr& scene) {
   return engine.Find(scene);
 }
 SegmentMatch ExpiringSearch(int expiring_read) {
-  return ExpiringSearch(expiring_read, SceneOf(SmallPart(), kTurned));
+  return ExpiringSearch(expiring_read, SceneOf(SmallPart(), kRotated));
 }
 
 TEST(TimeBudget, OutcomeTellsThatNoPoseWasTried) {
@@ -152,10 +152,10 @@ TEST(TimeBudget, OutcomeTellsWhetherTheCoarseSearchWasCutShort) {
 }
 
 TEST(TimeBudget, MissingContoursOrSegmentsAreNoLackOfTime) {
-  const SegmentMatch no_contour = ExpiringSearch(1, UniformPicture());
+  const SegmentMatch no_contour = ExpiringSearch(1, UniformImage());
   EXPECT_EQ(no_contour.outcome, SegmentSearchOutcome::kNoContour);
   EXPECT_FALSE(no_contour.ran_out_of_time);
-  const SegmentMatch no_segment = ExpiringSearch(3, PictureOf(CurvedPart()));
+  const SegmentMatch no_segment = ExpiringSearch(3, ImageOf(CurvedPart()));
   EXPECT_EQ(no_segment.outcome, SegmentSearchOutcome::kNoSegment);
   EXPECT_FALSE(no_segment.ran_out_of_time);
   EXPECT_GT(no_segment.num_contours, 0);
@@ -183,8 +183,8 @@ TEST(TimeBudget, TimeoutInTheSecondPassEndsTheSearchAfterIt) {
 
 TEST(TimeBudget, ResultOfATimeoutIsThatOfTheReferenceSearch) {
   // Wherever the time expires, the best pose so far is refined and scored.
-  const ImagePtr pattern = PictureOf(SmallPart());
-  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  const ImagePtr pattern = ImageOf(SmallPart());
+  const ImagePtr scene = SceneOf(SmallPart(), kRotated);
   ReferenceParameters parameters;
   parameters.accept_score = kUnreachable;
   ReferencePattern reference;
@@ -205,10 +205,10 @@ TEST(TimeBudget, ResultOfATimeoutIsThatOfTheReferenceSearch) {
 TEST(TimeBudget, RefinementAndFinalScoreAreNotTimed) {
   // Where no scale is in range the coarse search scores nothing and so tests nothing; refinement and final
   // score take no notice of a time that is over.
-  SegmentEngine engine(PictureOf(SmallPart()));
+  SegmentEngine engine(ImageOf(SmallPart()));
   engine.options.min_scale = 100;
   engine.options.max_scale = 200;
-  const ImagePtr scene = SceneOf(SmallPart(), kTurned);
+  const ImagePtr scene = SceneOf(SmallPart(), kRotated);
   const auto find = [&](const ScriptedCounter::Script& time) {
     const ScriptedCounter counter(time);
     return engine.Find(scene);
@@ -236,21 +236,21 @@ class SlowlyMeasuredCounter : public TickCounter {
 };
 
 TEST(TimeBudget, MeasuringTheRateIsNotCharged) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   search.SetTimeOutValue(1000);  // a quarter of a second would exceed it
   const SlowlyMeasuredCounter counter;
-  EXPECT_GT(LookFor(search, SceneOf(SmallPart(), kTurned)).score, 80);
+  EXPECT_GT(LookFor(search, SceneOf(SmallPart(), kRotated)).score, 80);
 }
 
 TEST(TimeBudget, EverySearchHasADeadlineOfItsOwn) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   search.SetTimeOutValue(1000);
   {
     const ScriptedCounter counter([](int) { return std::uint64_t{0}; });
-    EXPECT_GT(LookFor(search, SceneOf(SmallPart(), kTurned)).score, 80);
+    EXPECT_GT(LookFor(search, SceneOf(SmallPart(), kRotated)).score, 80);
   }
   const ScriptedCounter counter([](int) { return std::uint64_t{999999999}; });
-  EXPECT_GT(LookFor(search, SceneOf(SmallPart(), kTurned)).score, 80);
+  EXPECT_GT(LookFor(search, SceneOf(SmallPart(), kRotated)).score, 80);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace {
 
 /// Whether the object takes itself for trained: an untrained one returns 1 from a search.
 bool IsTrained(QRSIS& search) {
-  return LookFor(search, UniformPicture()).status != 1;
+  return LookFor(search, UniformImage()).status != 1;
 }
 
 /// An 8-bit image that calls itself another type.
@@ -43,10 +43,10 @@ void ExpectReference(QRSIS& search, double x, double y) {
 }
 
 TEST(Training, LearnsContoursAndReferencePointOfTheReferenceChain) {
-  const ImagePtr picture = PictureOf(SmallPart());
-  TrainedSearch search(picture);
+  const ImagePtr image = ImageOf(SmallPart());
+  TrainedSearch search(image);
   ReferencePattern reference;
-  ASSERT_EQ(ReferenceTrain(reference, CopyOf(picture).get(), {}), 0);
+  ASSERT_EQ(ReferenceTrain(reference, CopyOf(image).get(), {}), 0);
   ExpectSameContours(search.GetCrawlerPatternData(), reference.contours.get());
   ExpectReference(search, reference.ref_x, reference.ref_y);
 }
@@ -55,7 +55,7 @@ TEST(Training, ReferencePointIsTheMeanOfTheContourPoints) {
   // A square of side 40 in the middle of 60 x 60: positions in which the centre of the first pixel
   // is (0.5, 0.5) have its centre at (30, 30). Of about 160 points, one more or less at a corner,
   // 20 pixels away, moves the mean by 0.125; smoothed corners and the seam may cost or add four.
-  TrainedSearch search(PictureOf(PartOf(render::Rectangle({0, 0}, 40, 40), {60, 60})));
+  TrainedSearch search(ImageOf(PartOf(render::Rectangle({0, 0}, 40, 40), {60, 60})));
   double x = 0;
   double y = 0;
   search.GetPatternRef(&x, &y);
@@ -76,15 +76,15 @@ TEST(Training, ReferencePointIsTheMeanOfTheContourPoints) {
 }
 
 TEST(Training, TakesTheSizeOfItsImage) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   EXPECT_EQ(search.GetPatternDx(), 100);
   EXPECT_EQ(search.GetPatternDy(), 80);
 }
 
-TEST(Training, UsesUpTheImageItIsGiven) {
+TEST(Training, OverwritesTheImageItIsGiven) {
   // The image becomes an edge map, and the crawl takes every contour pixel out of that.
-  const ImagePtr picture = PictureOf(Triangle());
-  const ImagePtr given = CopyOf(picture);
+  const ImagePtr image = ImageOf(Triangle());
+  const ImagePtr given = CopyOf(image);
   QRSIS search;
   search.Initialize();
   ASSERT_EQ(search.TrainIt(given.get()), 0);
@@ -98,7 +98,7 @@ TEST(Training, UsesUpTheImageItIsGiven) {
 
 TEST(Training, WithoutInitializeReturns3AndKnowsTheSize) {
   QRSIS search;
-  EXPECT_EQ(TrainOn(search, PictureOf(SmallPart())), 3);
+  EXPECT_EQ(TrainOn(search, ImageOf(SmallPart())), 3);
   EXPECT_EQ(search.GetPatternDx(), 100);
   EXPECT_EQ(search.GetPatternDy(), 80);
   EXPECT_FALSE(IsTrained(search));
@@ -107,7 +107,7 @@ TEST(Training, WithoutInitializeReturns3AndKnowsTheSize) {
 TEST(Training, WithoutContourReturns1) {
   QRSIS search;
   search.Initialize();
-  EXPECT_EQ(TrainOn(search, UniformPicture(60, 50)), 1);
+  EXPECT_EQ(TrainOn(search, UniformImage(60, 50)), 1);
   EXPECT_EQ(search.GetPatternDx(), 60);
   EXPECT_EQ(search.GetPatternDy(), 50);
   EXPECT_FALSE(IsTrained(search));
@@ -116,7 +116,7 @@ TEST(Training, WithoutContourReturns1) {
 TEST(Training, WithCurvedContoursOnlyReturns4) {
   QRSIS search;
   search.Initialize();
-  EXPECT_EQ(TrainOn(search, PictureOf(CurvedPart())), 4);
+  EXPECT_EQ(TrainOn(search, ImageOf(CurvedPart())), 4);
   EXPECT_GT(ctd_contour_count(search.GetCrawlerPatternData()), 0);
   EXPECT_FALSE(IsTrained(search));
   // The reference point has come as far as the contours: the disc's centre, in positions of which
@@ -129,12 +129,12 @@ TEST(Training, WithCurvedContoursOnlyReturns4) {
 }
 
 TEST(Training, FailureMakesATrainedObjectUntrained) {
-  for (const ImagePtr& bad : {UniformPicture(), PictureOf(CurvedPart())}) {
-    TrainedSearch search(PictureOf(SmallPart()));
+  for (const ImagePtr& bad : {UniformImage(), ImageOf(CurvedPart())}) {
+    TrainedSearch search(ImageOf(SmallPart()));
     EXPECT_TRUE(IsTrained(search));
     EXPECT_NE(TrainOn(search, bad), 0);
     EXPECT_FALSE(IsTrained(search));
-    EXPECT_EQ(TrainOn(search, PictureOf(SmallPart())), 0);
+    EXPECT_EQ(TrainOn(search, ImageOf(SmallPart())), 0);
     EXPECT_TRUE(IsTrained(search));
   }
 }
@@ -149,8 +149,8 @@ TEST(Training, ImageOfAnotherTypeHasNoContourAtFirst) {
 }
 
 TEST(Training, ImageOfAnotherTypeTrainsAgainOnTheContoursBefore) {
-  const ImagePtr picture = PictureOf(SmallPart());
-  TrainedSearch search(picture);
+  const ImagePtr image = ImageOf(SmallPart());
+  TrainedSearch search(image);
   EXPECT_EQ(search.TrainIt(OfAnotherType(31, 32).get()), 0);
   EXPECT_EQ(search.GetPatternDx(), 31);
   EXPECT_EQ(search.GetPatternDy(), 32);
@@ -158,14 +158,14 @@ TEST(Training, ImageOfAnotherTypeTrainsAgainOnTheContoursBefore) {
 
   // The contours are smoothed and resampled once more, from where the line extraction left them.
   ReferencePattern reference;
-  ASSERT_EQ(ReferenceTrain(reference, CopyOf(picture).get(), {}), 0);
+  ASSERT_EQ(ReferenceTrain(reference, CopyOf(image).get(), {}), 0);
   ASSERT_EQ(ReferenceTrain(reference, OfAnotherType(31, 32).get(), {}), 0);
   ExpectSameContours(search.GetCrawlerPatternData(), reference.contours.get());
   ExpectReference(search, reference.ref_x, reference.ref_y);
 }
 
 TEST(Training, WithoutAnImageReturns1AndLeavesNothing) {
-  TrainedSearch search(PictureOf(SmallPart()));
+  TrainedSearch search(ImageOf(SmallPart()));
   EXPECT_EQ(search.TrainIt(nullptr), 1);
   EXPECT_EQ(search.GetPatternDx(), 0);
   EXPECT_EQ(search.GetPatternDy(), 0);

@@ -280,16 +280,16 @@ TEST(FindShapes, EndsWhenItsTimeIsUpAndSaysSo) {
   EXPECT_EQ(whole.matches.size(), 1U);
 }
 
-/// The scene turned by a quarter, clockwise on the screen.
-GreyImage QuarterTurned(const GreyImage& image) {
-  GreyImage turned(image.height, image.width);
-  for (std::int32_t y = 0; y < turned.height; ++y) {
-    for (std::int32_t x = 0; x < turned.width; ++x)
-      turned.At(x, y) = image.pixels[static_cast<std::size_t>(image.height - 1 - x) *
-                                         static_cast<std::size_t>(image.width) +
-                                     static_cast<std::size_t>(y)];
+/// The scene rotated by a quarter, clockwise on the screen.
+GreyImage RotatedByAQuarter(const GreyImage& image) {
+  GreyImage rotated(image.height, image.width);
+  for (std::int32_t y = 0; y < rotated.height; ++y) {
+    for (std::int32_t x = 0; x < rotated.width; ++x)
+      rotated.At(x, y) = image.pixels[static_cast<std::size_t>(image.height - 1 - x) *
+                                          static_cast<std::size_t>(image.width) +
+                                      static_cast<std::size_t>(y)];
   }
-  return turned;
+  return rotated;
 }
 
 TEST(FindShapes, FollowsATurnOfTheScene) {
@@ -297,15 +297,15 @@ TEST(FindShapes, FollowsATurnOfTheScene) {
   const auto model = Learnt(PatternOf(part));
   ASSERT_TRUE(model);
   const GreyImage scene = SceneOf(part, {280.3, 210.9, 23, 0.9}, {.noise_sigma = 3});
-  const auto upright = FindIn(scene, *model);
-  const auto turned = FindIn(QuarterTurned(scene), *model);
-  ASSERT_EQ(upright.size(), 1U);
-  ASSERT_EQ(turned.size(), 1U);
-  const Similarity& pose = upright[0].scene_from_pattern;
+  const auto unrotated = FindIn(scene, *model);
+  const auto rotated = FindIn(RotatedByAQuarter(scene), *model);
+  ASSERT_EQ(unrotated.size(), 1U);
+  ASSERT_EQ(rotated.size(), 1U);
+  const Similarity& pose = unrotated[0].scene_from_pattern;
   // (x, y) goes to (height - 1 - y, x). The searches start from other grids; what they end with is the same optimum.
   const Similarity expected = {scene.height - 1 - pose.y, pose.x, pose.angle + 0.5 * kPi,
                                pose.scale};
-  EXPECT_LT(CornerError(turned[0].scene_from_pattern, expected, part.frame), 0.02);
+  EXPECT_LT(CornerError(rotated[0].scene_from_pattern, expected, part.frame), 0.02);
 }
 
 TEST(FindShapes, FollowsAShiftOfTheScene) {

@@ -35,11 +35,11 @@ struct GreyImageOf {
 using GreyImage = GreyImageOf<std::uint8_t>;
 using DeepImage = GreyImageOf<std::uint16_t>;
 
-/// A copy of a rendered picture.
-inline GreyImage ToGreyImage(const ImagePtr& picture) {
-  GreyImage image(picture->width, picture->height);
+/// A copy of a rendered image.
+inline GreyImage ToGreyImage(const ImagePtr& rendered) {
+  GreyImage image(rendered->width, rendered->height);
   for (std::int32_t y = 0; y < image.height; ++y)
-    std::copy_n(picture->row[y], image.width, &image.At(0, y));
+    std::copy_n(rendered->row[y], image.width, &image.At(0, y));
   return image;
 }
 

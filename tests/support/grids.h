@@ -70,12 +70,12 @@ inline std::string Drawing(const Grid& grid) {
 
 /// Columns become rows.
 inline Grid Transposed(const Grid& grid) {
-  Grid turned = MakeGrid(Height(grid), Width(grid));
+  Grid transposed = MakeGrid(Height(grid), Width(grid));
   for (int y = 0; y < Height(grid); ++y) {
     for (int x = 0; x < Width(grid); ++x)
-      At(turned, y, x) = At(grid, x, y);
+      At(transposed, y, x) = At(grid, x, y);
   }
-  return turned;
+  return transposed;
 }
 
 }  // namespace orvandel::test

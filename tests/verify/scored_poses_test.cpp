@@ -57,13 +57,13 @@ TEST(ScoredPose, ScaleStretchesFromTheReferencePoint) {
 }
 
 TEST(ScoredPose, TurnsAndScalesTogether) {
-  // (3, 4) turned by 3-4-5's angle and doubled: cos = 0.6, sin = 0.8 gives (-1.4, 4.8) * 2.
+  // (3, 4) rotated by 3-4-5's angle and doubled: cos = 0.6, sin = 0.8 gives (-1.4, 4.8) * 2.
   const double angle = std::atan2(4, 3);
   EXPECT_TRUE((Hit{17, 24}.By(8, 11, 20.5, 15.0, angle, 2)));
 }
 
 TEST(ScoredPose, DirectionsTurnAgainstThePositions) {
-  // An edge direction g is expected as g - angle.
+  // A gradient direction g is expected as g - angle.
   SceneEdges scene(41, 41);
   scene.Put(20, 20, 1.0 - 0.7);
   OnePoint point(1.0);

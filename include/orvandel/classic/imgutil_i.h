@@ -43,7 +43,7 @@ IMGUTIL_API tImage* im_duplicate(const tImage* image);
 /// own pixels is the host's to release.
 IMGUTIL_API void im_delete(tImage* image);
 
-/// Reads a picture file into an image of exactly the file's size. Colour becomes grey by 0.299 R +
+/// Reads an image file into an image of exactly the file's size. Colour becomes grey by 0.299 R +
 /// 0.587 G + 0.114 B, rounded; the values of a grey file are unchanged.
 ///
 /// @param image      8-bit grey; not resized. After a failed read its pixels are as they were.
@@ -53,7 +53,7 @@ IMGUTIL_API void im_delete(tImage* image);
 /// @return  0, or one of `ImageFileError` below.
 IMGUTIL_API int im_file_read(tImage* image, const char* path, int file_type);
 
-/// Writes an 8-bit grey picture file. An older file of that name is replaced only by a complete new
+/// Writes an 8-bit grey image file. An older file of that name is replaced only by a complete new
 /// one; after a failure it is as it was and nothing is left beside it.
 ///
 /// @param file_type  1 = BMP with a 256-entry grey palette; 0 = by the extension (.bmp, .png, .jpg,
@@ -62,7 +62,7 @@ IMGUTIL_API int im_file_read(tImage* image, const char* path, int file_type);
 /// @return  0, or one of `ImageFileError` below.
 IMGUTIL_API int im_file_write(const tImage* image, const char* path, int file_type);
 
-/// Reads a picture file's header.
+/// Reads an image file's header.
 ///
 /// @param width,height  pixels.
 /// @param third   channels in the file: 1 grey, 2 grey and alpha, 3 colour, 4 colour and alpha.
@@ -76,7 +76,7 @@ IMGUTIL_API int im_file_get_size(const char* path, int file_type, int* width, in
 /// values.
 enum ImageFileError : int {
   kImageFileCannotOpen = 1,    ///< missing, or not permitted
-  kImageFileForeign = 2,       ///< not a picture of the expected format
+  kImageFileForeign = 2,       ///< not an image of the expected format
   kImageFileTruncated = 3,     ///< ends before its last pixel
   kImageFileSizeMismatch = 4,  ///< does not have the image's size
   kImageFileOutOfMemory = 5,   ///< no memory for its pixels

@@ -44,7 +44,7 @@ MVTOOLS_API void mvt_linear_regression(const double* x, const double* y, int n, 
 /// Signed perpendicular distance of a point from a line, in pixels: y * cos - x * sin - offset.
 MVTOOLS_API void mvt_point2line_dist(double x, double y, double angle, double offset, double* dist);
 
-/// The line halfway between two lines, after the second has been turned by pi where the two
+/// The line halfway between two lines, after the second has been rotated by pi where the two
 /// directions differ by more than a right angle.
 ///
 /// @param angle   receives the direction in radians, in (-pi/2, pi/2].

@@ -34,7 +34,7 @@ constexpr std::uint32_t kWrittenPixelsAt =
     kFileHeaderSize + kInfoHeaderSize + kPaletteEntrySize * kFullPalette;
 
 struct Layout {
-  PictureInfo info;
+  ImageFileInfo info;
   bool top_down = false;
   std::size_t bytes_per_pixel = 0;
   std::size_t palette_at = 0;
@@ -127,7 +127,7 @@ std::array<std::uint8_t, kFullPalette> GreyPalette(ByteView bytes, const Layout&
   return palette;
 }
 
-/// Row y of the picture, counted from the top.
+/// Row y of the image, counted from the top.
 const std::uint8_t* RowOf(ByteView file, const Layout& layout, int y) {
   const int stored = layout.top_down ? y : layout.info.height - 1 - y;
   return file.data() + layout.pixels_at + layout.stride * static_cast<std::size_t>(stored);
@@ -155,14 +155,14 @@ void DecodeColours(ByteView file, const Layout& layout, std::uint8_t* grey) {
   }
 }
 
-ImageFileError ReadInfo(ByteView beginning, std::uint64_t file_size, PictureInfo& info) {
+ImageFileError ReadInfo(ByteView beginning, std::uint64_t file_size, ImageFileInfo& info) {
   Layout layout;
   if (const auto error = ReadLayout(beginning, file_size, layout)) return error;
   info = layout.info;
   return kImageFileOk;
 }
 
-ImageFileError Decode(ByteView file, const PictureInfo& info, Bytes& grey) {
+ImageFileError Decode(ByteView file, const ImageFileInfo& info, Bytes& grey) {
   Layout layout;
   if (const auto error = ReadLayout(file, file.size(), layout)) return error;
   grey.resize(static_cast<std::size_t>(info.NumPixels()));
@@ -201,7 +201,7 @@ void AppendGreyPalette(Bytes& file) {
 
 }  // namespace
 
-const PictureReader kBmpReader = {ReadInfo, Decode};
+const ImageFileReader kBmpReader = {ReadInfo, Decode};
 
 ImageFileError EncodeBmp(const tImage& image, Bytes& file) {
   const auto width = static_cast<std::size_t>(image.width);

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/imgutil/picture.h"
+#include "platform/imgutil/image_codec.h"
 
 namespace orvandel {
 

@@ -6,9 +6,9 @@
 
 #include "orvandel/classic/imgutil_i.h"
 #include "platform/atomic_file.h"
+#include "platform/imgutil/image_codec.h"
+#include "platform/imgutil/image_format.h"
 #include "platform/imgutil/input_file.h"
-#include "platform/imgutil/picture.h"
-#include "platform/imgutil/picture_format.h"
 
 namespace orvandel {
 namespace {
@@ -25,7 +25,7 @@ bool IsGreyImage(const tImage* image) {
 }
 
 /// Most headers stand in the first few bytes; photographs may carry a preview before theirs.
-ImageFileError ReadInfo(InputFile& file, const PictureReader& reader, PictureInfo& info) {
+ImageFileError ReadInfo(InputFile& file, const ImageFileReader& reader, ImageFileInfo& info) {
   constexpr std::uint64_t kUsuallyEnough = 1 << 16;
   Bytes bytes;
   if (const auto error = file.ReadBeginning(kUsuallyEnough, bytes)) return error;
@@ -35,17 +35,17 @@ ImageFileError ReadInfo(InputFile& file, const PictureReader& reader, PictureInf
   return reader.read_info(bytes, file.Size(), info);
 }
 
-ImageFileError GetSize(const char* path_text, int file_type, PictureInfo& info) {
+ImageFileError GetSize(const char* path_text, int file_type, ImageFileInfo& info) {
   const auto path = PathFromUtf8(path_text);
-  const PictureReader* reader = ReaderFor(path, file_type);
+  const ImageFileReader* reader = ReaderFor(path, file_type);
   if (reader == nullptr) return kImageFileBadArgument;
   InputFile file(path);
   return file.IsOpen() ? ReadInfo(file, *reader, info) : kImageFileCannotOpen;
 }
 
-ImageFileError Decode(InputFile& file, const PictureReader& reader, const tImage& image,
+ImageFileError Decode(InputFile& file, const ImageFileReader& reader, const tImage& image,
                       Bytes& grey) {
-  PictureInfo info;
+  ImageFileInfo info;
   if (const auto error = ReadInfo(file, reader, info)) return error;
   if (info.width != image.width || info.height != image.height) return kImageFileSizeMismatch;
   Bytes bytes;
@@ -58,7 +58,7 @@ ImageFileError Decode(InputFile& file, const PictureReader& reader, const tImage
 
 ImageFileError Read(const tImage& image, const char* path_text, int file_type) {
   const auto path = PathFromUtf8(path_text);
-  const PictureReader* reader = ReaderFor(path, file_type);
+  const ImageFileReader* reader = ReaderFor(path, file_type);
   if (reader == nullptr) return kImageFileBadArgument;
   InputFile file(path);
   if (!file.IsOpen()) return kImageFileCannotOpen;
@@ -73,9 +73,9 @@ ImageFileError Read(const tImage& image, const char* path_text, int file_type) {
 
 ImageFileError Write(const tImage& image, const char* path_text, int file_type) {
   const auto path = PathFromUtf8(path_text);
-  const PictureWriter encode = WriterFor(path, file_type);
+  const ImageFileWriter encode = WriterFor(path, file_type);
   if (encode == nullptr) return kImageFileBadArgument;
-  if (std::max(image.width, image.height) > kMaxPictureSide) return kImageFileTooLarge;
+  if (std::max(image.width, image.height) > kMaxImageFileSide) return kImageFileTooLarge;
 
   Bytes bytes;
   if (const auto error = encode(image, bytes)) return error;
@@ -119,7 +119,7 @@ int im_file_get_size(const char* path, int file_type, int* width, int* height, i
                      int* fourth) {
   using namespace orvandel;
   if (path == nullptr) return kImageFileBadArgument;
-  PictureInfo info;
+  ImageFileInfo info;
   const ImageFileError error =
       WithoutExceptions([&] { return GetSize(path, file_type, info); }, kImageFileCannotOpen);
   if (error != kImageFileOk) return error;

@@ -5,11 +5,11 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/imgutil/picture.h"
+#include "platform/imgutil/image_codec.h"
 
 namespace orvandel {
 
-/// A picture file open for reading. Only regular files open: a picture's header and its pixels are
+/// An image file open for reading. Only regular files open: an image's header and its pixels are
 /// read by two calls, and its length says how much a header may claim.
 class InputFile {
  public:

@@ -81,7 +81,7 @@ ImageFileError CheckSignature(ByteView bytes) {
   return bytes[1] == kStartOfImage ? kImageFileOk : kImageFileForeign;
 }
 
-ImageFileError ReadFrame(const Segment& frame, PictureInfo& info) {
+ImageFileError ReadFrame(const Segment& frame, ImageFileInfo& info) {
   constexpr int kMinBits = 2;  // 8 and 12 but for lossless coding
   constexpr int kMaxBits = 16;
   constexpr int kMaxChannels = 4;
@@ -95,12 +95,12 @@ ImageFileError ReadFrame(const Segment& frame, PictureInfo& info) {
 }
 
 /// Whether a file is long enough: pixels come in blocks of at most 32 by 32, a bit each at least.
-bool CanHold(std::uint64_t file_size, const PictureInfo& info) {
+bool CanHold(std::uint64_t file_size, const ImageFileInfo& info) {
   const auto blocks = [](int side) { return (static_cast<std::uint64_t>(side) + 31) / 32; };
   return blocks(info.width) * blocks(info.height) <= 8 * file_size;
 }
 
-ImageFileError ReadInfo(ByteView beginning, std::uint64_t file_size, PictureInfo& info) {
+ImageFileError ReadInfo(ByteView beginning, std::uint64_t file_size, ImageFileInfo& info) {
   if (const auto error = CheckSignature(beginning)) return error;
   SegmentReader reader(beginning);
   Segment segment;
@@ -149,14 +149,14 @@ ImageFileError CheckComplete(ByteView file) {
   return has_scan ? kImageFileOk : kImageFileTruncated;
 }
 
-ImageFileError Decode(ByteView file, const PictureInfo& info, Bytes& grey) {
+ImageFileError Decode(ByteView file, const ImageFileInfo& info, Bytes& grey) {
   if (const auto error = CheckComplete(file)) return error;
   return DecodeWithStb(file, info, grey);
 }
 
 }  // namespace
 
-const PictureReader kJpegReader = {ReadInfo, Decode};
+const ImageFileReader kJpegReader = {ReadInfo, Decode};
 
 ImageFileError EncodeJpeg(const tImage& image, Bytes& file) {
   return EncodeWithStb(image, StbFormat::kJpeg, file);

@@ -109,12 +109,12 @@ bool IsKnown(unsigned colour_type, unsigned bit_depth) {
 }
 
 struct Header {
-  PictureInfo info;
+  ImageFileInfo info;
   bool has_palette = false;
   int sample_bits = 0;  // of what is packed: palette indices or channels
   int samples_per_pixel = 0;
 
-  /// Bytes of the picture when inflated, but for the filter type of each row.
+  /// Bytes of the image when inflated, but for the filter type of each row.
   std::uint64_t PackedBytes() const {
     const auto bits_per_pixel = static_cast<unsigned>(sample_bits * samples_per_pixel);
     const std::uint64_t bits_per_row =
@@ -149,7 +149,7 @@ std::uint64_t MostInflatedBytes(std::uint64_t compressed_bytes) {
   return 1032 * compressed_bytes;
 }
 
-ImageFileError ReadInfo(ByteView beginning, std::uint64_t file_size, PictureInfo& info) {
+ImageFileError ReadInfo(ByteView beginning, std::uint64_t file_size, ImageFileInfo& info) {
   Header header;
   if (const auto error = ReadHeader(beginning, header)) return error;
   if (header.DecodedBytes() > kMaxCodecBytes) return kImageFileTooLarge;
@@ -167,7 +167,7 @@ ImageFileError AppendFullPalette(const Chunk& chunk, Bytes& file) {
   return kImageFileOk;
 }
 
-/// Checks every chunk up to the last and copies those that make the grey picture: transparency and
+/// Checks every chunk up to the last and copies those that make the grey image: transparency and
 /// what decoders may pass over is left out.
 ImageFileError CopyEssentialChunks(ByteView file, bool has_palette, Bytes& copy) {
   copy.assign(kSignature.begin(), kSignature.end());
@@ -186,7 +186,7 @@ ImageFileError CopyEssentialChunks(ByteView file, bool has_palette, Bytes& copy)
   return kImageFileOk;
 }
 
-ImageFileError Decode(ByteView file, const PictureInfo& info, Bytes& grey) {
+ImageFileError Decode(ByteView file, const ImageFileInfo& info, Bytes& grey) {
   Header header;
   Bytes essential;
   if (const auto error = ReadHeader(file, header)) return error;
@@ -196,7 +196,7 @@ ImageFileError Decode(ByteView file, const PictureInfo& info, Bytes& grey) {
 
 }  // namespace
 
-const PictureReader kPngReader = {ReadInfo, Decode};
+const ImageFileReader kPngReader = {ReadInfo, Decode};
 
 ImageFileError EncodePng(const tImage& image, Bytes& file) {
   return EncodeWithStb(image, StbFormat::kPng, file);

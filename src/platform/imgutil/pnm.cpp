@@ -60,7 +60,7 @@ class NumberReader {
 };
 
 struct Layout {
-  PictureInfo info;
+  ImageFileInfo info;
   bool plain = false;  // samples as decimal text
   int maximum = 0;     // the sample that means white
   std::size_t samples_at = 0;
@@ -149,14 +149,14 @@ ImageFileError DecodePixel(SampleReader& reader, const Layout& layout, std::uint
   return kImageFileOk;
 }
 
-ImageFileError ReadInfo(ByteView beginning, std::uint64_t file_size, PictureInfo& info) {
+ImageFileError ReadInfo(ByteView beginning, std::uint64_t file_size, ImageFileInfo& info) {
   Layout layout;
   if (const auto error = ReadLayout(beginning, file_size, layout)) return error;
   info = layout.info;
   return kImageFileOk;
 }
 
-ImageFileError Decode(ByteView file, const PictureInfo& info, Bytes& grey) {
+ImageFileError Decode(ByteView file, const ImageFileInfo& info, Bytes& grey) {
   Layout layout;
   if (const auto error = ReadLayout(file, file.size(), layout)) return error;
   grey.resize(static_cast<std::size_t>(info.NumPixels()));
@@ -169,7 +169,7 @@ ImageFileError Decode(ByteView file, const PictureInfo& info, Bytes& grey) {
 
 }  // namespace
 
-const PictureReader kPnmReader = {ReadInfo, Decode};
+const ImageFileReader kPnmReader = {ReadInfo, Decode};
 
 ImageFileError EncodePgm(const tImage& image, Bytes& file) {
   const std::string header =

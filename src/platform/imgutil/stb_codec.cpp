@@ -11,7 +11,7 @@
 namespace {
 
 // The most that a decoder may ask for at once. A small file can be made that inflates to any size;
-// its picture cannot.
+// its image cannot.
 thread_local std::size_t largest_allocation = 0;
 
 // Cleared, so that pixels that a damaged file leaves undecoded are black and not what the memory
@@ -68,7 +68,7 @@ constexpr int kJpegQuality = 95;
 
 /// Up to 8 bytes a pixel, compressed to no less than twice that at worst, in buffers that grow by
 /// doubling; sides rounded up to whole blocks; tables.
-std::size_t LargestAllocation(const PictureInfo& info) {
+std::size_t LargestAllocation(const ImageFileInfo& info) {
   constexpr std::uint64_t kBytesPerPixel = 32;
   constexpr std::uint64_t kTables = 1 << 20;
   const auto padded = [](int side) { return static_cast<std::uint64_t>(side) + 32; };
@@ -101,7 +101,7 @@ bool Encode(const Bytes& pixels, int width, int height, StbFormat format, Bytes&
 
 }  // namespace
 
-ImageFileError DecodeWithStb(ByteView file, const PictureInfo& info, Bytes& grey) {
+ImageFileError DecodeWithStb(ByteView file, const ImageFileInfo& info, Bytes& grey) {
   if (file.size() > INT_MAX) return kImageFileTooLarge;
   int width = 0;
   int height = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/imgutil/picture.h"
+#include "platform/imgutil/image_codec.h"
 
 namespace orvandel {
 
@@ -9,7 +9,7 @@ inline constexpr std::uint64_t kMaxCodecBytes = 1ULL << 29;
 
 /// Decodes a PNG or JPEG file that has been found complete, into grey values. `info` is what the
 /// file's header says; nothing else is accepted.
-ImageFileError DecodeWithStb(ByteView file, const PictureInfo& info, Bytes& grey);
+ImageFileError DecodeWithStb(ByteView file, const ImageFileInfo& info, Bytes& grey);
 
 enum class StbFormat { kPng, kJpeg, kTga };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/imgutil/picture.h"
+#include "platform/imgutil/image_codec.h"
 
 namespace orvandel {
 

@@ -49,7 +49,7 @@ Line FitLine(const double* x, const double* y, int n) {
 
 /// The same line with its direction in (-pi/2, pi/2]; `angle` is in [-pi, pi]. Half a turn negates
 /// the offset.
-Line Upright(Line line) {
+Line Normalised(Line line) {
   if (line.angle > kHalfPi) return {line.angle - kPi, -line.offset};
   if (line.angle <= -kHalfPi) return {line.angle + kPi, -line.offset};
   return line;
@@ -61,11 +61,11 @@ Line Bisect(Line first, Line second) {
   const SinCos b = SinCosOf(second.angle);
   const double c = a.cosine + b.cosine;
   const double s = a.sine + b.sine;
-  return Upright({ArcTan2(s, c), (first.offset + second.offset) / Hypot(c, s)});
+  return Normalised({ArcTan2(s, c), (first.offset + second.offset) / Hypot(c, s)});
 }
 
-/// Sine and cosine of an angle, kept for the next call: the points of a run are measured against one line.
-SinCos KeptSinCosOf(double angle) {
+/// Sine and cosine of an angle, cached for the next call: the points of a run are measured against one line.
+SinCos CachedSinCosOf(double angle) {
   struct LastAngle {
     std::uint64_t bits = 0;
     SinCos value;
@@ -92,7 +92,7 @@ void mvt_linear_regression(const double* x, const double* y, int n, int /*mode*/
 
 void mvt_point2line_dist(double x, double y, double angle, double offset, double* dist) {
   if (dist == nullptr) return;
-  const auto [sine, cosine] = KeptSinCosOf(angle);
+  const auto [sine, cosine] = CachedSinCosOf(angle);
   *dist = y * cosine - x * sine - offset;
 }
 

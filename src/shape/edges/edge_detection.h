@@ -8,7 +8,7 @@
 
 namespace orvandel::shape::edges {
 
-/// Gradients weaker than this are noise in most pictures: a step of 32 grey levels of 255.
+/// Gradients weaker than this are noise in most images: a step of 32 grey levels of 255.
 inline constexpr float kUsualLeastStrength = 12.0F;
 
 /// Working rows of the detector. Kept from image to image it saves the allocations; what is in it

@@ -19,7 +19,7 @@ constexpr std::size_t kAllPoints = 1600;
 /// Fewer edge points than this say nothing about a pose.
 constexpr std::size_t kLeastPoints = 8;
 
-/// The search looks at patterns of about 20 pixels, in gradients down to 10; smaller pictures are of no use.
+/// The search looks at patterns of about 20 pixels, in gradients down to 10; smaller images are of no use.
 constexpr double kLeastSide = 10.0;
 
 template <typename Pixel>

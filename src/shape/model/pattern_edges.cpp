@@ -240,7 +240,7 @@ std::vector<EdgePoint> FindPatternEdges(const FactorImage& image, const PatternI
     }
   }
   const double typical = TypicalStrength(peaks);
-  // Crumbs of a few points are grain. What is a crumb depends on the size of the picture.
+  // Crumbs of a few points are grain. What is a crumb depends on the size of the image.
   const double side = std::sqrt(static_cast<double>(image.width) * image.height);
   const auto least_count = static_cast<std::size_t>(std::clamp(side / 16.0, 2.0, 8.0));
   std::vector<EdgePoint> points;

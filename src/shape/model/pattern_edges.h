@@ -23,7 +23,7 @@ struct FactorImage {
 };
 
 /// The pattern seen `factor` times smaller (at least 1): each pixel is the mean over a square of that
-/// side, as the pixels of a pyramid are. The picture stays in the middle.
+/// side, as the pixels of a pyramid are. The image stays in the middle.
 FactorImage ShrinkPattern(const PatternImage& pattern, double factor);
 
 /// The edge points of a pattern at one factor, to a fraction of a pixel, in image order: peaks of the

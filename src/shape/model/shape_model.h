@@ -33,7 +33,7 @@ struct EdgePoints {
 
 EdgePoints ToArrays(const std::vector<EdgePoint>& points);
 
-/// What a pattern looks like when it is seen `factor` times smaller: edges that a fine picture shows
+/// What a pattern looks like when it is seen `factor` times smaller: edges that a fine image shows
 /// melt together in a coarse one, so each half octave has points of its own.
 struct ModelLevel {
   double factor = 1.0;
@@ -42,7 +42,7 @@ struct ModelLevel {
   EdgePoints all;     ///< for the last fit and the score
 };
 
-/// Chance score of a pattern in pictures without it, in the octave from a scale on.
+/// Chance score of a pattern in images without it, in the octave from a scale on.
 struct ChanceLevel {
   double scale = 1.0;
   double score = 0.0;

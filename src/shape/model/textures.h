@@ -7,7 +7,7 @@
 
 namespace orvandel::shape {
 
-/// Synthetic pictures in which a pattern is not, to learn how well chance imitates it.
+/// Synthetic images in which a pattern is not, to learn how well chance imitates it.
 inline constexpr std::int32_t kTextureWidth = 640;
 inline constexpr std::int32_t kTextureHeight = 480;
 
@@ -17,7 +17,7 @@ inline constexpr std::int32_t kTextureHeight = 480;
 /// for natural images", International Journal of Computer Vision 41, 2001.
 PatternImage MakeDeadLeaves(std::uint64_t seed);
 
-/// Tiles cut from the pattern, a quarter of its side each, laid in random order, turned by quarters and mirrored: the
+/// Tiles cut from the pattern, a quarter of its side each, laid in random order, rotated by quarters and mirrored: the
 /// pattern's own details in wrong places.
 PatternImage MakeMosaic(const PatternImage& pattern, std::uint64_t seed);
 

@@ -9,7 +9,7 @@ namespace orvandel::shape {
 /// Method: J. Immerkaer, "Fast noise variance estimation", Computer Vision and Image Understanding
 /// 64(2), 1996, with a quantile in place of the mean, so that edges do not count.
 double EstimateNoiseVariance(const FloatImage& image) {
-  // A quarter of normal deviates stay below this in size; where a quarter of the picture is without
+  // A quarter of normal deviates stay below this in size; where a quarter of the image is without
   // structure, only noise decides.
   constexpr double kQuarter = 0.3186;
   constexpr double kNorm = 6.0;  // root of the sum of squared weights of (1 -2 1) x (1 -2 1)

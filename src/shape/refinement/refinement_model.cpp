@@ -12,10 +12,10 @@
 namespace orvandel::shape {
 namespace {
 
-/// A picture's values are rounded to whole grey levels.
+/// An image's values are rounded to whole grey levels.
 constexpr double kRoundingVariance = 1.0 / 12.0;
 
-/// A picture with less noise than that has rounding errors that repeat.
+/// An image with less noise than that has rounding errors that repeat.
 constexpr double kNoNoise = 0.01;
 
 struct StripPlan {
@@ -84,7 +84,7 @@ double RadiusOf(const PixelSet& belongs, int width, int height) {
   return 0.5 * std::sqrt(across * across + down * down);
 }
 
-/// Noise deviation of a gradient component of the blurred picture, by that of a pixel: the roots of the
+/// Noise deviation of a gradient component of the blurred image, by that of a pixel: the roots of the
 /// sums of squared taps along and across the derivative.
 double GradientGain(const GaussianTaps& taps) {
   const int reach = static_cast<int>(taps.half.size()) - 1;
@@ -103,7 +103,7 @@ double GradientGain(const GaussianTaps& taps) {
   return std::sqrt(smooth * slope);
 }
 
-/// Two pictures that every level of blur needs again.
+/// Two images that every level of blur needs again.
 struct BlurBuffers {
   FloatImage between;
   FloatImage blurred;

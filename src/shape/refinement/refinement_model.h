@@ -71,7 +71,7 @@ struct RefinementModel {
 ///
 /// @param mask    of the pattern image's size, 0 where a pixel does not belong; empty: all belong.
 /// @param origin  in the pattern image; poses say where it lies in the scene.
-/// A picture without edges gives a model with empty strips. Throws std::bad_alloc alone.
+/// An image without edges gives a model with empty strips. Throws std::bad_alloc alone.
 RefinementModel LearnRefinementModel(const ImageView& pattern, const ImageView8& mask,
                                      Point origin);
 

@@ -3,7 +3,7 @@
 namespace orvandel::shape {
 namespace {
 
-/// Shorter runs of equal values come about by chance where a picture is smooth.
+/// Shorter runs of equal values come about by chance where an image is smooth.
 constexpr int kLeastRun = 6;
 
 /// Gives the pixels of long runs along a line their first one, and their length.

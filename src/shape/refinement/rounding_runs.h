@@ -7,9 +7,9 @@
 
 namespace orvandel::shape {
 
-/// Pixels of a picture without noise that share one rounding error: runs of equal values along a row or
-/// a column, as an upright edge makes them. Entry i is the first pixel of pixel i's run, i itself where it
-/// is alone.
+/// Pixels of an image without noise that share one rounding error: runs of equal values along a row or
+/// a column, as an axis-parallel edge makes them. Entry i is the first pixel of pixel i's run, i itself
+/// where it is alone.
 std::vector<std::int32_t> FindRoundingRuns(const FloatImage& image);
 
 }  // namespace orvandel::shape

@@ -44,7 +44,7 @@ struct BlurKernel {
 void MakeDiskKernel(double variance, double sampling, BlurKernel& kernel);
 void MakeLineKernel(const LineBlur& line, double sampling, BlurKernel& kernel);
 
-/// Applies a kernel to a picture whose border values go on outside.
+/// Applies a kernel to an image whose border values go on outside.
 void Blur(const std::vector<float>& image, int width, int height, const BlurKernel& kernel,
           FloatImage& padded, FloatImage& blurred);
 

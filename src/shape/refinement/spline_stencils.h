@@ -5,7 +5,7 @@
 
 namespace orvandel::shape {
 
-// A picture sampled with the cubic B-spline as kernel is a smooth function with exact derivatives. At the
+// An image sampled with the cubic B-spline as kernel is a smooth function with exact derivatives. At the
 // pixels themselves they are sums over 3 x 3 neighbours: (1 4 1)/6 for the value, (-1 0 1)/2 for the first
 // and (1 -2 1) for the second derivative along an axis.
 // Source: M. Unser, "Splines: a perfect fit for signal and image processing", IEEE Signal Processing

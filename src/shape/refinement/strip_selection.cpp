@@ -306,7 +306,7 @@ void MarkSteepness(const Gradient& gradient, const FloatImage& grey, Strip& stri
   const float middle = Quantile(flat_greys, 0.5);
   for (std::size_t i = 0; i < squares.size(); ++i) {
     const bool is_dark = grey.Row(strip.row[i])[strip.column[i]] < middle;
-    // A clean picture's flat pixels are all alike, and then count as flat together.
+    // A clean image's flat pixels are all alike, and then count as flat together.
     strip.steepness.push_back(squares[i] <= flat
                                   ? (is_dark ? Steepness::kFlatDark : Steepness::kFlatBright)
                               : squares[i] < steep ? Steepness::kMiddle

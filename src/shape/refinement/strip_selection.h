@@ -19,7 +19,7 @@ struct StripSelection {
   int margin = 0;                ///< to the image's border, pixels
 };
 
-/// Finds the edges of a smooth picture and the pixels along them, and fills in all of `strip` but its
+/// Finds the edges of a smooth image and the pixels along them, and fills in all of `strip` but its
 /// levels of blur.
 ///
 /// @param belongs whole 3 x 3 neighbourhoods must, for a pixel to be taken.

@@ -95,8 +95,8 @@ void PoseScan::PlacePoints(const CoarsePoints& points, double scale, double angl
   PosePlacing placing = {};
   placing.cosine = static_cast<float>(scale * turn.cosine);
   placing.sine = static_cast<float>(scale * turn.sine);
-  const double turned = kBinsPerRadian * NormalizedAngle(angle);
-  placing.turn = static_cast<float>(turned + kDirectionBins);
+  const double bins = kBinsPerRadian * NormalizedAngle(angle);
+  placing.turn = static_cast<float>(bins + kDirectionBins);
   placing.stride = static_cast<std::int32_t>(maps_->Stride());
   placing.plane_size = static_cast<std::int32_t>(maps_->PlaneSize());
   kernels_->place_points(directed, placing, dx_.data(), dy_.data(), offsets_.data());

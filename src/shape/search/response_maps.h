@@ -33,8 +33,8 @@ struct SceneEdge {
 void FindSceneEdges(const GradientPlane& gradients, float least_strength,
                     std::vector<SceneEdge>& edges);
 
-/// For each of 16 directions a picture of what an edge of that direction would get at each grid position: 4 for an
-/// edge there whose direction is right within 17 degrees, less for one that is turned by up to 50 degrees or lies next to
+/// For each of 16 directions an image of what an edge of that direction would get at each grid position: 4 for an
+/// edge there whose direction is right within 17 degrees, less for one that is rotated by up to 50 degrees or lies next to
 /// the grid cell. Around the grid is a frame of nothing, so that patterns may stick out.
 class ResponseMaps {
  public:

@@ -31,7 +31,7 @@ PoseScore ScorePose(const EdgePoints& points, const GradientPlane& gradients,
                     const TrackingStep& step, TrackingBuffers& tracking, ScoringBuffers& buffers,
                     const LevelPose& pose);
 
-/// The score that is reported: what a pattern reaches by chance in pictures without it counts for nothing much,
+/// The score that is reported: what a pattern reaches by chance in images without it counts for nothing much,
 /// so that one threshold serves all patterns.
 double ScoreAboveChance(double raw, double chance);
 

@@ -1,4 +1,4 @@
-// What edge detection promises whatever the picture.
+// What edge detection promises whatever the image.
 
 #include "shape/edges/edge_detection.h"
 

@@ -18,12 +18,12 @@ TEST_F(RefinementAllocation, IsNothingTheSecondTime) {
       sum += moved.grey[i + k];
     moved.grey[i] = sum / 5.0;  // blur along x brings the kernel of a line in
   }
-  const Picture sharp = TakePicture(part_, kPose, kSize);
-  const Picture blurred = Develop(moved, 0.6, 3);
+  const RenderedImage sharp = TakeImage(part_, kPose, kSize);
+  const RenderedImage blurred = Develop(moved, 0.6, 3);
   const Similarity start = Near(TruthOf(kPose), 0.5, 0.003, 0.003, random_);
   for (const RefinementOptions& options :
        {RefinementOptions{}, RefinementOptions{.start_error_px = 4.0}}) {
-    for (const Picture* const scene : {&sharp, &blurred}) {
+    for (const RenderedImage* const scene : {&sharp, &blurred}) {
       RefinePose(model_, scene->View(), start, options, workspace_);
       const long before = NumAllocations();
       RefinePose(model_, scene->View(), start, options, workspace_);

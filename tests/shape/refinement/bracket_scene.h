@@ -8,7 +8,7 @@ namespace orvandel::shape::test {
 
 using orvandel::test::UniformRandom;
 
-/// A part that is learnt from one picture and refined in others.
+/// A part that is learnt from one image and refined in others.
 class BracketScene : public testing::Test {
  protected:
   BracketScene() : model_(LearnRefinementModel(pattern_.View(), {}, CentreOf(pattern_.View()))) {}
@@ -25,7 +25,7 @@ class BracketScene : public testing::Test {
   static constexpr render::Size kSize = {310, 300};
   static constexpr render::Pose kPose = {155.3, 150.6, 30.0, 1.0};
   render::Part part_ = render::MetalBracket();
-  Picture pattern_ = TakePatternPicture(part_, {.seed = 99});
+  RenderedImage pattern_ = TakePatternImage(part_, {.seed = 99});
   RefinementModel model_;
   RefinementWorkspace workspace_;
   UniformRandom random_{12};

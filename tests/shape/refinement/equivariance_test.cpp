@@ -31,7 +31,7 @@ class Equivariance : public BracketScene {
     return RefinePose(model_, scene, start, options, workspace_);
   }
 
-  Picture scene_ = TakePicture(part_, kPose, kSize);
+  RenderedImage scene_ = TakeImage(part_, kPose, kSize);
   Similarity start_ = Near(TruthOf(kPose), 0.5, 0.003, 0.003, random_);
 };
 
@@ -53,17 +53,17 @@ TEST_F(Equivariance, AShiftByWholePixelsShiftsThePose) {
 }
 
 TEST_F(Equivariance, AQuarterTurnTurnsThePose) {
-  Picture turned = {scene_.height, scene_.width, scene_.grey};
+  RenderedImage rotated = {scene_.height, scene_.width, scene_.grey};
   for (int y = 0; y < scene_.height; ++y) {
     for (int x = 0; x < scene_.width; ++x)
-      turned.grey[static_cast<std::size_t>(x * turned.width + scene_.height - 1 - y)] =
+      rotated.grey[static_cast<std::size_t>(x * rotated.width + scene_.height - 1 - y)] =
           scene_.grey[static_cast<std::size_t>(y * scene_.width + x)];
   }
   const auto turn = [&](const Similarity& pose) {
     return Similarity{scene_.height - 1 - pose.y, pose.x, pose.angle + kPi / 2, pose.scale};
   };
   const Refinement whole = Refine(scene_.View(), start_);
-  const Refinement result = Refine(turned.View(), turn(start_));
+  const Refinement result = Refine(rotated.View(), turn(start_));
   EXPECT_LT(ErrorOf(result.scene_from_pattern, turn(whole.scene_from_pattern)), kRounding);
   EXPECT_NEAR(result.covariance[0], whole.covariance[5], 1e-3 * whole.covariance[5]);
   EXPECT_NEAR(result.covariance[5], whole.covariance[0], 1e-3 * whole.covariance[0]);
@@ -71,7 +71,7 @@ TEST_F(Equivariance, AQuarterTurnTurnsThePose) {
 }
 
 TEST_F(Equivariance, AddingAGreyLevelChangesTheBiasAlone) {
-  Picture brighter = scene_;
+  RenderedImage brighter = scene_;
   for (std::uint8_t& grey : brighter.grey)
     grey = static_cast<std::uint8_t>(grey + 20);
   const Refinement before = Refine(scene_.View(), start_);
@@ -93,7 +93,7 @@ TEST_F(Equivariance, SixteenBitsGiveTheSamePoseAndAHigherGain) {
 }
 
 TEST_F(Equivariance, AnInvertedSceneIsFoundWhereItMayBe) {
-  Picture inverted = scene_;
+  RenderedImage inverted = scene_;
   for (std::uint8_t& grey : inverted.grey)
     grey = static_cast<std::uint8_t>(255 - grey);
   const Refinement before = Refine(scene_.View(), start_);
@@ -117,7 +117,7 @@ TEST_F(Equivariance, EveryLevelOfVectorInstructionsGivesTheSameBits) {
 TEST_F(Equivariance, WhatTheWorkspaceHeldChangesNoBit) {
   RefinementWorkspace fresh;
   const Refinement expected = RefinePose(model_, scene_.View(), start_, {}, fresh);
-  const Picture other = TakePicture(part_, {150, 140, 70, 0.6}, kSize, {.noise = 9.0});
+  const RenderedImage other = TakeImage(part_, {150, 140, 70, 0.6}, kSize, {.noise = 9.0});
   Refine(other.View(), {150.3, 140.2, 70 * kPi / 180, 0.6}, {.start_error_px = 4.0});
   Refine(other.View(), {10.0, 140.2, 1.0, 0.9});
   ExpectSameBits(Refine(scene_.View(), start_), expected);

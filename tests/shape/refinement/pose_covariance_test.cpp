@@ -42,7 +42,7 @@ TEST_F(PoseCovarianceTest, AgreesWithTheSpreadOverRepeatedNoise) {
     double sum = 0.0;
     int num_inside = 0;
     for (std::uint32_t seed = 1; seed <= kRuns; ++seed) {
-      const Picture scene = Develop(exposure, noise, seed);
+      const RenderedImage scene = Develop(exposure, noise, seed);
       const Refinement result = RefineNear(scene.View(), TruthOf(kPose));
       ASSERT_EQ(result.outcome, RefinementOutcome::kRefined);
       const double square = NormalizedSquare(result, TruthOf(kPose), model_.radius);
@@ -64,7 +64,7 @@ TEST_F(PoseCovarianceTest, GrowsWithTheSquareOfTheNoise) {
 }
 
 TEST_F(PoseCovarianceTest, IsSymmetric) {
-  const Refinement result = RefineNear(TakePicture(part_, kPose, kSize).View(), TruthOf(kPose));
+  const Refinement result = RefineNear(TakeImage(part_, kPose, kSize).View(), TruthOf(kPose));
   for (std::size_t i = 0; i < 4; ++i) {
     for (std::size_t j = 0; j < i; ++j)
       EXPECT_NEAR(result.covariance[4 * i + j], result.covariance[4 * j + i],
@@ -74,7 +74,7 @@ TEST_F(PoseCovarianceTest, IsSymmetric) {
 
 TEST_F(PoseCovarianceTest, OfAStartThatComesBackIsTheStartsOwn) {
   const Similarity start = {100, 100, 0.3, 2.0};
-  const Picture flat = {40, 40, std::vector<std::uint8_t>(1600, 90)};
+  const RenderedImage flat = {40, 40, std::vector<std::uint8_t>(1600, 90)};
   const Refinement result =
       RefinePose(model_, flat.View(), start, {.start_deviation_px = 0.4}, workspace_);
   ASSERT_NE(result.outcome, RefinementOutcome::kRefined);

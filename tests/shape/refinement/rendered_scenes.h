@@ -16,8 +16,8 @@
 
 namespace orvandel::shape::test {
 
-/// A picture of pixels of its own.
-struct Picture {
+/// An image of pixels of its own.
+struct RenderedImage {
   int width = 0;
   int height = 0;
   std::vector<std::uint8_t> grey;
@@ -25,7 +25,7 @@ struct Picture {
   ImageView8 View() const { return {grey.data(), width, height, width}; }
 };
 
-/// How a camera takes a picture: optics blur first, then each pixel averages over its area, then there is
+/// How a camera takes an image: optics blur first, then each pixel averages over its area, then there is
 /// noise and rounding.
 struct Camera {
   double optics_px = 0.7;  ///< deviation of the optics' blur; with less, edges alias
@@ -66,29 +66,29 @@ inline Exposure Expose(const render::Part& part, const render::Pose& pose, rende
 }
 
 /// Adds noise and rounds.
-inline Picture Develop(const Exposure& exposure, double noise, std::uint32_t seed) {
+inline RenderedImage Develop(const Exposure& exposure, double noise, std::uint32_t seed) {
   render::RandomSource random(seed);
-  Picture picture = {exposure.width, exposure.height, {}};
+  RenderedImage image = {exposure.width, exposure.height, {}};
   for (const double grey : exposure.grey) {
     const double noisy = grey + noise * random.NearlyNormal();
-    picture.grey.push_back(static_cast<std::uint8_t>(std::clamp(noisy + 0.5, 0.0, 255.0)));
+    image.grey.push_back(static_cast<std::uint8_t>(std::clamp(noisy + 0.5, 0.0, 255.0)));
   }
-  return picture;
+  return image;
 }
 
-inline Picture TakePicture(const render::Part& part, const render::Pose& pose, render::Size size,
-                           const Camera& camera = {}) {
+inline RenderedImage TakeImage(const render::Part& part, const render::Pose& pose,
+                               render::Size size, const Camera& camera = {}) {
   return Develop(Expose(part, pose, size, camera), camera.noise, camera.seed);
 }
 
-/// The pattern picture of a part, its origin in the middle.
-inline Picture TakePatternPicture(const render::Part& part, const Camera& camera = {}) {
+/// The pattern image of a part, its origin in the middle.
+inline RenderedImage TakePatternImage(const render::Part& part, const Camera& camera = {}) {
   const render::Pose middle = {0.5 * (part.frame.width - 1), 0.5 * (part.frame.height - 1), 0.0,
                                1.0};
-  return TakePicture(part, middle, part.frame, camera);
+  return TakeImage(part, middle, part.frame, camera);
 }
 
-/// The pose of a part in a rendered picture, as the refinement says it.
+/// The pose of a part in a rendered image, as the refinement says it.
 inline Similarity TruthOf(const render::Pose& pose) {
   return {pose.x, pose.y, pose.angle_deg * (kPi / 180.0), pose.scale};
 }

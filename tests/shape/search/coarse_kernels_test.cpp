@@ -51,7 +51,7 @@ TEST_P(CoarseKernelsTest, PlacesPointsWhereRotationPutsThem) {
   }
 }
 
-TEST_P(CoarseKernelsTest, LimitsAndHitsAgreeWithThePlainFormToTheLastVote) {
+TEST_P(CoarseKernelsTest, LimitsAndHitsAgreeWithTheReferenceFormToTheLastVote) {
   test::UniformRandom random(2);
   for (int round = 0; round < 40; ++round) {
     const int num_columns = 32 * random.Integer(1, 5);

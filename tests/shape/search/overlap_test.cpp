@@ -22,9 +22,9 @@ TEST(Overlap, OfBoxesIsThatOfTheirSides) {
 TEST(Overlap, OfASquareAndItsTurnByAnEighthIsAnOctagon) {
   OverlapBuffers buffers;
   const double r = std::sqrt(2.0);
-  const std::vector<Point> turned = {{0, -r}, {r, 0}, {0, r}, {-r, 0}};
+  const std::vector<Point> rotated = {{0, -r}, {r, 0}, {0, r}, {-r, 0}};
   // A regular octagon of inner radius 1: 8 tan(22.5 degrees).
-  EXPECT_NEAR(SharedArea(Box(-1, -1, 1, 1), turned, buffers), 8.0 * (r - 1.0), 1e-12);
+  EXPECT_NEAR(SharedArea(Box(-1, -1, 1, 1), rotated, buffers), 8.0 * (r - 1.0), 1e-12);
 }
 
 TEST(Overlap, InsideIsWithinAllSides) {

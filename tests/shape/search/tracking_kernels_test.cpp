@@ -30,7 +30,7 @@ class TrackingKernelsTest : public test::AtEverySimdLevel {
 };
 ORVANDEL_AT_EVERY_SIMD_LEVEL(TrackingKernelsTest);
 
-TEST_P(TrackingKernelsTest, AgreeWithThePlainFormBitForBit) {
+TEST_P(TrackingKernelsTest, AgreeWithTheReferenceFormBitForBit) {
   test::UniformRandom random(7);
   for (int round = 0; round < 60; ++round) {
     const int width = random.Integer(4, 60);

@@ -1,4 +1,4 @@
-#include "fuzz/picture_file.h"
+#include "fuzz/image_file.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kByExtension = 0;
 
-/// Larger pictures are refused or read in the same way, only slower.
+/// Larger images are refused or read in the same way, only slower.
 constexpr std::int64_t kMostPixels = 1 << 16;
 
 Bytes PixelsOf(const tImage& image) {
@@ -38,9 +38,9 @@ int ReadOver(std::uint8_t value, tImage& image, const std::string& path, Bytes& 
 
 }  // namespace
 
-void ReadAsPicture(const std::uint8_t* data, std::size_t size, const std::string& extension) {
+void ReadAsImageFile(const std::uint8_t* data, std::size_t size, const std::string& extension) {
   static const ScratchFolder folder;
-  const std::string path = folder.File("picture" + extension);
+  const std::string path = folder.File("image" + extension);
   WriteBytes(path, {data, size});
 
   int width = 0, height = 0, channels = 0, bits = 0;

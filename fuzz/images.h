@@ -9,7 +9,7 @@
 namespace orvandel::fuzz {
 
 /// Rectangles painted over each other, so that few bytes make straight edges and corners.
-inline ImagePtr PaintedPicture(ByteSource& source, int width, int height, int num_rectangles) {
+inline ImagePtr PaintedImage(ByteSource& source, int width, int height, int num_rectangles) {
   ImagePtr image(im_create(1, width, height));
   for (int i = 0; i < num_rectangles && !source.IsEmpty(); ++i) {
     const int left = source.Byte() % width;
@@ -23,8 +23,8 @@ inline ImagePtr PaintedPicture(ByteSource& source, int width, int height, int nu
   return image;
 }
 
-/// The bytes as pixels, over and over until the picture is full.
-inline ImagePtr TiledPicture(std::span<const std::uint8_t> bytes, int width, int height) {
+/// The bytes as pixels, over and over until the image is full.
+inline ImagePtr TiledImage(std::span<const std::uint8_t> bytes, int width, int height) {
   ImagePtr image(im_create(1, width, height));
   std::size_t next = 0;
   for (int y = 0; y < height && !bytes.empty(); ++y) {

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "platform/imgutil/picture.h"
+#include "platform/imgutil/image_codec.h"
 
 namespace orvandel {
 
@@ -11,9 +11,9 @@ inline constexpr int kFileTypeByExtension = 0;
 inline constexpr int kFileTypeBmp = 1;
 
 /// The reader for a path; null for an unknown file type. Letter case does not matter.
-const PictureReader* ReaderFor(const std::filesystem::path& path, int file_type);
+const ImageFileReader* ReaderFor(const std::filesystem::path& path, int file_type);
 
 /// The writer for a path; null for an unknown file type.
-PictureWriter WriterFor(const std::filesystem::path& path, int file_type);
+ImageFileWriter WriterFor(const std::filesystem::path& path, int file_type);
 
 }  // namespace orvandel

@@ -7,19 +7,19 @@
 
 namespace orvandel::cli::test {
 
-// Pictures of a metal bracket, whose pattern picture is 220 x 180 pixels.
+// Images of a metal bracket, whose pattern image is 220 x 180 pixels.
 
 inline constexpr int kBracketWidth = 220;
 inline constexpr int kBracketHeight = 180;
 
 void WriteBracketPattern(const std::string& path);
-/// 640 x 480; the pose is that of the pattern picture's centre.
+/// 640 x 480; the pose is that of the pattern image's centre.
 void WriteBracketScene(const std::string& path, const render::Pose& pose);
 /// A scene of other parts.
 void WriteOtherScene(const std::string& path);
 
 /// One grey value everywhere.
-void WriteFlatPicture(const std::string& path, int width, int height);
+void WriteFlatImage(const std::string& path, int width, int height);
 /// A disc: a contour without a straight edge, as its radius is small.
 void WriteDisc(const std::string& path, double radius);
 /// Where a box has its sides, pixels; the top-left pixel covers 0 to 1.
@@ -34,7 +34,7 @@ void WriteBox(const std::string& path, int width, int height, const Box& box);
 /// Rows and columns of such boxes, each a closed contour.
 void WriteBoxes(const std::string& path, int columns, int rows);
 /// A binary PPM of a grey wedge.
-void WriteColourPicture(const std::string& path, int width, int height);
+void WriteColourImage(const std::string& path, int width, int height);
 
 /// The image in a file.
 ImagePtr ReadBack(const std::string& path);

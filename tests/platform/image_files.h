@@ -31,7 +31,7 @@ inline ImagePtr MakeRamp(int width, int height) {
   return MakeImage(width, height, [](int x, int y) { return 40 + 3 * x + 2 * y; });
 }
 
-/// What a picture file's header says.
+/// What an image file's header says.
 struct FileInfo {
   int error = 0;
   int width = -1;
@@ -49,15 +49,15 @@ inline FileInfo InfoOf(const std::filesystem::path& path, int file_type = 0) {
   return info;
 }
 
-/// The result of reading a picture file into an image of its size.
+/// The result of reading an image file into an image of its size.
 struct ReadResult {
   int error = 0;
   Pixels pixels;
 };
 
 /// Reads into an image of the given size that held the value 77 everywhere.
-inline ReadResult ReadPicture(const std::filesystem::path& path, int width, int height,
-                              int file_type = 0) {
+inline ReadResult ReadImageFile(const std::filesystem::path& path, int width, int height,
+                                int file_type = 0) {
   const ImagePtr image = MakeImage(width, height, [](int, int) { return 77; });
   const int error = im_file_read(image.get(), Utf8(path).c_str(), file_type);
   return {error, PixelsOf(*image)};
@@ -68,11 +68,11 @@ inline Pixels Untouched(int width, int height) {
                 std::vector<int>(static_cast<std::size_t>(width), 77));
 }
 
-/// A file's bytes as a picture file of its own, tried out.
-class BytesAsPicture {
+/// A file's bytes as an image file of its own, tried out.
+class BytesAsImageFile {
  public:
-  explicit BytesAsPicture(const std::string& extension)
-      : path_(folder_ / ("picture" + extension)) {}
+  explicit BytesAsImageFile(const std::string& extension)
+      : path_(folder_ / ("image" + extension)) {}
 
   const std::filesystem::path& Path() const { return path_; }
   FileInfo Info(const Bytes& bytes) const {
@@ -81,7 +81,7 @@ class BytesAsPicture {
   }
   ReadResult Read(const Bytes& bytes, int width, int height) const {
     WriteBytes(path_, bytes);
-    return ReadPicture(path_, width, height);
+    return ReadImageFile(path_, width, height);
   }
 
  private:

@@ -1,4 +1,4 @@
-#include "tests/cli/test_pictures.h"
+#include "tests/cli/test_images.h"
 
 #include <algorithm>
 #include <cmath>
@@ -48,7 +48,7 @@ void WriteOtherScene(const std::string& path) {
         path);
 }
 
-void WriteFlatPicture(const std::string& path, int width, int height) {
+void WriteFlatImage(const std::string& path, int width, int height) {
   Write(orvandel::test::MakeImage(width, height, [](int, int) { return 90; }), path);
 }
 
@@ -80,7 +80,7 @@ void WriteBoxes(const std::string& path, int columns, int rows) {
   Write(orvandel::test::MakeImage(columns * kPitch, rows * kPitch, grey), path);
 }
 
-void WriteColourPicture(const std::string& path, int width, int height) {
+void WriteColourImage(const std::string& path, int width, int height) {
   std::string file = "P6\n" + std::to_string(width) + " " + std::to_string(height) + "\n255\n";
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {

@@ -1,4 +1,4 @@
-#include "platform/imgutil/picture_format.h"
+#include "platform/imgutil/image_format.h"
 
 #include <string>
 #include <string_view>
@@ -14,13 +14,13 @@ namespace {
 
 struct Format {
   std::u8string_view extension;
-  const PictureReader* reader;
-  PictureWriter writer;
+  const ImageFileReader* reader;
+  ImageFileWriter writer;
 };
 
 const Format kBmp = {u8".bmp", &kBmpReader, EncodeBmp};
 
-// A grey picture is a grey map under every name of the family. Truevision files are written only;
+// A grey image is a grey map under every name of the family. Truevision files are written only;
 // anything that is not listed is a bitmap.
 const Format kFormats[] = {
     {u8".png", &kPngReader, EncodePng},    {u8".jpg", &kJpegReader, EncodeJpeg},
@@ -49,12 +49,12 @@ const Format* FormatFor(const std::filesystem::path& path, int file_type) {
 
 }  // namespace
 
-const PictureReader* ReaderFor(const std::filesystem::path& path, int file_type) {
+const ImageFileReader* ReaderFor(const std::filesystem::path& path, int file_type) {
   const Format* format = FormatFor(path, file_type);
   return format == nullptr ? nullptr : format->reader;
 }
 
-PictureWriter WriterFor(const std::filesystem::path& path, int file_type) {
+ImageFileWriter WriterFor(const std::filesystem::path& path, int file_type) {
   const Format* format = FormatFor(path, file_type);
   return format == nullptr ? nullptr : format->writer;
 }
