@@ -20,6 +20,8 @@
 #ifndef ORVANDEL_ORVANDEL_H
 #define ORVANDEL_ORVANDEL_H
 
+/* NOLINTBEGIN(modernize-use-using, modernize-deprecated-headers): this is C */
+
 #include <stddef.h>
 #include <stdint.h>
 
@@ -273,5 +275,7 @@ ORV_API int orv_finder_get_match(const orv_finder* finder, size_t index, orv_mat
 #ifdef __cplusplus
 }
 #endif
+
+/* NOLINTEND(modernize-use-using, modernize-deprecated-headers) */
 
 #endif

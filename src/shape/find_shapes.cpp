@@ -230,7 +230,7 @@ class ShapeSearch {
     const std::int32_t width = is_pooled ? gradients.width / 2 : gradients.width;
     const std::int32_t height = is_pooled ? gradients.height / 2 : gradients.height;
     // A level's coarse points may reach a little farther than the finest ones.
-    const double pixels = static_cast<double>(1 << grid.level);
+    const auto pixels = static_cast<double>(1 << grid.level);
     const auto frame = static_cast<std::int32_t>(1.1 * model_.radius * grid.max_scale / pixels) + 4;
     buffers_.maps.Build(buffers_.scene.Edges(level), is_pooled, width, height, frame,
                         descent_.sign);

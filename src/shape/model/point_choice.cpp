@@ -21,8 +21,8 @@ class SpacedSet {
 
   /// Takes the point unless it is too close to another.
   bool Add(Point p) {
-    const std::size_t column = static_cast<std::size_t>((p.x - low_.x) / distance_);
-    const std::size_t row = static_cast<std::size_t>((p.y - low_.y) / distance_);
+    const auto column = static_cast<std::size_t>((p.x - low_.x) / distance_);
+    const auto row = static_cast<std::size_t>((p.y - low_.y) / distance_);
     for (std::size_t y = row == 0 ? 0 : row - 1; y <= std::min(row + 1, rows_ - 1); ++y) {
       for (std::size_t x = column == 0 ? 0 : column - 1; x <= std::min(column + 1, columns_ - 1);
            ++x) {
@@ -139,6 +139,7 @@ std::vector<EdgePoint> ChoosePoints(const std::vector<EdgePoint>& points, std::s
 
 std::vector<Point> ConvexHull(const std::vector<EdgePoint>& points) {
   std::vector<Point> sorted;
+  sorted.reserve(points.size());
   for (const EdgePoint& point : points)
     sorted.push_back(point.at);
   std::sort(sorted.begin(), sorted.end(),

@@ -60,12 +60,14 @@ GaussianTaps MakeGaussianTaps(double ratio) {
   double sum = 1.0;
   double moment = 0.0;
   double step = ratio;  // ratio^(2k-1), from one square to the next
-  for (double weight = ratio; weight > kLeastTap; weight *= step) {
+  double tap = ratio;
+  while (tap > kLeastTap) {
     const auto k = static_cast<double>(weights.size());
-    weights.push_back(weight);
-    sum += 2.0 * weight;
-    moment += 2.0 * weight * k * k;
+    weights.push_back(tap);
+    sum += 2.0 * tap;
+    moment += 2.0 * tap * k * k;
     step *= ratio * ratio;
+    tap *= step;
   }
   GaussianTaps taps;
   taps.variance = moment / sum;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #include "shape/refinement/spline_stencils.h"
 
@@ -156,13 +157,13 @@ void AddSceneNoise(const Strip& strip, const StripKernels& kernels, const StripF
 
 /// Adds the influence of a pixel to that of the first of its run.
 void MoveToHead(const RefinementModel& model, int x, int y, const InfluenceCells& cells) {
-  float* const from = cells.cells + (y * cells.width + x) * kNumPoseColumns;
+  float* const from = cells.cells + std::ptrdiff_t{kNumPoseColumns} * (y * cells.width + x);
   if (from[0] == 0.0F && from[1] == 0.0F) return;  // most pixels of a thinned strip's box
   const std::int32_t head = model.rounding_runs[static_cast<std::size_t>(y * model.width + x)];
   const int to_x = head % model.width;
   const int to_y = head / model.width;
   if (to_x == x && to_y == y) return;
-  float* const to = cells.cells + (to_y * cells.width + to_x) * kNumPoseColumns;
+  float* const to = cells.cells + std::ptrdiff_t{kNumPoseColumns} * (to_y * cells.width + to_x);
   for (int k = 0; k < kNumPoseColumns; ++k) {
     to[k] += from[k];
     from[k] = 0.0F;
@@ -246,9 +247,9 @@ FitCovariance PropagateNoise(const RefinementModel& model, const StripFit& fit, 
   }
   covariance.inconsistency = Inconsistency(covariance, buffers);
   const double larger = std::max(covariance.inconsistency, 1.0);
-  for (int i = 0; i < kNumPoseColumns; ++i) {
-    for (int j = 0; j < kNumPoseColumns; ++j)
-      covariance.at[i][j] *= larger;
+  for (auto& row : covariance.at) {
+    for (double& entry : row)
+      entry *= larger;
   }
   return covariance;
 }

@@ -44,8 +44,8 @@ void AddStretch(const Strip& strip, const Stretch& stretch, const float* const* 
                                                                    : sizes.bright;
     histogram.Add(std::abs(residuals[i]), columns[kScene][i]);
     if (steepness != Steepness::kSteep) continue;
-    const double gx = static_cast<double>(columns[kMoveX][i]);
-    const double gy = static_cast<double>(columns[kMoveY][i]);
+    const auto gx = static_cast<double>(columns[kMoveX][i]);
+    const auto gy = static_cast<double>(columns[kMoveY][i]);
     sizes.slope_sum += gx * gx + gy * gy;
   }
 }

@@ -110,8 +110,10 @@ void MakeDiskKernel(double variance, double sampling, BlurKernel& kernel) {
     for (int x = -kernel.reach; x <= kernel.reach; ++x) {
       int count = 0;
       for (int k = 0; k < kFold * kFold; ++k) {
-        const double dx = x + (k % kFold + 0.5) / kFold - 0.5;
-        const double dy = y + (k / kFold + 0.5) / kFold - 0.5;
+        const int column = k % kFold;
+        const int row = k / kFold;
+        const double dx = x + (column + 0.5) / kFold - 0.5;
+        const double dy = y + (row + 0.5) / kFold - 0.5;
         count += dx * dx + dy * dy <= radius * radius ? 1 : 0;
       }
       kernel.At(x, y) = static_cast<float>(count);

@@ -223,7 +223,7 @@ double RmsResidual(const Buffers& buffers) {
   double square = 0.0;
   double weight = 0.0;
   for (std::size_t i = 0; i < buffers.residuals.size(); ++i) {
-    const double residual = static_cast<double>(buffers.residuals[i]);
+    const auto residual = static_cast<double>(buffers.residuals[i]);
     square += static_cast<double>(buffers.weights[i]) * residual * residual;
     weight += static_cast<double>(buffers.weights[i]);
   }
@@ -383,8 +383,8 @@ RefinementOutcome ImproveFit(const RefinementModel& model, const RefinementOptio
     Solve(strip, kernels, options, fit.prior, fit, buffers);
     if (fit.consensus.is_uneven) Solve(strip, kernels, options, {0.0, 0.0}, fit, buffers);
   } else {
-    for (std::size_t t = 0; t < buffers.lights.size(); ++t)
-      buffers.lights[t].derivative_gain = 0.0;
+    for (auto& light : buffers.lights)
+      light.derivative_gain = 0.0;
   }
   FindResiduals(strip, kernels, fit.solution, buffers);
   WeighByResiduals(strip, kernels, fit.consensus.gain, fit, buffers);

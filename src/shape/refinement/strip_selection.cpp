@@ -270,10 +270,12 @@ void ListPixels(const std::vector<int>& stretch_of, int num_stretches, int width
     strip.num_pixels += count;
     for (int k = 0; k < padded; ++k) {
       const int i = stretch[static_cast<std::size_t>(k < count ? k : 0)];
-      strip.column.push_back(i % width);
-      strip.row.push_back(i / width);
-      strip.x.push_back(static_cast<float>(i % width - origin.x));
-      strip.y.push_back(static_cast<float>(i / width - origin.y));
+      const int column = i % width;
+      const int row = i / width;
+      strip.column.push_back(column);
+      strip.row.push_back(row);
+      strip.x.push_back(static_cast<float>(column - origin.x));
+      strip.y.push_back(static_cast<float>(row - origin.y));
       strip.presence.push_back(k < count ? 1.0F : 0.0F);
     }
   }

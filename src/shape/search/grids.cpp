@@ -27,7 +27,7 @@ void ChooseGrids(double side, double min_scale, double max_scale, std::vector<Gr
   int level = 0;
   while (level < kDeepest && side * upper / static_cast<double>(1 << level) >= largest)
     ++level;
-  while (true) {
+  for (; level >= 0; --level) {
     // Below this scale the next finer grid would show the pattern at the wanted side or below.
     const double lower = level == 0 ? 0.0 : largest * static_cast<double>(1 << (level - 1)) / side;
     if (lower <= min_scale * kNarrowRange) {
@@ -36,7 +36,6 @@ void ChooseGrids(double side, double min_scale, double max_scale, std::vector<Gr
     }
     grids.push_back({level, lower, upper});
     upper = lower;
-    --level;
   }
 }
 

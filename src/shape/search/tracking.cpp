@@ -142,7 +142,7 @@ std::array<double, 16> CovarianceAt(const EdgePoints& points, const GradientPlan
   const NormalEquations equations = EquationsOf(sums, step);
   const double weight = std::max(sums[kSumWeight], 1e-9);
   const double variance = sums[kSumSquare] / weight;
-  const double pixels = static_cast<double>(1 << level);
+  const auto pixels = static_cast<double>(1 << level);
   const PoseVector unit = {pixels, pixels, step.holds_angle ? 0.0 : 1.0 / equations.arm,
                            step.holds_scale ? 0.0 : pose.scale * pixels / equations.arm};
   std::array<double, 16> covariance = {};
