@@ -28,8 +28,8 @@ if(NOT BUILD_SHARED_LIBS)
   target_compile_definitions(orvandel_options INTERFACE IMGUTIL_STATIC MVTOOLS_STATIC)
 endif()
 if(MINGW)
-  # It misreads short strings of the standard library; the builds for Linux have the warning on.
-  target_compile_options(orvandel_options INTERFACE -Wno-array-bounds)
+  # It misreads short strings of the standard library; the builds for Linux have these warnings on.
+  target_compile_options(orvandel_options INTERFACE -Wno-array-bounds -Wno-stringop-overflow)
 endif()
 if(ORVANDEL_WARNINGS_AS_ERRORS)
   target_compile_options(orvandel_options INTERFACE $<IF:$<CXX_COMPILER_ID:MSVC>,/WX,-Werror>)

@@ -1,8 +1,5 @@
-#define WIN32_LEAN_AND_MEAN
-#define NOMINMAX
-#include <windows.h>
-
 #include "evaluation/paths.h"
+#include "platform/windows_api.h"
 #include "tests/cli/run_program.h"
 
 namespace orvandel::cli::test {
