@@ -107,10 +107,11 @@ void FindPatternStrength(const Strip& strip, double variance, Buffers& buffers) 
 InfluenceCells OpenCells(int width, int height, Buffers& buffers) {
   const int runs = (width + kCellRun - 1) / kCellRun;
   const auto num_runs = static_cast<std::size_t>(runs) * static_cast<std::size_t>(height);
-  // Cells and marks are 0 between uses, so that only new ones need clearing.
+  // Cells and marks are 0 between uses, so that only new ones need clearing. The marks come last: where there are
+  // enough of them, there are enough cells, also after memory ran out between the two.
   if (buffers.marks.size() < num_runs) {
-    buffers.marks.resize(num_runs);
     buffers.cells.resize(num_runs * kCellRun * kNumPoseColumns);
+    buffers.marks.resize(num_runs);
   }
   return {buffers.cells.data(), buffers.marks.data(), runs * kCellRun, height};
 }
