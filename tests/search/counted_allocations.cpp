@@ -9,12 +9,20 @@
 namespace {
 
 std::atomic<long> num_allocations{0};
+std::atomic<std::size_t> largest{0};
+
+void Count(std::size_t size) {
+  ++num_allocations;
+  std::size_t before = largest;
+  while (before < size && !largest.compare_exchange_weak(before, size)) {
+  }
+}
 
 }  // namespace
 
 // For the whole program, so that no allocation escapes.
 void* operator new(std::size_t size) {
-  ++num_allocations;
+  Count(size);
   if (void* memory = std::malloc(size > 0 ? size : 1)) return memory;
   throw std::bad_alloc();
 }
@@ -22,7 +30,7 @@ void* operator new[](std::size_t size) {
   return ::operator new(size);
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  ++num_allocations;
+  Count(size);
   return std::malloc(size > 0 ? size : 1);
 }
 void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
@@ -51,6 +59,10 @@ namespace orvandel::test {
 
 long NumAllocations() {
   return num_allocations;
+}
+
+std::size_t TakeLargestAllocation() {
+  return largest.exchange(0);
 }
 
 }  // namespace orvandel::test

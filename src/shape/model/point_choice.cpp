@@ -8,21 +8,25 @@
 namespace orvandel::shape {
 namespace {
 
-/// Points taken so far, in square buckets of the least distance's side: what is too close to a new point lies in its
-/// bucket or a neighbour.
+/// Points taken so far, in square buckets whose side is the least distance or more: what is too close to a new point lies
+/// in its bucket or a neighbour.
 class SpacedSet {
  public:
-  SpacedSet(Point low, Point high, double distance)
+  SpacedSet(Point low, Point high, double distance, std::size_t most_points)
       : low_(low),
         distance_(distance),
-        columns_(static_cast<std::size_t>((high.x - low.x) / distance) + 1),
-        rows_(static_cast<std::size_t>((high.y - low.y) / distance) + 1),
-        first_(columns_ * rows_, kNone) {}
+        side_(
+            std::max({distance, (high.x - low.x) / kMostBuckets, (high.y - low.y) / kMostBuckets})),
+        columns_(static_cast<std::size_t>((high.x - low.x) / side_) + 1),
+        rows_(static_cast<std::size_t>((high.y - low.y) / side_) + 1),
+        first_(columns_ * rows_, kNone) {
+    taken_.reserve(most_points);
+  }
 
   /// Takes the point unless it is too close to another.
   bool Add(Point p) {
-    const auto column = static_cast<std::size_t>((p.x - low_.x) / distance_);
-    const auto row = static_cast<std::size_t>((p.y - low_.y) / distance_);
+    const auto column = static_cast<std::size_t>((p.x - low_.x) / side_);
+    const auto row = static_cast<std::size_t>((p.y - low_.y) / side_);
     for (std::size_t y = row == 0 ? 0 : row - 1; y <= std::min(row + 1, rows_ - 1); ++y) {
       for (std::size_t x = column == 0 ? 0 : column - 1; x <= std::min(column + 1, columns_ - 1);
            ++x) {
@@ -39,6 +43,8 @@ class SpacedSet {
   }
 
  private:
+  /// Each way: clearing more would take longer than they save, for points some of which lie very close together.
+  static constexpr double kMostBuckets = 256.0;
   static constexpr std::uint32_t kNone = 0xffffffffu;
   struct Taken {
     Point at;
@@ -46,6 +52,7 @@ class SpacedSet {
   };
   Point low_;
   double distance_;
+  double side_;
   std::size_t columns_;
   std::size_t rows_;
   std::vector<std::uint32_t> first_;
@@ -68,8 +75,9 @@ Box BoxOf(const std::vector<EdgePoint>& points) {
 
 std::vector<EdgePoint> Spaced(const std::vector<EdgePoint>& sorted, const Box& box,
                               double distance) {
-  SpacedSet taken(box.low, box.high, distance);
+  SpacedSet taken(box.low, box.high, distance, sorted.size());
   std::vector<EdgePoint> chosen;
+  chosen.reserve(sorted.size());
   for (const EdgePoint& point : sorted) {
     if (taken.Add(point.at)) chosen.push_back(point);
   }
@@ -80,6 +88,7 @@ std::vector<EdgePoint> Spaced(const std::vector<EdgePoint>& sorted, const Box& b
 /// first part of the list.
 std::vector<EdgePoint> Interleaved(const std::vector<EdgePoint>& points) {
   std::vector<std::pair<double, std::size_t>> by_direction;
+  by_direction.reserve(points.size());
   for (std::size_t i = 0; i < points.size(); ++i)
     by_direction.emplace_back(ArcTan2(points[i].at.y, points[i].at.x), i);
   std::sort(by_direction.begin(), by_direction.end());
@@ -96,6 +105,7 @@ std::vector<EdgePoint> Interleaved(const std::vector<EdgePoint>& points) {
   while (common_divisor(step, size) != 1)
     ++step;
   std::vector<EdgePoint> interleaved;
+  interleaved.reserve(size);
   for (std::size_t i = 0; i < size; ++i)
     interleaved.push_back(points[by_direction[i * step % size].second]);
   return interleaved;
@@ -114,8 +124,7 @@ std::vector<EdgePoint> ChoosePoints(const std::vector<EdgePoint>& points, std::s
                    [](const EdgePoint& a, const EdgePoint& b) { return a.strength > b.strength; });
   const Box box = BoxOf(points);
   const Point size = box.high - box.low;
-  // The distance is found by bisection; a grid of buckets of a tenth of the smallest spacing that could be needed would
-  // be as fine as the points themselves.
+  // The distance is found by bisection.
   double near = std::max({size.x, size.y, 1.0}) / 4096.0;
   double far = std::max({size.x, size.y, 1.0});
   std::vector<EdgePoint> best = {sorted.begin(),

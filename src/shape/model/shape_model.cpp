@@ -10,6 +10,9 @@ EdgePoints ToArrays(const std::vector<EdgePoint>& points) {
   arrays.size = points.size();
   const std::size_t padded =
       (points.size() + EdgePoints::kBlock - 1) / EdgePoints::kBlock * EdgePoints::kBlock;
+  for (auto* const values :
+       {&arrays.x, &arrays.y, &arrays.normal_x, &arrays.normal_y, &arrays.strength})
+    values->reserve(padded);
   for (std::size_t i = 0; i < padded; ++i) {
     const EdgePoint& point = points[std::min(i, points.size() - 1)];
     arrays.x.push_back(static_cast<float>(point.at.x));
