@@ -118,6 +118,30 @@ bool IsTooLarge(const ImageView& image) {
       image);
 }
 
+/// The covariance of a pose told of another point of the pattern, which lies `arm` away in the scene: as that turns and
+/// grows, the point moves by (-arm.y, arm.x) a radian and by arm / scale.
+std::array<double, 16> CarriedBy(Point arm, double scale,
+                                 const std::array<double, 16>& covariance) {
+  const double moves[2][4] = {{1.0, 0.0, -arm.y, arm.x / scale}, {0.0, 1.0, arm.x, arm.y / scale}};
+  std::array<double, 16> half = covariance;
+  for (std::size_t i = 0; i < 2; ++i) {
+    for (std::size_t j = 0; j < 4; ++j) {
+      half[4 * i + j] = 0.0;
+      for (std::size_t k = 0; k < 4; ++k)
+        half[4 * i + j] += moves[i][k] * covariance[4 * k + j];
+    }
+  }
+  std::array<double, 16> carried = half;
+  for (std::size_t i = 0; i < 4; ++i) {
+    for (std::size_t j = 0; j < 2; ++j) {
+      carried[4 * i + j] = 0.0;
+      for (std::size_t k = 0; k < 4; ++k)
+        carried[4 * i + j] += half[4 * i + k] * moves[j][k];
+    }
+  }
+  return carried;
+}
+
 /// One search of a scene, stage by stage.
 class ShapeSearch {
  public:
@@ -322,7 +346,9 @@ class ShapeSearch {
       const Point origin = refined.scene_from_pattern * model_.origin;
       match.scene_from_pattern.x = origin.x;
       match.scene_from_pattern.y = origin.y;
-      match.covariance = refined.covariance;
+      match.covariance =
+          CarriedBy(origin - Point{refined.scene_from_pattern.x, refined.scene_from_pattern.y},
+                    refined.scene_from_pattern.scale, refined.covariance);
       match.score = found.score;
       match.coverage = found.raw.coverage;
       match.fit_error = found.raw.rms * PixelsOf(found.tracked.level);

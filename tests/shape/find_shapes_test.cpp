@@ -2,9 +2,9 @@
 
 #include <cmath>
 #include <limits>
-#include <thread>
 #include <vector>
 
+#include "tests/shape/matches.h"
 #include "tests/shape/rendered_scenes.h"
 #include "tests/support/simd_levels.h"
 #include "tests/support/uniform_random.h"
@@ -27,10 +27,7 @@ constexpr double kExact = 0.1;
 
 std::vector<Match> FindIn(const GreyImage& scene, const ShapeModel& model,
                           const FindOptions& options = {}) {
-  Workspace workspace;
-  const FindResult result = FindShapes(model, scene.View(), options, workspace);
-  EXPECT_EQ(result.status, FindStatus::kOk);
-  return {result.matches.begin(), result.matches.end()};
+  return test::FindIn(scene.View(), model, options);
 }
 
 TEST(FindShapes, TellsThePoseOfADrawnPart) {
@@ -166,6 +163,7 @@ TEST(FindShapes, ReportsTheOriginThatWasLearnt) {
   const render::Pose pose = {301.5, 222.25, -64.0, 0.8};
   const GreyImage scene = SceneOf(part, pose);
   LearnOptions learn;
+  learn.learns_chance = false;
   learn.origin = Point{20.0, 135.0};
   const auto model = LearnShape(pattern.View(), learn).model;
   ASSERT_TRUE(model);
@@ -175,18 +173,6 @@ TEST(FindShapes, ReportsTheOriginThatWasLearnt) {
   const Point expected = ToSimilarity(pose) * (*learn.origin - centre);
   EXPECT_NEAR(matches[0].scene_from_pattern.x, expected.x, kExact);
   EXPECT_NEAR(matches[0].scene_from_pattern.y, expected.y, kExact);
-}
-
-void ExpectSameBits(const std::vector<Match>& a, const std::vector<Match>& b) {
-  ASSERT_EQ(a.size(), b.size());
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    EXPECT_EQ(a[i].scene_from_pattern, b[i].scene_from_pattern);
-    EXPECT_EQ(a[i].covariance, b[i].covariance);
-    EXPECT_EQ(a[i].score, b[i].score);
-    EXPECT_EQ(a[i].coverage, b[i].coverage);
-    EXPECT_EQ(a[i].fit_error, b[i].fit_error);
-    EXPECT_EQ(a[i].contrast, b[i].contrast);
-  }
 }
 
 TEST(FindShapes, GivesTheSameBitsAtEveryLevelOfVectorInstructions) {
@@ -201,7 +187,25 @@ TEST(FindShapes, GivesTheSameBitsAtEveryLevelOfVectorInstructions) {
   ASSERT_FALSE(first.empty());
   for (const SimdLevel level : SupportedSimdLevels()) {
     const test::ForcedSimdLevel forced(level);
-    ExpectSameBits(FindIn(scene, *model, options), first);
+    test::ExpectSameBits(FindIn(scene, *model, options), first);
+  }
+}
+
+TEST(LearnShape, GivesTheSameBitsAtEveryLevelOfVectorInstructions) {
+  const Part part = MetalBracket();
+  const GreyImage pattern = PatternOf(part, {.noise_sigma = 2});
+  const GreyImage scene = SceneOf(part, {322.2, 141.7, 131, 0.7}, {.noise_sigma = 10});
+  const auto first = LearnShape(pattern.View()).model;
+  ASSERT_TRUE(first);
+  ASSERT_FALSE(first->chances.empty());
+  for (const SimdLevel level : SupportedSimdLevels()) {
+    const test::ForcedSimdLevel forced(level);
+    const auto model = LearnShape(pattern.View()).model;
+    ASSERT_TRUE(model);
+    ASSERT_EQ(model->chances.size(), first->chances.size());
+    for (std::size_t i = 0; i < first->chances.size(); ++i)
+      EXPECT_EQ(model->chances[i].score, first->chances[i].score);
+    test::ExpectSameBits(FindIn(scene, *model), FindIn(scene, *first));
   }
 }
 
@@ -218,48 +222,8 @@ TEST(FindShapes, AUsedWorkspaceChangesNoBit) {
   for (int round = 0; round < 2; ++round) {
     FindShapes(*model, other.View(), {}, workspace);
     const FindResult result = FindShapes(*model, scene.View(), options, workspace);
-    ExpectSameBits({result.matches.begin(), result.matches.end()}, first);
+    test::ExpectSameBits({result.matches.begin(), result.matches.end()}, first);
   }
-}
-
-TEST(FindShapes, GivesTheSameBitsWithAnyNumberOfThreads) {
-  const Part part = MetalBracket();
-  const auto model = Learnt(PatternOf(part));
-  ASSERT_TRUE(model);
-  const GreyImage scene = SceneOf(part, {322.2, 141.7, 131, 0.7}, {.noise_sigma = 10});
-  FindOptions options;
-  options.min_score = 0.0;
-  options.max_matches = 5;
-  const auto first = FindIn(scene, *model, options);
-  ASSERT_FALSE(first.empty());
-  Workspace workspace;
-  for (const int num_threads : {2, 3, 8, 100, 1}) {
-    options.num_threads = num_threads;
-    const FindResult result = FindShapes(*model, scene.View(), options, workspace);
-    ExpectSameBits({result.matches.begin(), result.matches.end()}, first);
-  }
-}
-
-TEST(FindShapes, ThreadsMayShareAPattern) {
-  const Part part = MetalBracket();
-  const auto model = Learnt(PatternOf(part));
-  ASSERT_TRUE(model);
-  const std::vector<render::Pose> poses = {
-      {300, 200, 10, 1.0}, {330, 240, 100, 0.8}, {280, 260, -70, 1.2}};
-  std::vector<GreyImage> scenes;
-  std::vector<std::vector<Match>> alone;
-  for (const render::Pose& pose : poses) {
-    scenes.push_back(SceneOf(part, pose));
-    alone.push_back(FindIn(scenes.back(), *model));
-  }
-  std::vector<std::vector<Match>> together(poses.size());
-  std::vector<std::thread> threads;
-  for (std::size_t i = 0; i < poses.size(); ++i)
-    threads.emplace_back([&, i] { together[i] = FindIn(scenes[i], *model); });
-  for (std::thread& thread : threads)
-    thread.join();
-  for (std::size_t i = 0; i < poses.size(); ++i)
-    ExpectSameBits(together[i], alone[i]);
 }
 
 TEST(FindShapes, EndsWhenItsTimeIsUpAndSaysSo) {
@@ -278,53 +242,6 @@ TEST(FindShapes, EndsWhenItsTimeIsUpAndSaysSo) {
   const FindResult whole = FindShapes(*model, scene.View(), options, workspace);
   EXPECT_FALSE(whole.timed_out);
   EXPECT_EQ(whole.matches.size(), 1U);
-}
-
-/// The scene rotated by a quarter, clockwise on the screen.
-GreyImage RotatedByAQuarter(const GreyImage& image) {
-  GreyImage rotated(image.height, image.width);
-  for (std::int32_t y = 0; y < rotated.height; ++y) {
-    for (std::int32_t x = 0; x < rotated.width; ++x)
-      rotated.At(x, y) = image.pixels[static_cast<std::size_t>(image.height - 1 - x) *
-                                          static_cast<std::size_t>(image.width) +
-                                      static_cast<std::size_t>(y)];
-  }
-  return rotated;
-}
-
-TEST(FindShapes, FollowsATurnOfTheScene) {
-  const Part part = MetalBracket();
-  const auto model = Learnt(PatternOf(part));
-  ASSERT_TRUE(model);
-  const GreyImage scene = SceneOf(part, {280.3, 210.9, 23, 0.9}, {.noise_sigma = 3});
-  const auto unrotated = FindIn(scene, *model);
-  const auto rotated = FindIn(RotatedByAQuarter(scene), *model);
-  ASSERT_EQ(unrotated.size(), 1U);
-  ASSERT_EQ(rotated.size(), 1U);
-  const Similarity& pose = unrotated[0].scene_from_pattern;
-  // (x, y) goes to (height - 1 - y, x). The searches start from other grids; what they end with is the same optimum.
-  const Similarity expected = {scene.height - 1 - pose.y, pose.x, pose.angle + 0.5 * kPi,
-                               pose.scale};
-  EXPECT_LT(CornerError(rotated[0].scene_from_pattern, expected, part.frame), 0.02);
-}
-
-TEST(FindShapes, FollowsAShiftOfTheScene) {
-  const Part part = MetalBracket();
-  const auto model = Learnt(PatternOf(part));
-  ASSERT_TRUE(model);
-  GreyImage scene = SceneOf(part, {300.3, 230.9, 23, 0.9}, {.noise_sigma = 3});
-  const auto whole = FindIn(scene, *model);
-  // A view that begins 37 columns and 21 rows later.
-  const ImageView8 part_of_it = {&scene.At(37, 21), scene.width - 37, scene.height - 21,
-                                 scene.width};
-  Workspace workspace;
-  const FindResult shifted = FindShapes(*model, part_of_it, {}, workspace);
-  ASSERT_EQ(whole.size(), 1U);
-  ASSERT_EQ(shifted.matches.size(), 1U);
-  Similarity expected = whole[0].scene_from_pattern;
-  expected.x -= 37;
-  expected.y -= 21;
-  EXPECT_LT(CornerError(shifted.matches[0].scene_from_pattern, expected, part.frame), 0.02);
 }
 
 TEST(FindShapes, DeepImagesGiveTheSamePoses) {
