@@ -176,6 +176,101 @@ void MakePairs(const Corpus& corpus) {
   corpus.Write("nothing_to_learn", head + default_scales + Bytes{0, 9, 9, 9, 0, 9, 9, 0});
 }
 
+// What painted_scenes.h makes of bytes.
+
+Bytes Size(int width, int height) {
+  return {0, static_cast<std::uint8_t>(width - 1), 0, static_cast<std::uint8_t>(height - 1)};
+}
+
+/// An L with a window on dark ground: ground, number of rectangles, then left, top, width and height less one, grey.
+Bytes PaintedPart() {
+  return Bytes{40, 3} + Bytes{14, 10, 11, 43, 200} + Bytes{14, 42, 39, 11, 200} +
+         Bytes{32, 16, 13, 13, 120};
+}
+Bytes NothingPainted() {
+  return {40, 0};
+}
+
+/// Where a painting is seen: x and y with fractions in 1/256, angle in 1/40, scale and whether inverted.
+Bytes Seen(std::uint8_t x, std::uint8_t y, std::uint8_t angle, std::uint8_t scale) {
+  return {x, 60, y, 200, angle, scale};
+}
+constexpr std::uint8_t kFullScale = 38;
+constexpr std::uint8_t kInverted = 192;
+
+/// Layout, noise and its seed; a factor where there are 16 bits.
+Bytes EightBits(std::uint8_t noise) {
+  return {0, noise, 1};
+}
+Bytes SixteenBitsBottomUp(std::uint8_t noise) {
+  return {1 + 2 + 4 * 3, noise, 99, 1};
+}
+
+/// What shape_edges.cpp makes of bytes: level, threshold or none, size, painting, where it is seen.
+void MakeEdgeImages(const Corpus& corpus) {
+  const Bytes usual_threshold = {1, 0};
+  const Bytes image = Size(97, 80) + PaintedPart();
+  const Bytes seen = Seen(45, 40, 20, kFullScale);
+  corpus.Write("part", usual_threshold + image + seen + EightBits(2));
+  corpus.Write("deep", usual_threshold + image + seen + SixteenBitsBottomUp(5));
+  corpus.Write("all_points", Bytes{2, 1, 0} + image + seen + EightBits(40));
+  corpus.Write("no_threshold", Bytes{2, 1, 13} + image + seen + EightBits(0));
+  corpus.Write("sliver", usual_threshold + Size(140, 7) + PaintedPart() +
+                             Seen(70, 3, 0, kFullScale) + EightBits(9));
+}
+
+Bytes PartToLearn() {
+  return Size(68, 64) + PaintedPart() + EightBits(1);
+}
+
+/// What shape_learn.cpp makes of bytes: level, origin or none, whether there is a mask, the pattern, the mask's layout,
+/// left, top, width, height and value.
+void MakePatterns(const Corpus& corpus) {
+  const Bytes no_origin = {0};
+  const Bytes no_mask = {0};
+  corpus.Write("part", Bytes{1} + no_origin + no_mask + PartToLearn());
+  corpus.Write("origin_and_mask", Bytes{1} + Bytes{1, 60, 90, 5} + Bytes{1} + PartToLearn() +
+                                      Bytes{14, 8, 4, 40, 60, 1});
+  corpus.Write("all_masked", Bytes{2} + no_origin + Bytes{1} + PartToLearn());
+  corpus.Write("origin_nowhere", Bytes{2} + Bytes{1, 11, 2} + no_mask + PartToLearn());
+  corpus.Write("deep", Bytes{0} + no_origin + no_mask + Size(60, 60) + PaintedPart() +
+                           SixteenBitsBottomUp(3));
+  corpus.Write("noise",
+               Bytes{2} + no_origin + no_mask + Size(40, 30) + NothingPainted() + EightBits(63));
+  corpus.Write("flat",
+               Bytes{2} + no_origin + no_mask + Size(40, 30) + NothingPainted() + EightBits(0));
+}
+
+/// What shape_find.cpp makes of bytes: level, which options are told, those, polarity, whether all are wild, the pattern,
+/// then the scene: size, number of parts, ground, where they are seen, what is painted over them.
+void MakeScenes(const Corpus& corpus) {
+  constexpr std::uint8_t kSame = 0;
+  constexpr std::uint8_t kMixed = 3;
+  constexpr std::uint8_t kTame = 255;
+  const Bytes defaults = {0, kMixed, kTame};
+  const Bytes one = Size(130, 110) + Bytes{1, 70} + Seen(66, 55, 25, kFullScale);
+  corpus.Write("one", Bytes{2} + defaults + PartToLearn() + one + NothingPainted() + EightBits(2));
+  corpus.Write("covered", Bytes{1} + defaults + PartToLearn() + one + PaintedPart() + EightBits(4));
+  corpus.Write("inverted", Bytes{0} + defaults + PartToLearn() + Size(120, 120) + Bytes{1, 150} +
+                               Seen(60, 60, 200, kInverted + kFullScale) + NothingPainted() +
+                               EightBits(2));
+  corpus.Write("three", Bytes{1} + Bytes{2 + 16, 40, 60, 8, kSame, kTame} + PartToLearn() +
+                            Size(140, 140) + Bytes{3, 50} + Seen(35, 35, 0, 10) +
+                            Seen(100, 40, 60, 12) + Seen(60, 105, 130, 14) + NothingPainted() +
+                            SixteenBitsBottomUp(2));
+  corpus.Write("narrow_ranges", Bytes{2} + Bytes{1 + 2, 5, 12, 94, 3, kSame, kTame} +
+                                    PartToLearn() + one + NothingPainted() + EightBits(2));
+  corpus.Write("fixed", Bytes{2} + Bytes{1 + 2, 12, 0, 95, 0, kSame, kTame} + PartToLearn() + one +
+                            NothingPainted() + EightBits(2));
+  corpus.Write("hurry", Bytes{2} + Bytes{96, 20, kMixed, kTame} + PartToLearn() + one +
+                            NothingPainted() + EightBits(2));
+  corpus.Write("noise", Bytes{2} + Bytes{16, 0, kMixed, kTame} + PartToLearn() + Size(90, 70) +
+                            Bytes{0, 128} + NothingPainted() + EightBits(63));
+  corpus.Write("pixel", Bytes{2} + defaults + PartToLearn() + Size(1, 1));
+  corpus.Write("wild", Bytes{2} + Bytes{0, kMixed, 0} + Bytes{9, 7, 6, 7, 0, 2, 3} +
+                           Bytes{0, 0, 0} + PartToLearn() + one + NothingPainted() + EightBits(2));
+}
+
 void MakeCommandLines(const Corpus& corpus) {
   const std::string header = "case,pattern,scene,instance,cx,cy,angle_deg,scale\n";
   corpus.Write("help", std::string("--help\n"));
@@ -209,6 +304,9 @@ int main(int argc, char** argv) {
   MakeContourPoints({folder, "contour_points"});
   MakeImages({folder, "crawl"});
   MakePairs({folder, "search"});
+  MakeEdgeImages({folder, "shape_edges"});
+  MakePatterns({folder, "shape_learn"});
+  MakeScenes({folder, "shape_find"});
   MakeCommandLines({folder, "tool"});
   return 0;
 }
