@@ -374,9 +374,17 @@ class ShapeSearch {
     buffers_.hull.clear();
     for (const Point p : model_.hull)
       buffers_.hull.push_back(map * p);
+    Point low = buffers_.hull.front();
+    Point high = low;
+    for (const Point p : buffers_.hull) {
+      low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+      high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
     int num_inside = 0;
     for (const SceneEdge& edge : buffers_.scene.Edges(level)) {
       const Point at = {ToScene(edge.x, level), ToScene(edge.y, level)};
+      // Most of a scene's edges lie far away.
+      if (at.x < low.x || at.x > high.x || at.y < low.y || at.y > high.y) continue;
       num_inside += IsInside(buffers_.hull, at) ? 1 : 0;
     }
     const auto num_points =
@@ -390,9 +398,10 @@ class ShapeSearch {
   };
 
   /// The pose as exact as it gets: by the pixels along the edges, from where tracking at the finest level that has edges
-  /// ends.
+  /// ends. A time that is up leaves it as it was tracked.
   RefinedPose Refined(const Found& found) {
     descent_.sign = found.sign;
+    if (IsLate()) return TrackedPose(found.tracked);
     const Tracked start =
         Polished(model_, buffers_.scene, descent_, buffers_.descent.tracking[0], found.tracked);
     RefinedPose refined = TrackedPose(start);
