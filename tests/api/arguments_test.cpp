@@ -16,12 +16,12 @@
 
 #include "orvandel/orvandel.hpp"
 #include "tests/api/drawn_part.h"
+#include "tests/support/numbers.h"
 
 namespace orvandel::test {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 const std::vector<std::uint8_t>& PartPixels() {
   static const std::vector<std::uint8_t> pixels = [] {

@@ -2,18 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include <gtest/gtest.h>
 #include <mpfr.h>
 
 #include "base/trigonometry.h"
+#include "tests/support/numbers.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
 constexpr int kNumValues = 100000;
 
 /// A number of 300 bits.

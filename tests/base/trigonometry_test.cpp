@@ -2,19 +2,16 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
-#include <numbers>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/numbers.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 const double kNotANumber = std::nan("");
 
 TEST(Trigonometry, ZeroIsItsOwnSine) {

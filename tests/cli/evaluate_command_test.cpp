@@ -14,7 +14,7 @@ using evaluation::SplitCsvLine;
 
 namespace {
 
-constexpr render::Pose kPose = {.x = 301.3, .y = 244.8, .angle_deg = 137, .scale = 1.1};
+constexpr render::Pose kTruePose = {.x = 301.3, .y = 244.8, .angle_deg = 137, .scale = 1.1};
 
 std::string TruthOf(const render::Pose& pose) {
   std::ostringstream text;
@@ -43,7 +43,7 @@ class EvaluateCommand : public testing::Test {
   EvaluateCommand() {
     std::filesystem::create_directories(folder_.Path() / "suite");
     WriteBracketPattern(folder_.File("pattern.png"));
-    WriteBracketScene(folder_.File("suite/present.png"), kPose);
+    WriteBracketScene(folder_.File("suite/present.png"), kTruePose);
     WriteOtherScene(folder_.File("suite/absent.png"));
   }
 
@@ -61,9 +61,9 @@ class EvaluateCommand : public testing::Test {
 };
 
 TEST_F(EvaluateCommand, CountsFindsAndFalseFinds) {
-  render::Pose elsewhere = kPose;
+  render::Pose elsewhere = kTruePose;
   elsewhere.x += 100;
-  WriteManifest(Present("there", kPose) + Present("elsewhere", elsewhere) +
+  WriteManifest(Present("there", kTruePose) + Present("elsewhere", elsewhere) +
                 "none,../pattern.png,absent.png,-1,,,,,\n");
   const ToolRun run = RunOrvandel({"evaluate", suite_, "--csv"});
   ASSERT_EQ(run.exit_code, 0) << run.err;
@@ -80,7 +80,7 @@ TEST_F(EvaluateCommand, CountsFindsAndFalseFinds) {
 TEST_F(EvaluateCommand, CornerErrorsAreSmallWhereTheTruthIsExact) {
   // Half a pixel of error in both directions, which a mix-up of pixel corners and centres makes,
   // is 0.7; a clean rendered scene is found better than that.
-  WriteManifest(Present("there", kPose));
+  WriteManifest(Present("there", kTruePose));
   const ToolRun run = RunOrvandel({"evaluate", suite_, "--csv"});
   EXPECT_LT(std::stod(CsvValue(run.out, 0, "corner_median_px")), 0.6) << run.out;
   EXPECT_LT(std::stod(CsvValue(run.out, 0, "angle_median_deg")), 0.3) << run.out;
@@ -88,9 +88,9 @@ TEST_F(EvaluateCommand, CornerErrorsAreSmallWhereTheTruthIsExact) {
 }
 
 TEST_F(EvaluateCommand, TheBestInstanceCounts) {
-  render::Pose elsewhere = kPose;
+  render::Pose elsewhere = kTruePose;
   elsewhere.y -= 60;
-  WriteManifest(Present("two", elsewhere) + "two,../pattern.png,present.png,1," + TruthOf(kPose) +
+  WriteManifest(Present("two", elsewhere) + "two,../pattern.png,present.png,1," + TruthOf(kTruePose) +
                 ",0\n");
   const ToolRun run = RunOrvandel({"evaluate", suite_, "--csv"});
   EXPECT_EQ(CsvValue(run.out, 0, "cases"), "1");
@@ -98,7 +98,7 @@ TEST_F(EvaluateCommand, TheBestInstanceCounts) {
 }
 
 TEST_F(EvaluateCommand, SeveralSuitesGetATotal) {
-  WriteManifest(Present("there", kPose));
+  WriteManifest(Present("there", kTruePose));
   const ToolRun csv =
       RunOrvandel({"evaluate", suite_, folder_.File("suite/manifest.csv"), "--csv"});
   EXPECT_EQ(NumLines(csv.out), 4) << csv.out;
@@ -110,7 +110,7 @@ TEST_F(EvaluateCommand, SeveralSuitesGetATotal) {
 }
 
 TEST_F(EvaluateCommand, CasesGetALineEach) {
-  WriteManifest(Present("there", kPose) + "none,../pattern.png,absent.png,-1,,,,,\n");
+  WriteManifest(Present("there", kTruePose) + "none,../pattern.png,absent.png,-1,,,,,\n");
   ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--cases", folder_.File("cases.csv")}).exit_code, 0);
   const std::string cases = Contents(folder_.File("cases.csv"));
   EXPECT_EQ(NumLines(cases), 3) << cases;
@@ -122,7 +122,7 @@ TEST_F(EvaluateCommand, CasesGetALineEach) {
 }
 
 TEST_F(EvaluateCommand, OverlaysShowEachCase) {
-  WriteManifest(Present("there", kPose) + "none,../pattern.png,absent.png,-1,,,,,\n");
+  WriteManifest(Present("there", kTruePose) + "none,../pattern.png,absent.png,-1,,,,,\n");
   ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--overlay", folder_.File("o")}).exit_code, 0);
   EXPECT_NE(ReadBack(folder_.File("o/suite.there.overlay.png")), nullptr);
   EXPECT_NE(ReadBack(folder_.File("o/suite.none.overlay.png")), nullptr);
@@ -130,7 +130,7 @@ TEST_F(EvaluateCommand, OverlaysShowEachCase) {
 
 TEST_F(EvaluateCommand, OverlaysStayInTheirFolderWhateverTheCaseIsCalled) {
   std::filesystem::create_directories(folder_.Path() / "o" / "suite.x");
-  WriteManifest(Present("x/../../out", kPose) + Present("a\\b", kPose));
+  WriteManifest(Present("x/../../out", kTruePose) + Present("a\\b", kTruePose));
   ASSERT_EQ(RunOrvandel({"evaluate", suite_, "--overlay", folder_.File("o")}).exit_code, 0);
   EXPECT_NE(ReadBack(folder_.File("o/suite.x_.._.._out.overlay.png")), nullptr);
   EXPECT_NE(ReadBack(folder_.File("o/suite.a_b.overlay.png")), nullptr);
@@ -138,7 +138,7 @@ TEST_F(EvaluateCommand, OverlaysStayInTheirFolderWhateverTheCaseIsCalled) {
 }
 
 TEST_F(EvaluateCommand, UnusableCasesAreReportedOnceAndCountAsMissed) {
-  WriteManifest(Present("there", kPose) +
+  WriteManifest(Present("there", kTruePose) +
                 "gone,../pattern.png,gone.png,0,1,2,3,1,0\n"
                 "bad1,../flat.png,present.png,0,1,2,3,1,0\n"
                 "bad2,../flat.png,present.png,0,1,2,3,1,0\n");
@@ -153,7 +153,7 @@ TEST_F(EvaluateCommand, UnusableCasesAreReportedOnceAndCountAsMissed) {
 }
 
 TEST_F(EvaluateCommand, SearchOptionsApply) {
-  WriteManifest(Present("there", kPose));
+  WriteManifest(Present("there", kTruePose));
   const ToolRun run = RunOrvandel({"evaluate", suite_, "--csv", "--scale", "1.5,3"});
   EXPECT_EQ(CsvValue(run.out, 0, "found"), "0");
 }

@@ -11,7 +11,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr render::Pose kPose = {.x = 330.1, .y = 220.6, .angle_deg = -35, .scale = 0.9};
+constexpr render::Pose kTrainedPose = {.x = 330.1, .y = 220.6, .angle_deg = -35, .scale = 0.9};
 
 TEST(TrainCommand, KeepsThePatternImage) {
   const ScratchFolder folder;
@@ -34,7 +34,7 @@ TEST(TrainCommand, KeepsThePatternImage) {
 TEST(TrainCommand, AKeptPatternFindsWhatTheFreshOneFinds) {
   const ScratchFolder folder;
   WriteBracketPattern(folder.File("pattern.png"));
-  WriteBracketScene(folder.File("scene.png"), kPose);
+  WriteBracketScene(folder.File("scene.png"), kTrainedPose);
   RunOrvandel({"train", folder.File("pattern.png"), "--save", folder.File("part")});
   const ToolRun fresh =
       RunOrvandel({"find", folder.File("pattern.png"), folder.File("scene.png"), "--json"});
@@ -108,7 +108,7 @@ TEST(TrainCommand, AMissingFolderIsNamed) {
 
 TEST(Knowledge, WhatCannotBeReadIsAnError) {
   const ScratchFolder folder;
-  WriteBracketScene(folder.File("scene.png"), kPose);
+  WriteBracketScene(folder.File("scene.png"), kTrainedPose);
   WriteBytes(folder.File("text_qrsi.bmp"), "no image");
   WriteFlatImage(folder.File("flat_qrsi.bmp"), 80, 60);
   WriteDisc(folder.File("disc_qrsi.bmp"), 8);

@@ -39,7 +39,7 @@ constexpr std::size_t RecordAt(std::size_t contour) {
 }
 
 /// Sizes 2, 3 and 1; coordinates that need every bit.
-ContourHandle SmallSet() {
+ContourHandle FullPrecisionSet() {
   ContourHandle set =
       MakeSet({{{{0.1, 10.7, -0.5, 0}, {1 / 3.0, 11, 0.25, 4}}, false},
                {{{2, 12, 1.5, 1}, {3, 13, 1.25, 0}, {4, 14, 2.5, 0xFFFFFFFFu}}, true},
@@ -56,7 +56,7 @@ std::string BytesOf(const ContourHandle& set, const ScratchFolder& folder) {
 }
 
 std::string SmallFile(const ScratchFolder& folder) {
-  return BytesOf(SmallSet(), folder);
+  return BytesOf(FullPrecisionSet(), folder);
 }
 
 template <typename Value>
@@ -69,7 +69,7 @@ std::string With(std::string bytes, std::size_t at, Value value) {
 Fault FaultOf(const std::string& bytes, const ScratchFolder& folder) {
   std::filesystem::remove(folder.File("read.ctd"));
   WriteBytes(folder.File("read.ctd"), bytes);
-  const ContourHandle set = SmallSet();
+  const ContourHandle set = FullPrecisionSet();
   const CCrawler& fields = Fields(set);
   const double* const x = fields.x;
   const ContourRecord* const contours = fields.contours;
@@ -96,8 +96,8 @@ std::string TextOf(const std::string& bytes, const ScratchFolder& folder) {
 void ExpectSameAsTrustingReader(const ContourHandle& saved, const ScratchFolder& folder) {
   const std::string path = folder.File("good.ctd");
   ASSERT_EQ(ctd_save(saved.get(), path.c_str()), 0);
-  const ContourHandle trusting = SmallSet();
-  const ContourHandle checked = SmallSet();
+  const ContourHandle trusting = FullPrecisionSet();
+  const ContourHandle checked = FullPrecisionSet();
   ASSERT_EQ(ctd_load(trusting.get(), path.c_str()), 0);
   const ContourFileError error = LoadContoursChecked(checked.get(), path.c_str());
   ASSERT_FALSE(error.IsError()) << error.text;
@@ -111,9 +111,9 @@ void ExpectSameAsTrustingReader(const ContourHandle& saved, const ScratchFolder&
 
 TEST(CheckedContourFile, GoodFilesGiveTheSetOfTheTrustingReader) {
   const ScratchFolder folder;
-  ExpectSameAsTrustingReader(SmallSet(), folder);
+  ExpectSameAsTrustingReader(FullPrecisionSet(), folder);
   ExpectSameAsTrustingReader(MakeEmptySet(), folder);
-  const ContourHandle sorted = SmallSet();
+  const ContourHandle sorted = FullPrecisionSet();
   ctd_sort(sorted.get(), 1);
   ExpectSameAsTrustingReader(sorted, folder);
 }
@@ -153,7 +153,7 @@ TEST(CheckedContourFile, WhatFilesDoNotHoldIsKept) {
 
 TEST(CheckedContourFile, WhatIsNoRegularFileCannotBeOpened) {
   const ScratchFolder folder;
-  const ContourHandle set = SmallSet();
+  const ContourHandle set = FullPrecisionSet();
   const std::vector<std::string> paths = {folder.File("missing.ctd"), folder.Path().string(),
                                           "/dev/zero", ""};
   for (const std::string& path : paths) {

@@ -20,7 +20,7 @@ namespace {
 using I = std::int32_t;
 
 /// Contours of 2, 3 and 1 points, threshold 23.
-ContourHandle SmallSet() {
+ContourHandle SetOfSixPoints() {
   ContourHandle set = MakeSet(
       {{{{0, 10}, {1, 11}}, false}, {{{2, 12}, {3, 13}, {4, 14}}, true}, {{{5, 15}}, false}});
   Fields(set).edge_threshold = 23;
@@ -29,7 +29,7 @@ ContourHandle SmallSet() {
 
 TEST(ContourFileFailures, AMissingFileGives9AndLeavesTheSet) {
   const ScratchFolder folder;
-  const ContourHandle set = SmallSet();
+  const ContourHandle set = SetOfSixPoints();
   EXPECT_EQ(ctd_load(set.get(), folder.File("missing.ctd").c_str()), 9);
   EXPECT_EQ(ctd_contour_count(set.get()), 3);
   EXPECT_EQ(ctd_point_count(set.get()), 6);
@@ -39,7 +39,7 @@ TEST(ContourFileFailures, AMissingFileGives9AndLeavesTheSet) {
 
 TEST(ContourFileFailures, SavingWhereNoFileCanBeGives9) {
   const ScratchFolder folder;
-  const ContourHandle set = SmallSet();
+  const ContourHandle set = SetOfSixPoints();
   EXPECT_EQ(ctd_save(set.get(), folder.File("no/such/folder.ctd").c_str()), 9);
   EXPECT_EQ(ctd_save(set.get(), folder.Path().string().c_str()), 9);  // a folder
 }
@@ -47,7 +47,7 @@ TEST(ContourFileFailures, SavingWhereNoFileCanBeGives9) {
 #if defined(__linux__)
 TEST(ContourFileFailures, AFullDiskGives9) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "this system has no /dev/full";
-  EXPECT_EQ(ctd_save(SmallSet().get(), "/dev/full"), 9);
+  EXPECT_EQ(ctd_save(SetOfSixPoints().get(), "/dev/full"), 9);
   TestContour large;
   large.points.resize(100000);
   EXPECT_EQ(ctd_save(MakeSet({large}).get(), "/dev/full"), 9);
@@ -59,7 +59,7 @@ TEST(ContourFileFailures, WhatAShortFileLacksIsZero) {
   const std::string path = folder.File("short.ctd");
   // Two contours and five points are announced; the first record and two x follow.
   WriteBytes(path, Bytes(I{2}, I{5}, I{31}, I{0}, I{3}, I{1}));
-  const ContourHandle set = SmallSet();
+  const ContourHandle set = SetOfSixPoints();
   EXPECT_EQ(ctd_load(set.get(), path.c_str()), 0);
   EXPECT_EQ(ctd_contour_count(set.get()), 2);
   EXPECT_EQ(ctd_point_count(set.get()), 5);
@@ -92,7 +92,7 @@ TEST(ContourFileFailures, CountsThatAreMissingAreZero) {
   const std::string path = folder.File("short.ctd");
   for (const std::string& bytes : {std::string(), Bytes(I{0}), Bytes(I{0}, I{0})}) {
     WriteBytes(path, bytes);
-    const ContourHandle set = SmallSet();
+    const ContourHandle set = SetOfSixPoints();
     EXPECT_EQ(ctd_load(set.get(), path.c_str()), 0);
     EXPECT_EQ(ctd_contour_count(set.get()), 0) << bytes.size();
     EXPECT_EQ(ctd_point_count(set.get()), 0);
@@ -108,7 +108,7 @@ TEST(ContourFileFailures, ANegativeCountGives4AndASetThatActsAsEmpty) {
     std::string bytes = Bytes(contours, points, I{31});
     bytes.resize(bytes.size() + 500, '\1');
     WriteBytes(path, bytes);
-    const ContourHandle set = SmallSet();
+    const ContourHandle set = SetOfSixPoints();
     EXPECT_EQ(ctd_load(set.get(), path.c_str()), 4);
     EXPECT_EQ(Fields(set).x, nullptr);
     EXPECT_EQ(Fields(set).f, nullptr);
@@ -131,7 +131,7 @@ TEST(ContourFileFailures, ANegativeCountGives4AndASetThatActsAsEmpty) {
     record.Refill(set.get());
     EXPECT_EQ(record.count, 0);
 
-    const ContourHandle copy = SmallSet();
+    const ContourHandle copy = SetOfSixPoints();
     ctd_copy(set.get(), copy.get());
     EXPECT_EQ(ctd_active_point_count(copy.get()), 0);
   }
@@ -140,7 +140,7 @@ TEST(ContourFileFailures, ANegativeCountGives4AndASetThatActsAsEmpty) {
 TEST(ContourFileFailures, ASetIsUsableAgainAfterAFailedLoad) {
   const ScratchFolder folder;
   WriteBytes(folder.File("negative.ctd"), Bytes(I{-1}, I{5}, I{31}));
-  ASSERT_EQ(ctd_save(SmallSet().get(), folder.File("set.ctd").c_str()), 0);
+  ASSERT_EQ(ctd_save(SetOfSixPoints().get(), folder.File("set.ctd").c_str()), 0);
   const ContourHandle set = MakeEmptySet();
   EXPECT_EQ(ctd_load(set.get(), folder.File("negative.ctd").c_str()), 4);
   EXPECT_EQ(ctd_load(set.get(), folder.File("set.ctd").c_str()), 0);

@@ -12,7 +12,7 @@ namespace orvandel::test {
 namespace {
 
 /// Contours of 2, 3 and 1 points, numbered through in x.
-ContourHandle SmallSet() {
+ContourHandle NumberedSet() {
   return MakeSet({{{{0, 10, 0.5, 0}, {1, 11, 0.25, 4}}, false},
                   {{{2, 12, 1.5, 0}, {3, 13, 1.25, 0}, {4, 14, 2.5, 0}}, true},
                   {{{5, 15, -1, 0}}, false}});
@@ -42,7 +42,7 @@ TEST(ClassicContourSet, StartsEmptyWithItsDefaults) {
 
 TEST(ClassicContourSet, DeletingNullDoesNothing) {
   ctd_delete(nullptr);
-  const ContourHandle set = SmallSet();  // and other sets are not touched
+  const ContourHandle set = NumberedSet();  // and other sets are not touched
   ctd_delete(nullptr);
   EXPECT_EQ(ctd_point_count(set.get()), 6);
 }
@@ -54,7 +54,7 @@ TEST(ClassicContourSet, HasOnlyAVirtualDestructor) {
 }
 
 TEST(ClassicContourSet, AccessorsReadContoursAndTheirPoints) {
-  const ContourHandle set = SmallSet();
+  const ContourHandle set = NumberedSet();
   EXPECT_EQ(ctd_contour_count(set.get()), 3);
   EXPECT_EQ(ctd_point_count(set.get()), 6);
   EXPECT_EQ(ctd_contour_size(set.get(), 0), 2);
@@ -68,7 +68,7 @@ TEST(ClassicContourSet, AccessorsReadContoursAndTheirPoints) {
 }
 
 TEST(ClassicContourSet, ArraysAreTheContoursOwnAndWritable) {
-  const ContourHandle set = SmallSet();
+  const ContourHandle set = NumberedSet();
   EXPECT_EQ(ctd_contour_xa(set.get(), 1), Fields(set).x + 2);
   EXPECT_EQ(ctd_contour_ya(set.get(), 1), Fields(set).y + 2);
   EXPECT_EQ(ctd_contour_ga(set.get(), 1), Fields(set).g + 2);
@@ -84,7 +84,7 @@ TEST(ClassicContourSet, ArraysAreTheContoursOwnAndWritable) {
 }
 
 TEST(ClassicContourSet, AFlaggedPointIsNotActive) {
-  const ContourHandle set = SmallSet();
+  const ContourHandle set = NumberedSet();
   EXPECT_EQ(ctd_contour_active_point_count(set.get(), 0), 1);  // one comes with flag 4
   EXPECT_EQ(ctd_contour_active_point_count(set.get(), 1), 3);
   EXPECT_EQ(ctd_active_point_count(set.get()), 5);
@@ -108,7 +108,7 @@ TEST(ClassicContourSet, AContourOfNoPointsHasNoActiveOnes) {
 }
 
 TEST(ClassicContourSet, AfterSortingAccessorsGoThroughTheRecords) {
-  const ContourHandle set = SmallSet();
+  const ContourHandle set = NumberedSet();
   ctd_sort(set.get(), 1);
   EXPECT_EQ(ctd_contour_xa(set.get(), 0), Fields(set).x + 2);
   EXPECT_EQ(ctd_contour_x(set.get(), 0, 0), 2.0);

@@ -12,7 +12,7 @@
 namespace orvandel::test {
 namespace {
 
-struct CrawlOptions {
+struct SizeLimits {
   int threshold = 0;
   int min_size = 1;
   int max_size = 100000;
@@ -20,7 +20,7 @@ struct CrawlOptions {
 
 /// Crawls into a set that may have been used before, as hosts do.
 void ExpectSameCrawl(const ContourHandle& set, const NamedGrid& pattern,
-                     const CrawlOptions& options) {
+                     const SizeLimits& options) {
   SCOPED_TRACE(testing::Message() << pattern << ", threshold " << options.threshold);
   const int width = Width(pattern.grid);
   const int height = Height(pattern.grid);

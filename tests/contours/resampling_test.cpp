@@ -19,11 +19,6 @@ TestContour AlongX(const std::vector<double>& x) {
   return contour;
 }
 
-std::vector<double> Xs(const ContourHandle& set, int i) {
-  const double* x = ctd_contour_xa(set.get(), i);
-  return {x, x + ctd_contour_size(set.get(), i)};
-}
-
 std::vector<double> ResampledAlongX(const std::vector<double>& x, double step = 1.0,
                                     double min_dist = 0.6) {
   const ContourHandle set = MakeSet({AlongX(x)});

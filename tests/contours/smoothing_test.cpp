@@ -19,16 +19,6 @@ TestContour ContourAt(const std::vector<double>& x, const std::vector<double>& y
   return contour;
 }
 
-std::vector<double> Xs(const ContourHandle& set, int i) {
-  const double* x = ctd_contour_xa(set.get(), i);
-  return {x, x + ctd_contour_size(set.get(), i)};
-}
-
-std::vector<double> Ys(const ContourHandle& set, int i) {
-  const double* y = ctd_contour_ya(set.get(), i);
-  return {y, y + ctd_contour_size(set.get(), i)};
-}
-
 TEST(Smoothing, FivePointsAreLeftAlone) {
   for (std::size_t n = 1; n <= 5; ++n) {
     std::vector<double> x = {0, 10, 0, 10, 0};

@@ -8,8 +8,7 @@
 
 namespace orvandel::evaluation::test {
 
-// Searches for a pattern of 80 x 60 pixels, whose diagonal is 100, so that matches count up to 5
-// pixels off.
+// A pattern of 80 x 60 pixels: its diagonal is 100, and each corner lies 50 from the centre.
 
 inline constexpr PatternFrame kFrame = {80, 60, {39.5, 29.5}};
 inline constexpr Similarity kInstance = {200, 150, 0.5, 1};

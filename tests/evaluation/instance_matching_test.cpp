@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "base/rounding.h"
+#include "tests/evaluation/case_results.h"
 
 namespace orvandel::evaluation::test {
 namespace {
-
-// The diagonal is 100, so matches count up to 3 pixels off at scale 1.
-constexpr PatternFrame kFrame = {80, 60, {39.5, 29.5}};
 
 Match At(double x, double angle = 0) {
   return {.scene_from_pattern = {x, 100, angle, 1}, .score = 90, .is_accepted = true};

@@ -6,20 +6,14 @@
 #include <gtest/gtest.h>
 
 #include "base/rounding.h"
+#include "tests/evaluation/case_results.h"
 
 namespace orvandel::evaluation::test {
 namespace {
 
 constexpr double kRounding = 1e-12;  // doubles near 100 resolve 1e-14
 
-// 80 x 60, so the diagonal is 100 and each corner 50 from the centre (39.5, 29.5).
-constexpr PatternFrame kFrame = {80, 60, {39.5, 29.5}};
 constexpr Similarity kTruth = {200, 150, 0.5, 1};
-
-Similarity Shifted(Similarity pose, double dx) {
-  pose.x += dx;
-  return pose;
-}
 
 Similarity Rotated(Similarity pose, double radians) {
   pose.angle += radians;

@@ -10,14 +10,14 @@
 namespace orvandel::render {
 namespace {
 
-constexpr double kGround = 60;
+constexpr double kPartGround = 60;
 
 TEST(Parts, EveryPartLiesWithinItsFrame) {
   for (const Part& part :
        {MetalBracket(), Gear(), Washer(30, 14), HexNut(52), Rod(150, 10), Plate(130, 84)}) {
-    const ImagePtr image = RenderPattern(part, {.ground = kGround});
+    const ImagePtr image = RenderPattern(part, {.ground = kPartGround});
     ASSERT_TRUE(image);
-    EXPECT_GT(MassOf(image, kGround).total, 0);
+    EXPECT_GT(MassOf(image, kPartGround).total, 0);
     for (int x = 0; x < image->width; ++x) {
       EXPECT_EQ(image->row[0][x], 60);
       EXPECT_EQ(image->row[image->height - 1][x], 60);
@@ -30,15 +30,15 @@ TEST(Parts, EveryPartLiesWithinItsFrame) {
 }
 
 TEST(Parts, TheBracketInASceneIsThePatternUnderThePose) {
-  const ImagePtr pattern = RenderPattern(MetalBracket(), {.ground = kGround});
-  const Mass in_pattern = MassOf(pattern, kGround);
+  const ImagePtr pattern = RenderPattern(MetalBracket(), {.ground = kPartGround});
+  const Mass in_pattern = MassOf(pattern, kPartGround);
   const Point centre{(pattern->width - 1) / 2.0, (pattern->height - 1) / 2.0};
   const Point p = in_pattern.centroid - centre;
   for (const double angle_deg : {0.0, 28.6, 90.0, -171.3, 118.4}) {
     for (const double scale : {0.6, 1.0, 1.6}) {
       const Pose pose{322.8, 243.1, angle_deg, scale};
-      const ImagePtr scene = RenderScene({{MetalBracket(), pose}}, {.ground = kGround});
-      const Mass in_scene = MassOf(scene, kGround);
+      const ImagePtr scene = RenderScene({{MetalBracket(), pose}}, {.ground = kPartGround});
+      const Mass in_scene = MassOf(scene, kPartGround);
       const double angle = angle_deg * kPi / 180;
       const double c = std::cos(angle), s = std::sin(angle);
       EXPECT_NEAR(in_scene.centroid.x, pose.x + scale * (c * p.x - s * p.y), 0.01) << angle_deg;
@@ -51,7 +51,7 @@ TEST(Parts, TheBracketInASceneIsThePatternUnderThePose) {
 
 TEST(Parts, TheBracketLooksDifferentAtEveryAngle) {
   const auto view = [](double angle_deg) {
-    return RenderScene({{MetalBracket(), {120, 120, angle_deg, 1}}}, {.ground = kGround},
+    return RenderScene({{MetalBracket(), {120, 120, angle_deg, 1}}}, {.ground = kPartGround},
                        {241, 241});
   };
   const ImagePtr unrotated = view(0);

@@ -12,7 +12,7 @@
 namespace orvandel::render {
 namespace {
 
-constexpr double kGround = 50;
+constexpr double kSceneGround = 50;
 
 bool SameBytes(const ImagePtr& a, const ImagePtr& b) {
   if (a->width != b->width || a->height != b->height) return false;
@@ -33,7 +33,7 @@ double NormalCdf(double x) {
 TEST(Scene, AnUprightRectanglesGreysFollowItsCoverage) {
   // Columns from 9.7 to 14.3 and rows from 4.25 to 8.25, where pixel i spans i - 0.5 to i + 0.5.
   const ImagePtr image =
-      RenderScene({{Box({}, 4.6, 4), {12, 6.25, 0, 1}}}, {.ground = kGround}, {30, 20});
+      RenderScene({{Box({}, 4.6, 4), {12, 6.25, 0, 1}}}, {.ground = kSceneGround}, {30, 20});
   EXPECT_EQ(image->row[6][12], 250);
   EXPECT_EQ(image->row[6][9], 50);
   EXPECT_EQ(image->row[6][10], 210);  // 0.8 of the pixel
@@ -49,10 +49,10 @@ TEST(Scene, APoseMovesTheMassAsTheTruthSays) {
   for (const Pose& pose : {Pose{60.25, 50.5, 0, 1}, Pose{61.3, 48.9, 33.3, 1.2},
                            Pose{59.8, 52.1, -141, 0.6}, Pose{60, 50, 90, 1}}) {
     const ImagePtr scene =
-        RenderScene({{Box(corner, 8, 8), pose}}, {.ground = kGround}, {130, 110});
+        RenderScene({{Box(corner, 8, 8), pose}}, {.ground = kSceneGround}, {130, 110});
     const double angle = pose.angle_deg * kPi / 180;
     const double c = std::cos(angle), s = std::sin(angle);
-    const Mass mass = MassOf(scene, kGround);
+    const Mass mass = MassOf(scene, kSceneGround);
     // The greys of about 40 edge pixels are rounded, by up to half a level of 200 times 64 pixels.
     EXPECT_NEAR(mass.centroid.x, pose.x + pose.scale * (c * corner.x - s * corner.y), 0.01);
     EXPECT_NEAR(mass.centroid.y, pose.y + pose.scale * (s * corner.x + c * corner.y), 0.01);
@@ -62,7 +62,7 @@ TEST(Scene, APoseMovesTheMassAsTheTruthSays) {
 
 TEST(Scene, APositiveAngleTurnsClockwiseOnTheScreen) {
   const ImagePtr scene =
-      RenderScene({{Box({30, 0}, 6, 6), {50, 40, 90, 1}}}, {.ground = kGround}, {100, 80});
+      RenderScene({{Box({30, 0}, 6, 6), {50, 40, 90, 1}}}, {.ground = kSceneGround}, {100, 80});
   EXPECT_EQ(scene->row[70][50], 250);  // what pointed right now points down
 }
 
@@ -70,10 +70,10 @@ TEST(Scene, ThePatternImageHasThePartsOriginInItsMiddle) {
   Part part = Box({}, 7, 7);
   for (const Size frame : {Size{101, 81}, Size{100, 80}}) {
     part.frame = frame;
-    const ImagePtr pattern = RenderPattern(part, {.ground = kGround});
+    const ImagePtr pattern = RenderPattern(part, {.ground = kSceneGround});
     ASSERT_EQ(pattern->width, frame.width);
     ASSERT_EQ(pattern->height, frame.height);
-    const Mass mass = MassOf(pattern, kGround);
+    const Mass mass = MassOf(pattern, kSceneGround);
     EXPECT_NEAR(mass.centroid.x, (frame.width - 1) / 2.0, 1e-9);
     EXPECT_NEAR(mass.centroid.y, (frame.height - 1) / 2.0, 1e-9);
   }
@@ -81,7 +81,8 @@ TEST(Scene, ThePatternImageHasThePartsOriginInItsMiddle) {
 
 TEST(Scene, AShadedFillTurnsAndScalesWithItsPart) {
   const Part part{{{Rectangle({}, 40, 40), {}, {150, 2, 0}}}, {60, 60}};
-  const ImagePtr scene = RenderScene({{part, {50, 50, 90, 1.5}}}, {.ground = kGround}, {100, 100});
+  const ImagePtr scene =
+      RenderScene({{part, {50, 50, 90, 1.5}}}, {.ground = kSceneGround}, {100, 100});
   // Part point (10, 0) is seen 15 pixels below the part's origin.
   EXPECT_EQ(scene->row[65][50], 170);
   EXPECT_EQ(scene->row[35][50], 130);
@@ -107,12 +108,12 @@ TEST(Scene, ABlurredStepFollowsTheNormalDistribution) {
   const Placement half{Box({}, 200, 200, 250), {129.5, 20, 0, 1}};
   for (const double sigma : {1.0, 2.0, 3.0}) {
     const ImagePtr scene =
-        RenderScene({half}, {.ground = kGround, .blur_sigma_px = sigma}, {60, 40});
+        RenderScene({half}, {.ground = kSceneGround, .blur_sigma_px = sigma}, {60, 40});
     // Half a level of rounding, and the midpoint rule's error for the sum over whole pixels: a 24th
     // of the density's steepest slope, 0.242 / sigma^2, times the step.
     const double tolerance = 0.5 + 200 * 0.242 / (24 * sigma * sigma);
     for (int x = 0; x < 60; ++x) {
-      const double expected = kGround + 200 * NormalCdf((x - 29.5) / sigma);
+      const double expected = kSceneGround + 200 * NormalCdf((x - 29.5) / sigma);
       EXPECT_NEAR(scene->row[20][x], expected, tolerance) << sigma << ", " << x;
     }
   }

@@ -1,5 +1,7 @@
 #include "image/gradients.h"
 
+#include <gtest/gtest.h>
+
 #include "tests/support/grey_image.h"
 
 namespace orvandel {

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include <gtest/gtest.h>
+
 #include "image/pyramid.h"
 #include "tests/support/grey_image.h"
 

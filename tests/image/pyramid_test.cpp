@@ -1,5 +1,7 @@
 #include "image/pyramid.h"
 
+#include <gtest/gtest.h>
+
 #include "tests/support/grey_image.h"
 #include "tests/support/uniform_random.h"
 

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "image/gradients.h"
 #include "tests/support/simd_levels.h"
 #include "tests/support/uniform_random.h"

@@ -14,6 +14,12 @@ namespace orvandel::test {
 inline constexpr double kHalfTurn = std::numbers::pi;
 inline constexpr double kQuarterTurn = kHalfTurn / 2;
 
+/// Points as two arrays.
+struct Points {
+  std::vector<double> x;
+  std::vector<double> y;
+};
+
 /// Appends `count` points: from, from + step, from + 2 * step, ...
 inline void AppendStraight(TestContour& contour, int count, double from_x, double from_y,
                            double step_x, double step_y) {

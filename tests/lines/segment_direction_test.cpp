@@ -22,32 +22,32 @@ double DirectionOf(double step_x, double step_y, double g) {
   return extracter.segments.empty() ? 0 : extracter.segments[0].direction;
 }
 
-constexpr double kRounding = 1e-14;  // a few additions of numbers below 2 pi
+constexpr double kAngleRounding = 1e-14;  // a few additions of numbers below 2 pi
 
 TEST(SegmentDirection, IsAQuarterTurnBelowTheNormalWhereEdgesPointAlongIt) {
   // A horizontal line has the normal pi/2.
-  EXPECT_NEAR(DirectionOf(1, 0, kQuarterTurn), 0, kRounding);
-  EXPECT_NEAR(DirectionOf(-1, 0, kQuarterTurn), 0, kRounding);  // whichever way it is followed
+  EXPECT_NEAR(DirectionOf(1, 0, kQuarterTurn), 0, kAngleRounding);
+  EXPECT_NEAR(DirectionOf(-1, 0, kQuarterTurn), 0, kAngleRounding);  // whichever way it is followed
 }
 
 TEST(SegmentDirection, IsAQuarterTurnAboveTheNormalWhereEdgesPointAgainstIt) {
   // pi/2 + pi/2 = pi is brought into [-pi, pi).
-  EXPECT_NEAR(DirectionOf(1, 0, -kQuarterTurn), -kHalfTurn, kRounding);
+  EXPECT_NEAR(DirectionOf(1, 0, -kQuarterTurn), -kHalfTurn, kAngleRounding);
 }
 
 TEST(SegmentDirection, OfVerticalLines) {
   // The fitted angle of a vertical line is pi/2, its normal 0.
-  EXPECT_NEAR(DirectionOf(0, 1, 0), -kQuarterTurn, kRounding);
-  EXPECT_NEAR(DirectionOf(0, 1, -kHalfTurn), kQuarterTurn, kRounding);
+  EXPECT_NEAR(DirectionOf(0, 1, 0), -kQuarterTurn, kAngleRounding);
+  EXPECT_NEAR(DirectionOf(0, 1, -kHalfTurn), kQuarterTurn, kAngleRounding);
 }
 
 TEST(SegmentDirection, OfDiagonalLines) {
   // Down to the right: fitted angle pi/4, normal pi/4.
-  EXPECT_NEAR(DirectionOf(1, 1, kQuarterTurn / 2), -kQuarterTurn / 2, kRounding);
-  EXPECT_NEAR(DirectionOf(1, 1, kQuarterTurn / 2 - kHalfTurn), 1.5 * kQuarterTurn, kRounding);
+  EXPECT_NEAR(DirectionOf(1, 1, kQuarterTurn / 2), -kQuarterTurn / 2, kAngleRounding);
+  EXPECT_NEAR(DirectionOf(1, 1, kQuarterTurn / 2 - kHalfTurn), 1.5 * kQuarterTurn, kAngleRounding);
   // Up to the right: fitted angle -pi/4, normal 3 pi/4; 5 pi/4 is brought into [-pi, pi).
-  EXPECT_NEAR(DirectionOf(1, -1, 1.5 * kQuarterTurn), kQuarterTurn / 2, kRounding);
-  EXPECT_NEAR(DirectionOf(1, -1, -kQuarterTurn / 2), -1.5 * kQuarterTurn, kRounding);
+  EXPECT_NEAR(DirectionOf(1, -1, 1.5 * kQuarterTurn), kQuarterTurn / 2, kAngleRounding);
+  EXPECT_NEAR(DirectionOf(1, -1, -kQuarterTurn / 2), -1.5 * kQuarterTurn, kAngleRounding);
 }
 
 TEST(SegmentDirection, StaysInItsRangeForEveryLine) {
@@ -65,22 +65,24 @@ TEST(SegmentDirection, TurnsOverWhereNormalAndEdgesAreAChordOf765ThousandthsApar
   // 2 asin(0.765 / 2) = 0.78497 radians, a little less than 45 degrees.
   const double threshold = 2 * std::asin(0.765 / 2);
   for (const double side : {-1.0, 1.0}) {
-    EXPECT_NEAR(DirectionOf(1, 0, kQuarterTurn + side * (threshold - 1e-6)), 0, kRounding);
-    EXPECT_NEAR(DirectionOf(1, 0, kQuarterTurn + side * (threshold + 1e-6)), -kHalfTurn, kRounding);
-    EXPECT_NEAR(DirectionOf(1, 0, kQuarterTurn + side * kQuarterTurn / 2), -kHalfTurn, kRounding)
+    EXPECT_NEAR(DirectionOf(1, 0, kQuarterTurn + side * (threshold - 1e-6)), 0, kAngleRounding);
+    EXPECT_NEAR(DirectionOf(1, 0, kQuarterTurn + side * (threshold + 1e-6)), -kHalfTurn,
+                kAngleRounding);
+    EXPECT_NEAR(DirectionOf(1, 0, kQuarterTurn + side * kQuarterTurn / 2), -kHalfTurn,
+                kAngleRounding)
         << "exactly 45 degrees";
   }
 }
 
 TEST(SegmentDirection, EdgesAcrossTheLineTurnItToo) {
-  EXPECT_NEAR(DirectionOf(1, 0, 0), -kHalfTurn, kRounding);
-  EXPECT_NEAR(DirectionOf(0, 1, kQuarterTurn), kQuarterTurn, kRounding);
+  EXPECT_NEAR(DirectionOf(1, 0, 0), -kHalfTurn, kAngleRounding);
+  EXPECT_NEAR(DirectionOf(0, 1, kQuarterTurn), kQuarterTurn, kAngleRounding);
 }
 
 TEST(SegmentDirection, IsNotANumberWithoutEdgeDirections) {
   // Such a chord is not at the threshold, so the direction is the normal less a quarter turn.
   const double nan = std::nan("");
-  EXPECT_NEAR(DirectionOf(1, 0, nan), 0, kRounding);
+  EXPECT_NEAR(DirectionOf(1, 0, nan), 0, kAngleRounding);
 }
 
 }  // namespace

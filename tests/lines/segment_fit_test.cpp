@@ -11,7 +11,7 @@
 namespace orvandel::test {
 namespace {
 
-constexpr double kRounding = 1e-14;  // sums of ten sines and cosines
+constexpr double kDirectionRounding = 1e-14;  // sums of ten sines and cosines
 
 /// The segments of one contour whose points are all flagged; the last point takes no part.
 std::vector<CLineSegment> SegmentsOf(TestContour contour,
@@ -77,7 +77,7 @@ TEST(SegmentFit, EndPointIsLeftOutOfLineErrorAndGradientDirection) {
   EXPECT_EQ(s.line_offset, 5.0);
   EXPECT_EQ(s.fit_error, 0.0);
   EXPECT_EQ(s.num_points, 10);
-  EXPECT_NEAR(s.gradient_direction, kQuarterTurn, kRounding);
+  EXPECT_NEAR(s.gradient_direction, kQuarterTurn, kDirectionRounding);
   EXPECT_EQ(s.end_x, 10.0);  // yet it is where the segment ends
   EXPECT_EQ(s.end_y, 105.0);
   EXPECT_EQ(s.mid_y, 55.0);
@@ -141,12 +141,13 @@ double GradientDirectionOf(double first, double second) {
 }
 
 TEST(SegmentFit, GradientDirectionIsTheCircularMean) {
-  EXPECT_NEAR(GradientDirectionOf(1.0, 1.4), 1.2, kRounding);
-  EXPECT_NEAR(GradientDirectionOf(0.2, 2 * kHalfTurn - 0.2), 0, kRounding);  // across 0
+  EXPECT_NEAR(GradientDirectionOf(1.0, 1.4), 1.2, kDirectionRounding);
+  EXPECT_NEAR(GradientDirectionOf(0.2, 2 * kHalfTurn - 0.2), 0, kDirectionRounding);  // across 0
 }
 
 TEST(SegmentFit, GradientDirectionsBeyondHalfATurnComeOutNegative) {
-  EXPECT_NEAR(GradientDirectionOf(1.5 * kHalfTurn, 1.5 * kHalfTurn), -kQuarterTurn, kRounding);
+  EXPECT_NEAR(GradientDirectionOf(1.5 * kHalfTurn, 1.5 * kHalfTurn), -kQuarterTurn,
+              kDirectionRounding);
 }
 
 }  // namespace

@@ -7,16 +7,12 @@
 #include <gtest/gtest.h>
 
 #include "orvandel/classic/line_extracter.h"
+#include "tests/lines/contour_shapes.h"
 #include "tests/reference/line_extraction.h"
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::test {
 namespace {
-
-struct Points {
-  std::vector<double> x;
-  std::vector<double> y;
-};
 
 void ExpectSameMarks(const CLineExtracter& extracter, const Points& points, int closed) {
   CLineExtracter marker = extracter;

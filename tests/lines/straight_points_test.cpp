@@ -16,11 +16,6 @@ constexpr int kOpen = 0;
 constexpr int kClosed = 1;
 constexpr int kUntouched = 7;  // a flag that marking never writes
 
-struct Points {
-  std::vector<double> x;
-  std::vector<double> y;
-};
-
 Points StraightPoints(int count) {
   Points points;
   for (int i = 0; i < count; ++i) {

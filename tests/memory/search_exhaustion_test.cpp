@@ -19,8 +19,6 @@
 namespace orvandel::test {
 namespace {
 
-const render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
-
 class SearchExhaustion : public testing::Test {
  protected:
   bool IsTrained(QRSIS& search) const {

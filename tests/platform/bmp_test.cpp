@@ -66,7 +66,7 @@ Bitmap ColourBitmap() {
 }
 const Pixels kColourGreys = {{9, 179, 1}, {76, 150, 29}};  // 0.114 * 10 = 1.14
 
-int ErrorOf(const Bitmap& bitmap) {
+int BmpError(const Bitmap& bitmap) {
   const BytesAsImageFile image_file(".bmp");
   const ReadResult result = image_file.Read(bitmap.File(), 3, 2);
   EXPECT_EQ(result.pixels, result.error == 0 ? result.pixels : Untouched(3, 2));
@@ -167,7 +167,7 @@ TEST(Bmp, WithOtherBitFieldsIsForeign) {
   Bitmap bitmap = WideColourBitmap();
   bitmap.compression = 3;
   bitmap.masks = Le32(0xff) + Le32(0xff00) + Le32(0xff0000);
-  EXPECT_EQ(ErrorOf(bitmap), kImageFileForeign);
+  EXPECT_EQ(BmpError(bitmap), kImageFileForeign);
 }
 
 TEST(Bmp, WithALongerHeaderIsRead) {
@@ -198,20 +198,20 @@ TEST(Bmp, WithAGapBeforeThePixelsIsRead) {
 TEST(Bmp, WhosePixelsBeginInsideThePaletteIsForeign) {
   Bitmap bitmap;
   bitmap.pixel_offset_shift = -1;
-  EXPECT_EQ(ErrorOf(bitmap), kImageFileForeign);
+  EXPECT_EQ(BmpError(bitmap), kImageFileForeign);
 }
 
 TEST(Bmp, WhosePixelsBeginInsideTheHeaderIsForeign) {
   Bitmap bitmap = ColourBitmap();
   bitmap.pixel_offset_shift = -1;
-  EXPECT_EQ(ErrorOf(bitmap), kImageFileForeign);
+  EXPECT_EQ(BmpError(bitmap), kImageFileForeign);
 }
 
 TEST(Bmp, ThatIsCompressedIsForeign) {
   for (const std::uint32_t compression : {1U, 2U, 3U, 4U, 5U, 6U, 11U}) {
     Bitmap bitmap;
     bitmap.compression = compression;
-    EXPECT_EQ(ErrorOf(bitmap), kImageFileForeign) << compression;
+    EXPECT_EQ(BmpError(bitmap), kImageFileForeign) << compression;
   }
 }
 
@@ -219,7 +219,7 @@ TEST(Bmp, OfAnotherDepthIsForeign) {
   for (const std::uint32_t bits : {0U, 1U, 4U, 16U, 48U, 64U}) {
     Bitmap bitmap;
     bitmap.bits = bits;
-    EXPECT_EQ(ErrorOf(bitmap), kImageFileForeign) << bits;
+    EXPECT_EQ(BmpError(bitmap), kImageFileForeign) << bits;
   }
 }
 
@@ -227,7 +227,7 @@ TEST(Bmp, PaletteIndexBeyondThePaletteIsForeign) {
   Bitmap bitmap;
   bitmap.colours_used = 6;
   bitmap.palette = GreyPalette(6);
-  EXPECT_EQ(ErrorOf(bitmap), kImageFileForeign);  // the last pixel is 6
+  EXPECT_EQ(BmpError(bitmap), kImageFileForeign);  // the last pixel is 6
   bitmap.colours_used = 7;
   bitmap.palette = GreyPalette(7);
   EXPECT_EQ(PixelsIn(bitmap), (Pixels{{1, 2, 3}, {4, 5, 6}}));
@@ -237,9 +237,9 @@ TEST(Bmp, WithMoreThan256ColoursIsForeign) {
   Bitmap bitmap;
   bitmap.colours_used = 257;
   bitmap.palette = GreyPalette(257);
-  EXPECT_EQ(ErrorOf(bitmap), kImageFileForeign);
+  EXPECT_EQ(BmpError(bitmap), kImageFileForeign);
   bitmap.colours_used = 0xffffffff;
-  EXPECT_EQ(ErrorOf(bitmap), kImageFileForeign);
+  EXPECT_EQ(BmpError(bitmap), kImageFileForeign);
 }
 
 TEST(Bmp, OfNoOrNegativeSizeIsForeign) {
@@ -248,7 +248,7 @@ TEST(Bmp, OfNoOrNegativeSizeIsForeign) {
     Bitmap bitmap;
     bitmap.width = width;
     bitmap.height = height;
-    EXPECT_EQ(ErrorOf(bitmap), kImageFileForeign) << width << 'x' << height;
+    EXPECT_EQ(BmpError(bitmap), kImageFileForeign) << width << 'x' << height;
   }
 }
 
@@ -259,7 +259,7 @@ TEST(Bmp, OfAbsurdSizeIsTooLarge) {
     Bitmap bitmap;
     bitmap.width = width;
     bitmap.height = height;
-    EXPECT_EQ(ErrorOf(bitmap), kImageFileTooLarge) << width << 'x' << height;
+    EXPECT_EQ(BmpError(bitmap), kImageFileTooLarge) << width << 'x' << height;
   }
 }
 

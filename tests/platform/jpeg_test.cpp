@@ -14,7 +14,7 @@ Pixels Flat(int value) {
   return Pixels(8, std::vector<int>(8, value));
 }
 
-int ErrorOf(const Bytes& file) {
+int JpegError(const Bytes& file) {
   const ReadResult result = BytesAsImageFile(".jpg").Read(file, 8, 8);
   EXPECT_EQ(result.pixels, result.error == 0 ? result.pixels : Untouched(8, 8));
   return result.error;
@@ -54,7 +54,7 @@ TEST(Jpeg, WithALongPreviewBeforeItsHeaderIsRead) {
 }
 
 TEST(Jpeg, BytesBehindTheEndDoNotMatter) {
-  EXPECT_EQ(ErrorOf(FlatJpeg().File() + Bytes(10)), 0);
+  EXPECT_EQ(JpegError(FlatJpeg().File() + Bytes(10)), 0);
 }
 
 TEST(Jpeg, CutAnywhereIsRefused) {
@@ -71,20 +71,20 @@ TEST(Jpeg, CutAnywhereIsRefused) {
 TEST(Jpeg, WithoutPixelsIsTruncated) {
   FlatJpeg jpeg;
   jpeg.has_scan = false;
-  EXPECT_EQ(ErrorOf(jpeg.File()), kImageFileTruncated);
+  EXPECT_EQ(JpegError(jpeg.File()), kImageFileTruncated);
 }
 
 TEST(Jpeg, WithoutAFrameIsForeign) {
   const Bytes no_frame = FlatJpeg::Start() + FlatJpeg::Quantisers() + FlatJpeg::Codes();
-  EXPECT_EQ(ErrorOf(no_frame + FlatJpeg::End()), kImageFileForeign);
-  EXPECT_EQ(ErrorOf(no_frame + FlatJpeg().Scan() + FlatJpeg::End()), kImageFileForeign);
+  EXPECT_EQ(JpegError(no_frame + FlatJpeg::End()), kImageFileForeign);
+  EXPECT_EQ(JpegError(no_frame + FlatJpeg().Scan() + FlatJpeg::End()), kImageFileForeign);
 }
 
 TEST(Jpeg, WithoutTablesIsForeign) {
   const Bytes rest = FlatJpeg().Frame() + FlatJpeg().Scan() + FlatJpeg::End();
-  EXPECT_EQ(ErrorOf(FlatJpeg::Start() + rest), kImageFileForeign);
-  EXPECT_EQ(ErrorOf(FlatJpeg::Start() + FlatJpeg::Quantisers() + rest), kImageFileForeign);
-  EXPECT_EQ(ErrorOf(FlatJpeg::Start() + FlatJpeg::Codes() + rest), kImageFileForeign);
+  EXPECT_EQ(JpegError(FlatJpeg::Start() + rest), kImageFileForeign);
+  EXPECT_EQ(JpegError(FlatJpeg::Start() + FlatJpeg::Quantisers() + rest), kImageFileForeign);
+  EXPECT_EQ(JpegError(FlatJpeg::Start() + FlatJpeg::Codes() + rest), kImageFileForeign);
 }
 
 /// A file with one more table of codes, which its scan does not use: so many of 15 and of 16 bits.
@@ -94,7 +94,7 @@ int ErrorOfCodeCounts(std::uint8_t num_15_bits, std::uint8_t num_16_bits, const 
   counts[15] = num_16_bits;
   FlatJpeg jpeg;
   jpeg.before_frame = JpegSegment(0xc4, Bytes{0x01} + counts + values);
-  return ErrorOf(jpeg.File());
+  return JpegError(jpeg.File());
 }
 
 TEST(Jpeg, WithMoreCodesThanBytesHaveValuesIsForeign) {
@@ -107,13 +107,13 @@ TEST(Jpeg, WithFewerValuesThanCodesIsForeign) {
   EXPECT_EQ(ErrorOfCodeCounts(0, 255, Bytes(254)), kImageFileForeign);
   FlatJpeg cut_head;
   cut_head.before_frame = JpegSegment(0xc4, Bytes(16));
-  EXPECT_EQ(ErrorOf(cut_head.File()), kImageFileForeign);
+  EXPECT_EQ(JpegError(cut_head.File()), kImageFileForeign);
 }
 
 TEST(Jpeg, OfTwelveBitsIsForeign) {
   FlatJpeg jpeg;
   jpeg.precision = 12;
-  EXPECT_EQ(ErrorOf(jpeg.File()), kImageFileForeign);
+  EXPECT_EQ(JpegError(jpeg.File()), kImageFileForeign);
 }
 
 TEST(Jpeg, OfNoBitsOrTooManyHasNoSize) {
@@ -128,13 +128,13 @@ TEST(Jpeg, OfNoBitsOrTooManyHasNoSize) {
 TEST(Jpeg, OfNoSizeOrNoChannelsIsForeign) {
   FlatJpeg no_width;
   no_width.width = 0;
-  EXPECT_EQ(ErrorOf(no_width.File()), kImageFileForeign);
+  EXPECT_EQ(JpegError(no_width.File()), kImageFileForeign);
   FlatJpeg no_height;
   no_height.height = 0;
-  EXPECT_EQ(ErrorOf(no_height.File()), kImageFileForeign);
+  EXPECT_EQ(JpegError(no_height.File()), kImageFileForeign);
   FlatJpeg no_channels;
   no_channels.channels = 0;
-  EXPECT_EQ(ErrorOf(no_channels.File()), kImageFileForeign);
+  EXPECT_EQ(JpegError(no_channels.File()), kImageFileForeign);
 }
 
 TEST(Jpeg, ThatPromisesMorePixelsThanItCanHoldIsRefused) {

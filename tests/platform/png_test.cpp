@@ -20,7 +20,7 @@ FileInfo InfoIn(const Png& png) {
   return BytesAsImageFile(".png").Info(png.File());
 }
 
-int ErrorOf(const Bytes& file) {
+int PngError(const Bytes& file) {
   const ReadResult result = BytesAsImageFile(".png").Read(file, 3, 2);
   EXPECT_EQ(result.pixels, result.error == 0 ? result.pixels : Untouched(3, 2));
   return result.error;
@@ -115,11 +115,11 @@ TEST(Png, IndexBeyondThePaletteIsBlack) {
 TEST(Png, PaletteIndicesWithoutAPaletteAreForeign) {
   Png png;
   png.colour_type = 3;
-  EXPECT_EQ(ErrorOf(png.File()), kImageFileForeign);
+  EXPECT_EQ(PngError(png.File()), kImageFileForeign);
 }
 
 TEST(Png, PaletteOfMoreThan256ColoursIsForeign) {
-  EXPECT_EQ(ErrorOf(PalettePng(Bytes(3 * 257)).File()), kImageFileForeign);
+  EXPECT_EQ(PngError(PalettePng(Bytes(3 * 257)).File()), kImageFileForeign);
 }
 
 TEST(Png, SuggestedPaletteOfAColourImageIsPassedOver) {
@@ -136,7 +136,7 @@ TEST(Png, DataMayComeInSeveralChunks) {
   Bytes file = Png::Signature() + png.Header();
   for (const std::uint8_t byte : stream)
     file = std::move(file) + PngChunk("IDAT", {byte});
-  EXPECT_EQ(ErrorOf(file + PngChunk("IEND", {})), 0);
+  EXPECT_EQ(PngError(file + PngChunk("IEND", {})), 0);
 }
 
 TEST(Png, ChunksThatMayBePassedOverAre) {
@@ -149,7 +149,7 @@ TEST(Png, ChunksThatMayBePassedOverAre) {
 TEST(Png, UnknownChunksThatMatterAreForeign) {
   Png png;
   png.before_data = PngChunk("ABCD", {});
-  EXPECT_EQ(ErrorOf(png.File()), kImageFileForeign);
+  EXPECT_EQ(PngError(png.File()), kImageFileForeign);
 }
 
 TEST(Png, AnyWrongBitIsRefused) {
@@ -182,28 +182,28 @@ TEST(Png, CutAnywhereIsRefused) {
 TEST(Png, DataThatEndEarlyAreRefused) {
   Png png;
   png.rows.pop_back();
-  EXPECT_EQ(ErrorOf(png.File()), kImageFileForeign);
-  EXPECT_EQ(ErrorOf(Png::Signature() + Png().Header() + PngChunk("IEND", {})), kImageFileForeign);
+  EXPECT_EQ(PngError(png.File()), kImageFileForeign);
+  EXPECT_EQ(PngError(Png::Signature() + Png().Header() + PngChunk("IEND", {})), kImageFileForeign);
 }
 
 TEST(Png, StrangeHeadersAreForeign) {
   for (const int colour_type : {1, 5, 7, 255}) {
     Png png;
     png.colour_type = static_cast<std::uint8_t>(colour_type);
-    EXPECT_EQ(ErrorOf(png.File()), kImageFileForeign) << colour_type;
+    EXPECT_EQ(PngError(png.File()), kImageFileForeign) << colour_type;
   }
   for (const int bit_depth : {0, 3, 7, 32, 255}) {
     Png png;
     png.bit_depth = static_cast<std::uint8_t>(bit_depth);
-    EXPECT_EQ(ErrorOf(png.File()), kImageFileForeign) << bit_depth;
+    EXPECT_EQ(PngError(png.File()), kImageFileForeign) << bit_depth;
   }
   Png few_bits_of_colour;
   few_bits_of_colour.colour_type = 2;
   few_bits_of_colour.bit_depth = 4;
-  EXPECT_EQ(ErrorOf(few_bits_of_colour.File()), kImageFileForeign);
+  EXPECT_EQ(PngError(few_bits_of_colour.File()), kImageFileForeign);
   const Bytes without_header =
       Png::Signature() + PngChunk("IDAT", Bytes(13)) + PngChunk("IEND", {});
-  EXPECT_EQ(ErrorOf(without_header), kImageFileForeign);
+  EXPECT_EQ(PngError(without_header), kImageFileForeign);
 }
 
 TEST(Png, OfNoSizeIsForeign) {
@@ -234,8 +234,8 @@ TEST(Png, ThatInflatesToFarMoreThanItsImageIsRefused) {
     return Png::Signature() + Png().Header() + PngChunk("IDAT", StreamOfZeros(num_runs)) +
            PngChunk("IEND", {});
   };
-  EXPECT_EQ(ErrorOf(file_of(1)), 0);
-  EXPECT_EQ(ErrorOf(file_of(100'000)), kImageFileForeign);  // 26 MB
+  EXPECT_EQ(PngError(file_of(1)), 0);
+  EXPECT_EQ(PngError(file_of(100'000)), kImageFileForeign);  // 26 MB
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ Pixels PixelsIn(const Bytes& file, int width, int height) {
   return result.pixels;
 }
 
-int ErrorOf(const Bytes& file) {
+int PnmError(const Bytes& file) {
   const ReadResult result = BytesAsImageFile(".pnm").Read(file, 2, 1);
   EXPECT_EQ(result.pixels, result.error == 0 ? result.pixels : Untouched(2, 1));
   return result.error;
@@ -75,9 +75,9 @@ TEST(Pnm, HeaderIsReported) {
 }
 
 TEST(Pnm, SampleAboveTheGreatestIsForeign) {
-  EXPECT_EQ(ErrorOf(BytesOf("P2 2 1 100 100 101")), kImageFileForeign);
-  EXPECT_EQ(ErrorOf(BytesOf("P5 2 1 100\ne~")), kImageFileForeign);
-  EXPECT_EQ(ErrorOf(BytesOf("P2 2 1 255 1 99999999999999999999")), kImageFileForeign);
+  EXPECT_EQ(PnmError(BytesOf("P2 2 1 100 100 101")), kImageFileForeign);
+  EXPECT_EQ(PnmError(BytesOf("P5 2 1 100\ne~")), kImageFileForeign);
+  EXPECT_EQ(PnmError(BytesOf("P2 2 1 255 1 99999999999999999999")), kImageFileForeign);
 }
 
 TEST(Pnm, OtherKindsAndBrokenHeadersAreForeign) {
@@ -86,13 +86,13 @@ TEST(Pnm, OtherKindsAndBrokenHeadersAreForeign) {
         "P52 1 255\nAB", "P5 -2 1 255\nAB", "P5 2 x 255\nAB", "P5 2 1 0\nAB",
         "P5 2 1 65536\nABCDEF", "P5 2 1 255xAB", "P5 0 1 255\nAB", "P5 2 0 255\nAB",
         "P2 2 1 255 1 -2", "P2 2 1 255 1 x2"})
-    EXPECT_EQ(ErrorOf(BytesOf(file)), kImageFileForeign) << file;
+    EXPECT_EQ(PnmError(BytesOf(file)), kImageFileForeign) << file;
 }
 
 TEST(Pnm, OfAbsurdSizeIsTooLarge) {
   for (const char* file : {"P5 65536 1 255\nAB", "P5 1 65536 255\nAB",
                            "P5 99999999999999999999 99999999999999999999 255\nAB"})
-    EXPECT_EQ(ErrorOf(BytesOf(file)), kImageFileTooLarge) << file;
+    EXPECT_EQ(PnmError(BytesOf(file)), kImageFileTooLarge) << file;
 }
 
 TEST(Pnm, ThatPromisesMorePixelsThanItHasIsTruncated) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -15,20 +14,16 @@
 #include "tests/search/search_results.h"
 #include "tests/search/segment_engine.h"
 #include "tests/search/small_scenes.h"
+#include "tests/support/numbers.h"
 
 namespace orvandel::test {
 namespace {
-
-constexpr double kUnreachable = 101;  // an accept score that no hypothesis has
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-const render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
 
 class CoarseSearchTest : public testing::Test {
  protected:
   /// Tries every pair at every scale.
   static void TryAll(SegmentEngine& engine) {
-    engine.options.accept_score = kUnreachable;
+    engine.options.accept_score = kUnreachableScore;
     engine.options.min_scale = 0;
     engine.options.max_scale = kInfinity;
   }
@@ -107,7 +102,7 @@ int NumScalesWithin(double min_scale, double max_scale, const SegmentEngine& eng
 
 TEST_F(CoarseSearchTest, ScoresOnlyScalesWithinTheBounds) {
   SegmentEngine engine(ImageOf(SmallPart()));
-  engine.options.accept_score = kUnreachable;
+  engine.options.accept_score = kUnreachableScore;
   const double bounds[][2] = {{1.05, 1.15}, {0.25, 4}, {0.9, 0.9}, {0.5, 2}, {2, 0.5}};
   for (const auto& [min_scale, max_scale] : bounds) {
     engine.options.min_scale = min_scale;
@@ -128,7 +123,7 @@ TEST_F(CoarseSearchTest, DefaultBoundsAreAQuarterAndFour) {
                            {plate, {.x = 90, .y = 120, .angle_deg = 50, .scale = 0.9}}},
                           {}, {180, 150});
   SegmentEngine engine(ImageOf(SmallPart()));
-  engine.options.accept_score = kUnreachable;
+  engine.options.accept_score = kUnreachableScore;
   const SegmentMatch match = engine.Find(scene);
   EXPECT_EQ(match.num_poses, NumScalesWithin(0.25, 4, engine, match));
   EXPECT_GT(NumScalesWithin(0.23, 0.2499, engine, match), 0);

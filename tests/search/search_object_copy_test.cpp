@@ -12,8 +12,6 @@
 namespace orvandel::test {
 namespace {
 
-const render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
-
 TEST(SearchObjectCopy, SharesTheContourSets) {
   QRSIS source;
   source.Initialize();

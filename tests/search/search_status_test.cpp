@@ -19,8 +19,6 @@
 namespace orvandel::test {
 namespace {
 
-const render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
-
 ImagePtr OfAnotherType() {
   return ImagePtr(im_create(2, 180, 150));
 }

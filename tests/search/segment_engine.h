@@ -10,6 +10,9 @@
 
 namespace orvandel::test {
 
+/// An accept score that no hypothesis has.
+inline constexpr int kUnreachableScore = 101;
+
 /// A pattern learnt by the engine's functions, with room for scenes.
 class SegmentEngine {
  public:

@@ -41,6 +41,9 @@ inline ImagePtr UniformImage(int width = 60, int height = 50) {
 }
 
 /// A scene of one part, 180 x 150.
+/// Where the part lies in most scenes.
+inline constexpr render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
+
 inline ImagePtr SceneOf(const render::Part& part, const render::Pose& pose) {
   return render::RenderScene({{part, pose}}, {}, {180, 150});
 }

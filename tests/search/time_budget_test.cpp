@@ -19,9 +19,6 @@ namespace orvandel::test {
 namespace {
 
 constexpr std::uint64_t kMicroseconds = 1000000;  // ticks per second: one tick a microsecond
-constexpr int kUnreachable = 101;                 // an accept score that no hypothesis has
-
-const render::Pose kRotated{.x = 92, .y = 71, .angle_deg = 35};
 
 /// Whether the time is past the deadline when the counter shows `now` from the search's start on, which then
 /// ends without a result; else it finds the pattern.
@@ -120,7 +117,7 @@ TEST(TimeBudget, UntrainedObjectDoesNotReadTheCounter) {
 /// A search in which every scale is in range, none is accepted, and the time expires at a read.
 SegmentMatch ExpiringSearch(int expiring_read, const ImagePtr& scene) {
   SegmentEngine engine(ImageOf(SmallPart()));
-  engine.options.accept_score = kUnreachable;
+  engine.options.accept_score = kUnreachableScore;
   engine.options.min_scale = 0;
   engine.options.max_scale = std::numeric_limits<double>::infinity();
   const ScriptedCounter counter(TimeThatExpiresAtRead(expiring_read));
@@ -186,11 +183,11 @@ TEST(TimeBudget, ResultOfATimeoutIsThatOfTheReferenceSearch) {
   const ImagePtr pattern = ImageOf(SmallPart());
   const ImagePtr scene = SceneOf(SmallPart(), kRotated);
   ReferenceParameters parameters;
-  parameters.accept_score = kUnreachable;
+  parameters.accept_score = kUnreachableScore;
   ReferencePattern reference;
   ASSERT_EQ(ReferenceTrain(reference, CopyOf(pattern).get(), parameters), 0);
   TrainedSearch search(pattern);
-  search.SetParams(16, 10, 100000, kUnreachable);
+  search.SetParams(16, 10, 100000, kUnreachableScore);
   for (const int expiring_read : {1, 2, 3, 4, 5, 8, 13, 21, 34, 55, 89, 144, 100000}) {
     SCOPED_TRACE("time expires at read " + std::to_string(expiring_read));
     int reference_reads = 1;

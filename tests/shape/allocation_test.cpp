@@ -1,5 +1,7 @@
 // What a search allocates with a workspace that has served the same scenes: nothing.
 
+#include <gtest/gtest.h>
+
 #include "tests/search/counted_allocations.h"
 #include "tests/shape/rendered_scenes.h"
 

@@ -4,6 +4,8 @@
 #include <limits>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "tests/shape/matches.h"
 #include "tests/shape/rendered_scenes.h"
 #include "tests/support/simd_levels.h"

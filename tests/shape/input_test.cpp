@@ -1,6 +1,8 @@
 #include <cmath>
 #include <limits>
 
+#include <gtest/gtest.h>
+
 #include "shape/find_shapes.h"
 #include "shape/learn_shape.h"
 #include "tests/shape/rendered_scenes.h"

@@ -65,4 +65,15 @@ inline ContourHandle MakeSet(const std::vector<TestContour>& contours) {
   return set;
 }
 
+/// The coordinates of a contour of the set.
+inline std::vector<double> Xs(const ContourHandle& set, int i) {
+  const double* x = ctd_contour_xa(set.get(), i);
+  return {x, x + ctd_contour_size(set.get(), i)};
+}
+
+inline std::vector<double> Ys(const ContourHandle& set, int i) {
+  const double* y = ctd_contour_ya(set.get(), i);
+  return {y, y + ctd_contour_size(set.get(), i)};
+}
+
 }  // namespace orvandel::test

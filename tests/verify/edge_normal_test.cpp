@@ -3,17 +3,15 @@
 
 #include <cmath>
 #include <initializer_list>
-#include <numbers>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/numbers.h"
 #include "tests/verify/scene_edges.h"
 
 namespace orvandel::test {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
-constexpr double kDegree = kPi / 180;
 constexpr double kWeights[] = {0.98, 0.94, 0.9, 0.86, 0.8};  // at distances 1 to 5
 
 struct Place {

@@ -1,16 +1,15 @@
 // Which edge matches an expected direction. A single pattern point lands on the pixel (20, 20).
 
 #include <cmath>
-#include <numbers>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/numbers.h"
 #include "tests/verify/scene_edges.h"
 
 namespace orvandel::test {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
 constexpr double kTolerance = 0.5235987755982988;  // pi / 6
 
 /// What a point of direction `expected` earns where the only edge, of direction `found`, lies in

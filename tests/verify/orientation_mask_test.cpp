@@ -4,20 +4,16 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
-#include <numbers>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/numbers.h"
 #include "tests/support/uniform_random.h"
 #include "verify/expected_direction.h"
 
 namespace orvandel::test {
 namespace {
-
-constexpr double kPi = std::numbers::pi;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// The rule of matching as scores are defined by it.
 bool ReferenceMatches(double expected, double stored, const MatchOptions& options) {

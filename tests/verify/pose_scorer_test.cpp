@@ -4,14 +4,13 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
-#include <numbers>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/contour_sets.h"
+#include "tests/support/numbers.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/simd_levels.h"
 #include "tests/support/uniform_random.h"
@@ -23,8 +22,6 @@ namespace {
 using PoseScorerTest = AtEverySimdLevel;
 ORVANDEL_AT_EVERY_SIMD_LEVEL(PoseScorerTest);
 
-constexpr double kPi = std::numbers::pi;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr ScoreThreshold kNoThreshold = {-kInfinity, -kInfinity};
 
 /// A pattern of a few random contours, all of whose points are verification points, and a scene of

@@ -2,17 +2,15 @@
 // after the sector of the expected direction; at the verification points always one row. A single
 // pattern point lands on the pixel (20, 20); pixels are told as (row, column) from there.
 
-#include <numbers>
 #include <utility>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/numbers.h"
 #include "tests/verify/scene_edges.h"
 
 namespace orvandel::test {
 namespace {
-
-constexpr double kDegree = std::numbers::pi / 180;
 
 struct Credits {
   double at_points;

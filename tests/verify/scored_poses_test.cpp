@@ -2,19 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <numbers>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/numbers.h"
 #include "tests/verify/scene_edges.h"
 
 namespace orvandel::test {
 namespace {
-
-constexpr double kPi = std::numbers::pi;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// Whether a single point of direction 0 hits an edge in the given pixel of an otherwise empty
 /// scene of 41 x 31 pixels, for a point at (x, y) of a pattern with the reference point (5, 7).

@@ -2,23 +2,19 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
-#include <numbers>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/reference/scoring.h"
+#include "tests/support/numbers.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/uniform_random.h"
 #include "tests/verify/scene_edges.h"
 
 namespace orvandel::test {
 namespace {
-
-constexpr double kPi = std::numbers::pi;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 struct Pattern {
   std::vector<TestContour> contours;

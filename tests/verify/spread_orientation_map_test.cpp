@@ -6,20 +6,18 @@
 #include <cmath>
 #include <cstdint>
 #include <iterator>
-#include <numbers>
 #include <span>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/numbers.h"
 #include "tests/support/uniform_random.h"
 #include "tests/verify/scene_edges.h"
 #include "verify/edge_probe.h"
 
 namespace orvandel::test {
 namespace {
-
-constexpr double kPi = std::numbers::pi;
 
 SpreadOrientationMap MapOf(const SceneEdges& scene, const MatchOptions& options = {}) {
   SpreadOrientationMap map((*scene).width, (*scene).height, options);

@@ -13,6 +13,7 @@
 #include "orvandel/classic/patt_verify.h"
 #include "tests/reference/scoring.h"
 #include "tests/support/contour_sets.h"
+#include "tests/support/numbers.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/uniform_random.h"
 
@@ -21,7 +22,6 @@ namespace {
 
 constexpr double kFraction = 0.06;
 constexpr int kCap = 20;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// A contour whose point k has x = first_x + k, y = -k and direction k / 1000.
 TestContour NumberedContour(int size, int first_x = 0) {

@@ -1,5 +1,7 @@
 // What a refinement allocates once its workspace has served one like it: nothing.
 
+#include <gtest/gtest.h>
+
 #include "tests/search/counted_allocations.h"
 #include "tests/shape/refinement/bracket_scene.h"
 

@@ -1,6 +1,8 @@
 #include <cmath>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "tests/shape/refinement/bracket_scene.h"
 #include "tests/support/same_bits.h"
 #include "tests/support/simd_levels.h"
@@ -12,7 +14,7 @@ using orvandel::test::SameBits;
 
 /// The answer must follow what is done to the scene. Other paths through the same arithmetic differ by
 /// roundings of single precision, some 1e-6 pixels in a pose.
-constexpr double kRounding = 1e-5;
+constexpr double kFloatRounding = 1e-5;
 
 void ExpectSameBits(const Refinement& a, const Refinement& b) {
   EXPECT_TRUE(SameBits(a.scene_from_pattern.x, b.scene_from_pattern.x));
@@ -45,10 +47,12 @@ TEST_F(Equivariance, AShiftByWholePixelsShiftsThePose) {
     start.x -= left;
     start.y -= top;
     const Refinement shifted = Refine(window, start);
-    EXPECT_NEAR(shifted.scene_from_pattern.x, whole.scene_from_pattern.x - left, kRounding);
-    EXPECT_NEAR(shifted.scene_from_pattern.y, whole.scene_from_pattern.y - top, kRounding);
-    EXPECT_NEAR(shifted.scene_from_pattern.angle, whole.scene_from_pattern.angle, kRounding / 100);
-    EXPECT_NEAR(shifted.scene_from_pattern.scale, whole.scene_from_pattern.scale, kRounding / 100);
+    EXPECT_NEAR(shifted.scene_from_pattern.x, whole.scene_from_pattern.x - left, kFloatRounding);
+    EXPECT_NEAR(shifted.scene_from_pattern.y, whole.scene_from_pattern.y - top, kFloatRounding);
+    EXPECT_NEAR(shifted.scene_from_pattern.angle, whole.scene_from_pattern.angle,
+                kFloatRounding / 100);
+    EXPECT_NEAR(shifted.scene_from_pattern.scale, whole.scene_from_pattern.scale,
+                kFloatRounding / 100);
   }
 }
 
@@ -64,7 +68,7 @@ TEST_F(Equivariance, AQuarterTurnTurnsThePose) {
   };
   const Refinement whole = Refine(scene_.View(), start_);
   const Refinement result = Refine(rotated.View(), turn(start_));
-  EXPECT_LT(ErrorOf(result.scene_from_pattern, turn(whole.scene_from_pattern)), kRounding);
+  EXPECT_LT(ErrorOf(result.scene_from_pattern, turn(whole.scene_from_pattern)), kFloatRounding);
   EXPECT_NEAR(result.covariance[0], whole.covariance[5], 1e-3 * whole.covariance[5]);
   EXPECT_NEAR(result.covariance[5], whole.covariance[0], 1e-3 * whole.covariance[0]);
   EXPECT_NEAR(result.covariance[10], whole.covariance[10], 1e-3 * whole.covariance[10]);
@@ -76,7 +80,7 @@ TEST_F(Equivariance, AddingAGreyLevelChangesTheBiasAlone) {
     grey = static_cast<std::uint8_t>(grey + 20);
   const Refinement before = Refine(scene_.View(), start_);
   const Refinement after = Refine(brighter.View(), start_);
-  EXPECT_LT(ErrorOf(after.scene_from_pattern, before.scene_from_pattern), kRounding);
+  EXPECT_LT(ErrorOf(after.scene_from_pattern, before.scene_from_pattern), kFloatRounding);
   EXPECT_NEAR(after.gain, before.gain, 1e-5);
   EXPECT_NEAR(after.bias, before.bias + 20.0, 1e-3);
 }
@@ -88,7 +92,7 @@ TEST_F(Equivariance, SixteenBitsGiveTheSamePoseAndAHigherGain) {
   const ImageView16 view = {deep.data(), scene_.width, scene_.height, 2 * scene_.width};
   const Refinement before = Refine(scene_.View(), start_);
   const Refinement after = Refine(view, start_);
-  EXPECT_LT(ErrorOf(after.scene_from_pattern, before.scene_from_pattern), kRounding);
+  EXPECT_LT(ErrorOf(after.scene_from_pattern, before.scene_from_pattern), kFloatRounding);
   EXPECT_NEAR(after.gain, 256.0 * before.gain, 1e-3);
 }
 
@@ -100,7 +104,7 @@ TEST_F(Equivariance, AnInvertedSceneIsFoundWhereItMayBe) {
   for (const EdgePolarity polarity : {EdgePolarity::kReversed, EdgePolarity::kEither}) {
     const Refinement result = Refine(inverted.View(), start_, {.polarity = polarity});
     EXPECT_EQ(result.outcome, RefinementOutcome::kRefined);
-    EXPECT_LT(ErrorOf(result.scene_from_pattern, before.scene_from_pattern), kRounding);
+    EXPECT_LT(ErrorOf(result.scene_from_pattern, before.scene_from_pattern), kFloatRounding);
     EXPECT_NEAR(result.gain, -before.gain, 1e-4);
   }
   EXPECT_NE(Refine(inverted.View(), start_).outcome, RefinementOutcome::kRefined);

@@ -1,5 +1,7 @@
 #include <cmath>
 
+#include <gtest/gtest.h>
+
 #include "shape/refinement/shaped_blur.h"
 #include "tests/shape/refinement/bracket_scene.h"
 

@@ -3,6 +3,8 @@
 #include <array>
 #include <cmath>
 
+#include <gtest/gtest.h>
+
 #include "base/sweep.h"
 #include "tests/shape/refinement/bracket_scene.h"
 

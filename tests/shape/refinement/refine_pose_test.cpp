@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include <gtest/gtest.h>
+
 #include "tests/shape/refinement/bracket_scene.h"
 
 namespace orvandel::shape::test {

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include <gtest/gtest.h>
+
 #include "tests/reference/coarse_search.h"
 #include "tests/support/simd_levels.h"
 #include "tests/support/uniform_random.h"

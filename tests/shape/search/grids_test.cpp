@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include <gtest/gtest.h>
+
 namespace orvandel::shape {
 namespace {
 

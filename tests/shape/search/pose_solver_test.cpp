@@ -1,5 +1,7 @@
 #include "shape/search/pose_solver.h"
 
+#include <gtest/gtest.h>
+
 #include "tests/support/uniform_random.h"
 
 namespace orvandel::shape {

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdlib>
 
+#include <gtest/gtest.h>
+
 #include "base/rounding.h"
 #include "tests/support/uniform_random.h"
 

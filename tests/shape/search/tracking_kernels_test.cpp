@@ -3,6 +3,8 @@
 #include <array>
 #include <cmath>
 
+#include <gtest/gtest.h>
+
 #include "base/rounding.h"
 #include "image/gradients.h"
 #include "tests/reference/tracking.h"
