@@ -15,7 +15,7 @@
 namespace orvandel::evaluation {
 namespace {
 
-constexpr std::array<std::string_view, 2> kColumns = {"case", "params"};
+constexpr std::array<std::string_view, 2> kParamColumns = {"case", "params"};
 
 /// "name=value;name=value"; a name alone has an empty value.
 std::map<std::string, std::string> ParseValues(std::string_view text) {
@@ -53,7 +53,7 @@ std::map<std::string, CaseParams> ReadCaseParams(const std::string& path) {
   std::map<std::string, CaseParams> params_of;
   std::error_code ignored;
   if (!std::filesystem::exists(file_path, ignored)) return params_of;
-  CsvFile file(file_path, kColumns, "no parameters of cases can be read here");
+  CsvFile file(file_path, kParamColumns, "no parameters of cases can be read here");
   while (file.NextRow())
     params_of.emplace(file.Field("case"), ParamsOfRow(file));
   return params_of;

@@ -16,8 +16,8 @@
 namespace orvandel::evaluation {
 namespace {
 
-constexpr std::array<std::string_view, 8> kColumns = {"case", "pattern", "scene",     "instance",
-                                                      "cx",   "cy",      "angle_deg", "scale"};
+constexpr std::array<std::string_view, 8> kManifestColumns = {
+    "case", "pattern", "scene", "instance", "cx", "cy", "angle_deg", "scale"};
 constexpr const char* kNoInstance = "-1";
 
 std::filesystem::path ManifestPath(const std::string& path) {
@@ -37,7 +37,7 @@ std::string NameOfFolder(const std::filesystem::path& folder) {
 class ManifestReader {
  public:
   explicit ManifestReader(const std::filesystem::path& path)
-      : file_(path, kColumns, "no manifest of a suite can be read here"),
+      : file_(path, kManifestColumns, "no manifest of a suite can be read here"),
         folder_(path.parent_path()) {}
 
   std::vector<TestCase> Read() {

@@ -28,7 +28,7 @@ static_assert(offsetof(EdgePoint, y) == offsetof(orv_edge_point, y));
 static_assert(offsetof(EdgePoint, direction) == offsetof(orv_edge_point, direction));
 static_assert(offsetof(EdgePoint, strength) == offsetof(orv_edge_point, strength));
 
-orv_edge_options DefaultOptions() {
+orv_edge_options DefaultEdgeOptions() {
   orv_edge_options options = {};
   options.struct_size = sizeof options;
   options.least_strength = static_cast<double>(orvandel::shape::edges::kUsualLeastStrength);
@@ -46,7 +46,7 @@ float RoundedUp(double value) {
 }  // namespace
 
 void orv_edge_options_init(orv_edge_options* options, size_t struct_size) {
-  orvandel::api::InitSized(DefaultOptions(), struct_size, options);
+  orvandel::api::InitSized(DefaultEdgeOptions(), struct_size, options);
 }
 
 int orv_edges_create(orv_edges** edges) {
@@ -65,7 +65,7 @@ int orv_edges_detect(orv_edges* edges, const orv_image* image, const orv_edge_op
   const int status = Guarded([&] {
     Require(edges != nullptr, "The edges are null.");
     const orvandel::ImageView view = orvandel::api::ViewOf(image, "The image is null.");
-    const orv_edge_options asked = orvandel::api::ReadSized(options, DefaultOptions());
+    const orv_edge_options asked = orvandel::api::ReadSized(options, DefaultEdgeOptions());
     Require(asked.least_strength >= 0 && std::isfinite(asked.least_strength),
             "The least strength of edges must be 0 or more.");
     std::visit(

@@ -26,7 +26,7 @@ struct orv_finder {
 
 namespace {
 
-orv_find_options DefaultOptions() {
+orv_find_options DefaultFindOptions() {
   const FindOptions usual;
   orv_find_options options = {};
   options.struct_size = sizeof options;
@@ -108,7 +108,7 @@ orv_match Translated(const orvandel::shape::Match& found, Point origin) {
 }  // namespace
 
 void orv_find_options_init(orv_find_options* options, size_t struct_size) {
-  orvandel::api::InitSized(DefaultOptions(), struct_size, options);
+  orvandel::api::InitSized(DefaultFindOptions(), struct_size, options);
 }
 
 int orv_finder_create(orv_finder** finder) {
@@ -130,7 +130,7 @@ int orv_finder_find(orv_finder* finder, const orv_pattern* pattern, const orv_im
     finder->has_result = false;
     Require(pattern != nullptr, "The pattern is null.");
     const orvandel::ImageView view = orvandel::api::ViewOf(scene, "The scene is null.");
-    const FindOptions asked = Translated(orvandel::api::ReadSized(options, DefaultOptions()));
+    const FindOptions asked = Translated(orvandel::api::ReadSized(options, DefaultFindOptions()));
     finder->result = FindShapes(*pattern->model, view, asked, finder->workspace);
     if (finder->result.status != FindStatus::kOk)
       orvandel::api::RejectArgument(finder->result.message.data());

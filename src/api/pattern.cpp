@@ -14,7 +14,7 @@ using orvandel::api::Require;
 
 namespace {
 
-orv_learn_options DefaultOptions() {
+orv_learn_options DefaultLearnOptions() {
   orv_learn_options options = {};
   options.struct_size = sizeof options;
   options.learns_chance = orvandel::shape::LearnOptions().learns_chance ? 1 : 0;
@@ -51,7 +51,7 @@ int StatusOf(orvandel::shape::LearnStatus status) {
 }  // namespace
 
 void orv_learn_options_init(orv_learn_options* options, size_t struct_size) {
-  orvandel::api::InitSized(DefaultOptions(), struct_size, options);
+  orvandel::api::InitSized(DefaultLearnOptions(), struct_size, options);
 }
 
 int orv_pattern_learn(const orv_image* image, const orv_learn_options* options,
@@ -60,7 +60,7 @@ int orv_pattern_learn(const orv_image* image, const orv_learn_options* options,
     Require(pattern != nullptr, "There is no place for the new pattern: the pointer is null.");
     *pattern = nullptr;
     const orvandel::ImageView view = orvandel::api::ViewOf(image, "The pattern image is null.");
-    const orv_learn_options asked = orvandel::api::ReadSized(options, DefaultOptions());
+    const orv_learn_options asked = orvandel::api::ReadSized(options, DefaultLearnOptions());
     auto learnt = orvandel::shape::LearnShape(view, Translated(asked));
     if (const int status = StatusOf(learnt.status); status != ORV_OK) {
       throw orvandel::api::Failure{status, learnt.message.data()};

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "shape/model/textures.h"
 #include "tests/shape/matches.h"
 #include "tests/shape/rendered_scenes.h"

@@ -4,6 +4,8 @@
 #include <thread>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "shape/edges/edge_detection.h"
 #include "tests/shape/matches.h"
 #include "tests/shape/rendered_scenes.h"

@@ -11,8 +11,6 @@ namespace {
 
 using Buffers = RefinementWorkspace::Buffers;
 
-constexpr double kRoundingVariance = 1.0 / 12.0;
-
 /// Sums of squares of the weights of a sample and of a pattern value: (151/315)^2 in the mean over
 /// positions, and (18/36)^2.
 constexpr double kSampleSquare = (151.0 / 315.0) * (151.0 / 315.0);

@@ -12,9 +12,6 @@
 namespace orvandel::shape {
 namespace {
 
-/// An image's values are rounded to whole grey levels.
-constexpr double kRoundingVariance = 1.0 / 12.0;
-
 /// An image with less noise than that has rounding errors that repeat.
 constexpr double kNoNoise = 0.01;
 

@@ -9,6 +9,9 @@
 
 namespace orvandel::shape {
 
+/// Of values that are rounded to whole grey levels, as an image's are.
+inline constexpr double kRoundingVariance = 1.0 / 12.0;
+
 /// Values of the pattern image at the strip's pixels after a Gaussian blur and sampling with the cubic
 /// B-spline, and the derivatives of that smooth function. Grey levels and pattern pixels.
 struct BlurLevel {

@@ -10,8 +10,8 @@ namespace {
 constexpr double kMostExtent = 24.0;
 
 /// Variance that three taps can add along an axis without a dip in the middle; negative ones sharpen.
-constexpr double kMostStep = 0.4;
-constexpr double kLeastStep = -0.2;
+constexpr double kMostVarianceStep = 0.4;
+constexpr double kLeastVarianceStep = -0.2;
 constexpr int kMostSteps = 24;
 constexpr double kSmallVariance = 1e-3;
 
@@ -61,10 +61,10 @@ void AddStep(double variance, int step, BlurKernel& kernel) {
 
 void AddAlong(double missing, int step, BlurKernel& kernel) {
   for (int k = 0; k < kMostSteps && std::abs(missing) > kSmallVariance; ++k) {
-    const double variance = std::clamp(missing, kLeastStep, kMostStep);
+    const double variance = std::clamp(missing, kLeastVarianceStep, kMostVarianceStep);
     AddStep(variance, step, kernel);
     missing -= variance;
-    if (variance == kLeastStep) break;  // sharpening twice would ring
+    if (variance == kLeastVarianceStep) break;  // sharpening twice would ring
   }
 }
 

@@ -47,8 +47,6 @@ constexpr double kElongationByBlur = 0.06;
 constexpr double kOwnBlur = 0.9;
 constexpr double kSureElongation = 5.0;  ///< in deviations
 
-constexpr double kRoundingVariance = 1.0 / 12.0;
-
 /// Sum of squares of the B-spline's weights, in the mean over positions, along one axis.
 constexpr double kSplineSquare = 151.0 / 315.0;
 

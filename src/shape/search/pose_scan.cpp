@@ -7,6 +7,7 @@
 
 #include "base/geometry.h"
 #include "base/rounding.h"
+#include "shape/search/visibility.h"
 
 namespace orvandel::shape {
 namespace {
@@ -18,8 +19,8 @@ constexpr std::size_t kStageSixths[kStages] = {1, 2, 4, 6};
 /// points; what falls behind by more is not worth the rest.
 constexpr float kShareAfterStage[kStages] = {0.45F, 0.65F, 0.75F, 1.0F};
 
-/// Below this share of visible points a position is not looked at.
-constexpr float kLeastVisible = 0.4F;
+/// A position that shows a smaller share of the points is not looked at.
+constexpr float kLeastVisibleShare = static_cast<float>(kLeastVisible);
 
 /// The chord of the square root between kLeastVisible and 1: below it, so it never asks for too much.
 constexpr float kChordAll = 0.387F;
@@ -130,8 +131,8 @@ VoteRule PoseScan::RuleOf(float threshold) const {
     const float per_point = static_cast<float>(kFullVote << kLimitShift) * threshold * share;
     rule.full[stage] = static_cast<std::int16_t>(per_point * all);
     rule.per_point[stage] = static_cast<std::int16_t>(per_point * kChordVisible + 1.0F);
-    rule.least[stage] =
-        static_cast<std::int16_t>(per_point * all * (kChordAll + kChordVisible * kLeastVisible));
+    rule.least[stage] = static_cast<std::int16_t>(per_point * all *
+                                                  (kChordAll + kChordVisible * kLeastVisibleShare));
   }
   return rule;
 }
@@ -165,7 +166,7 @@ void PoseScan::TakeHit(const CoarseHit& hit, std::int32_t first_row,
                               : num_points_ - beyond_columns - beyond_rows;
   const auto all = static_cast<float>(num_points_);
   const auto visible = static_cast<float>(num_visible);
-  if (visible < kLeastVisible * all) return;
+  if (visible < kLeastVisibleShare * all) return;
   const float score =
       static_cast<float>(hit.votes) / (static_cast<float>(kFullVote) * std::sqrt(visible * all));
   if (score < threshold_) return;

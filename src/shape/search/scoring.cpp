@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/logarithm.h"
+#include "shape/search/visibility.h"
 
 namespace orvandel::shape {
 namespace {
@@ -13,9 +14,6 @@ constexpr double kContrastReach = 2.0;
 
 /// Where either sign will do, edges against the majority's count so much.
 constexpr double kMinorityCredit = 0.6;
-
-/// Fewer visible points than this share count as missing.
-constexpr double kLeastVisible = 0.4;
 
 double MedianOf(std::vector<float>& values) {
   if (values.empty()) return 0.0;

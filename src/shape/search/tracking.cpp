@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "shape/search/pose_solver.h"
+#include "shape/search/visibility.h"
 
 namespace orvandel::shape {
 namespace {
@@ -85,7 +86,6 @@ MeasuredArrays TrackingBuffers::For(std::size_t padded) {
 }
 
 double TrackingFit::Rank() const {
-  constexpr double kLeastVisible = 0.4;
   return coverage * std::sqrt(visible) * std::min(visible / kLeastVisible, 1.0);
 }
 
