@@ -152,7 +152,8 @@ TEST_F(SceneProperties, AnInvertedSceneHasTheAnswerOfTheOtherPolarity) {
 TEST_F(SceneProperties, AnotherLightChangesTheContrastAlone) {
   const Match before = TheMatchIn(scene_.View());
   for (const auto& [gain, bias] : {std::pair{100, 7000}, {16, 0}, {257, 0}, {3, 3000}}) {
-    const DeepImage deep = Developed(scene_, [&](int grey) { return gain * grey + bias; });
+    const DeepImage deep =
+        Developed(scene_, [gain = gain, bias = bias](int grey) { return gain * grey + bias; });
     const Match match = TheMatchIn(deep.View());
     EXPECT_LT(NormalizedSquare(match, before.scene_from_pattern, arm_), 0.1) << gain;
     EXPECT_NEAR(match.score, before.score, 0.02) << gain;
