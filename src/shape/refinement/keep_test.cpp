@@ -13,9 +13,10 @@ using Buffers = RefinementWorkspace::Buffers;
 constexpr double kFarthest = 3.0;
 constexpr double kFarthestByError = 2.0;
 
-/// Below so short a way, in pattern pixels, both poses explain the scene alike.
+/// Below so short a way, in pattern pixels, both poses show the pattern alike.
 constexpr double kShortWay = 0.25;
-constexpr double kMostShareLost = 0.01;
+/// By what the start must have more support than the fit.
+constexpr double kMoreSupport = 1.01;
 
 /// A fit whose residuals pull more than noise can, or that leaves much unexplained, is doubtful; then the
 /// start stays unless the fit claims to be clearly more exact.
@@ -57,15 +58,17 @@ double LeftByLight(const Buffers& buffers, bool own_light) {
   return own_light ? left : LeftByLight(all);
 }
 
-/// Share of the scene's variation along the outline that the pattern explains at a pose, noise left out.
-double ShareAt(const Strip& strip, const Similarity& pose, const StripFit& fit, Buffers& buffers) {
-  SampleAlike(strip, pose, buffers);
+/// Share of the scene's variation along the outline that the pattern explains, noise left out.
+double ShareOfAll(const Strip& strip, const StripFit& fit, Buffers& buffers) {
+  SumAlike(strip, buffers);
   double whole = 0.0;
   double noise = 0.0;
   for (std::size_t t = 0; t < buffers.sums.size(); ++t) {
     if (buffers.num_pixels[t] == 0) continue;
-    whole += buffers.sums[t].SceneSpread();
-    noise += fit.noise.base * buffers.num_pixels[t];
+    const StretchSums& sums = buffers.sums[t];
+    const double grey = sums.at[kOne][kScene] / sums.Weight() + buffers.source.offset;
+    whole += sums.SceneSpread();
+    noise += (fit.noise.base + fit.noise.per_grey * grey) * buffers.num_pixels[t];
   }
   const double rest = LeftByLight(buffers, fit.has_own_light) - noise;
   return whole > noise ? 1.0 - rest / (whole - noise) : 0.0;
@@ -79,12 +82,14 @@ RefinementOutcome JudgeFit(const RefinementModel& model, const RefinementOptions
   const double way = CornerDistance(start, fit.scene_from_pattern, model.radius);
   if (!(way <= std::max(kFarthest, kFarthestByError * options.start_error_px)))
     return RefinementOutcome::kTooFar;
-  const Strip& strip = model.strips[fit.strip];
-  const double share = ShareAt(strip, fit.scene_from_pattern, fit, buffers);
-  if (way > kShortWay * start.scale && share < ShareAt(strip, start, fit, buffers) - kMostShareLost)
-    return RefinementOutcome::kExplainsLess;
-  const bool is_doubtful =
-      covariance.inconsistency > kDoubtfulInconsistency || share < kDoubtfulShare;
+  const Strip& strip = StripOf(model, fit);
+  if (way > kShortWay * start.scale) {
+    const double support = SupportOf(buffers);
+    if (SupportAt(strip, start, fit, buffers) > kMoreSupport * support)
+      return RefinementOutcome::kLessSupport;
+  }
+  const bool is_doubtful = covariance.inconsistency > kDoubtfulInconsistency ||
+                           ShareOfAll(strip, fit, buffers) < kDoubtfulShare;
   if (is_doubtful && options.start_deviation_px > 0.0 &&
       CornerDeviation(covariance, start.scale) > kClearlyMoreExact * options.start_deviation_px)
     return RefinementOutcome::kLessCertain;

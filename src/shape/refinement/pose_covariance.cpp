@@ -229,7 +229,7 @@ double Inconsistency(const FitCovariance& covariance, const Buffers& buffers) {
 }  // namespace
 
 FitCovariance PropagateNoise(const RefinementModel& model, const StripFit& fit, Buffers& buffers) {
-  const Strip& strip = model.strips[fit.strip];
+  const Strip& strip = StripOf(model, fit);
   const StripKernels& kernels = StripKernelsOf(ActiveSimdLevel());
   buffers.ResizeForCovariance(strip);
   FindInfluences(strip, kernels, fit, buffers);

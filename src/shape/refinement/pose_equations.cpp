@@ -98,7 +98,7 @@ Projection Project(const StretchSums& sums, const LightPrior& prior, Column colu
 }
 
 PoseSolution SolvePose(std::span<const StretchSums> sums, const FittedColumns& fitted,
-                       const LightPrior& prior, std::span<StretchLight> lights) {
+                       const LightPrior& prior, std::span<const StretchLight> lights) {
   Equations equations;
   for (std::size_t t = 0; t < sums.size(); ++t) {
     if (lights[t].trust > 0.0) AddStretch(sums[t], fitted, prior, lights[t], equations);
@@ -116,10 +116,14 @@ PoseSolution SolvePose(std::span<const StretchSums> sums, const FittedColumns& f
       solution.unknowns[i] += solution.inverse.at[i][j] * equations.right[j];
     solution.by_column[fitted.columns[i]] = solution.unknowns[i];
   }
+  return solution;
+}
+
+void FitLights(std::span<const StretchSums> sums, const PoseSolution& solution,
+               const LightPrior& prior, std::span<StretchLight> lights) {
   for (std::size_t t = 0; t < sums.size(); ++t) {
     if (lights[t].trust > 0.0) FitLight(sums[t], solution, prior, lights[t]);
   }
-  return solution;
 }
 
 }  // namespace orvandel::shape

@@ -35,10 +35,13 @@ struct PoseSolution {
 
 /// Solves for the unknowns of all stretches, the stretches' own gains and biases eliminated.
 ///
-/// @param lights  with derivative gain and trust, 0 where a stretch has no weight; the others' gain and
-///                bias are filled in.
+/// @param lights  with derivative gain and trust, 0 where a stretch has no weight.
 PoseSolution SolvePose(std::span<const StretchSums> sums, const FittedColumns& fitted,
-                       const LightPrior& prior, std::span<StretchLight> lights);
+                       const LightPrior& prior, std::span<const StretchLight> lights);
+
+/// Fills in the gain and bias of each stretch that is trusted.
+void FitLights(std::span<const StretchSums> sums, const PoseSolution& solution,
+               const LightPrior& prior, std::span<StretchLight> lights);
 
 /// Weighted sum of squares of what the solution and a stretch's light leave of the scene.
 double LeftOver(const StretchSums& sums, const PoseSolution& solution, const StretchLight& light);

@@ -37,15 +37,10 @@ constexpr double kOwnBlur = 0.9;  ///< pattern pixels squared
 constexpr double kLeastDiskVariance = 0.6;
 constexpr double kDiskResidual = 0.94;    ///< of the variance
 constexpr double kDiskWorthTrying = 2.0;  ///< likewise, at the first look
-/// How often to look at the scene. The robust weights need a second look, unless a fit with the other
-/// kernel has gone before.
-struct Looks {
-  int least;
-  int most;
-};
-constexpr Looks kFineLooks = {2, 8};
-constexpr Looks kLooksAgain = {1, 8};
-constexpr Looks kCoarseLooks = {2, 4};
+/// How often to look at the scene, at most.
+constexpr int kFineLooks = 8;
+constexpr int kCoarseLooks = 4;
+constexpr int kPreviewLooks = 4;
 /// Starts that are further off, in pixels of a level, begin a level coarser.
 constexpr double kSafeStart = 1.2;
 constexpr int kMostCoarser = 2;
@@ -93,13 +88,16 @@ bool IsSettled(const StripFit& fit, bool is_first) {
 }
 
 /// Looks at the scene until the steps are small. kRefined, or why there was nothing to be fitted.
+///
+/// @param is_known  whether light and noise are known from looks before.
 RefinementOutcome LookUntilSettled(const RefinementModel& model, const RefinementOptions& options,
-                                   const Looks& looks, Buffers& buffers, StripFit& fit) {
-  for (int look = 0; look < looks.most; ++look) {
-    const RefinementOutcome outcome = ImproveFit(model, options, look == 0, buffers, fit);
+                                   bool is_known, int most_looks, Buffers& buffers, StripFit& fit) {
+  for (int look = 0; look < most_looks; ++look) {
+    const bool is_first = look == 0;
+    const RefinementOutcome outcome =
+        ImproveFit(model, options, is_first && !is_known, buffers, fit);
     if (outcome != RefinementOutcome::kRefined) return outcome;
-    if (look + 1 < looks.least) continue;
-    if (IsSettled(fit, look == 0)) break;
+    if (IsSettled(fit, is_first)) break;
   }
   return RefinementOutcome::kRefined;
 }
@@ -108,21 +106,23 @@ RefinementOutcome LookUntilSettled(const RefinementModel& model, const Refinemen
 RefinementOutcome ShapeBlur(const RefinementModel& model, const RefinementOptions& options,
                             Buffers& buffers, StripFit& fit) {
   if (FindLineBlur(model, options, buffers, fit))
-    return LookUntilSettled(model, options, kFineLooks, buffers, fit);
+    return LookUntilSettled(model, options, false, kFineLooks, buffers, fit);
   const double scale = fit.scene_from_pattern.scale;
   if (fit.moments.round * scale * scale < kLeastDiskVariance) return RefinementOutcome::kRefined;
   const StripFit with_round = fit;
   fit.shape = BlurShape::kDisk;
   if (ImproveFit(model, options, true, buffers, fit) == RefinementOutcome::kRefined &&
       fit.noise.steep < kDiskWorthTrying * with_round.noise.steep &&
-      LookUntilSettled(model, options, kFineLooks, buffers, fit) == RefinementOutcome::kRefined &&
+      LookUntilSettled(model, options, true, kFineLooks, buffers, fit) ==
+          RefinementOutcome::kRefined &&
       fit.noise.steep < kDiskResidual * with_round.noise.steep)
     return RefinementOutcome::kRefined;
   fit = with_round;
   return ImproveFit(model, options, true, buffers, fit);
 }
 
-/// From coarse to fine, then with the kernel and the blur that the scene asks for.
+/// From coarse to fine, by a few pixels; then by all of them, with the kernel and the blur that the scene
+/// asks for.
 RefinementOutcome FitPose(const RefinementModel& model, const ImageView& scene,
                           const RefinementOptions& options, Buffers& buffers, StripFit& fit) {
   RefinementOutcome outcome = RefinementOutcome::kRefined;
@@ -135,16 +135,20 @@ RefinementOutcome FitPose(const RefinementModel& model, const ImageView& scene,
     buffers.source.is_wide = false;
     if (!OpenScene(scene, level, model, fit.scene_from_pattern, kMargin, buffers.source))
       return RefinementOutcome::kTooFewPixels;
-    outcome =
-        LookUntilSettled(model, options, level > finest ? kCoarseLooks : kFineLooks, buffers, fit);
-    if (outcome != RefinementOutcome::kRefined) return outcome;
+    fit.is_preview = true;
+    const StripFit before = fit;
+    outcome = LookUntilSettled(model, options, false, level > finest ? kCoarseLooks : kPreviewLooks,
+                               buffers, fit);
+    if (outcome != RefinementOutcome::kRefined) fit = before;
   }
-  if (HasAliasedEdges(model, fit)) {
-    buffers.source.is_wide = true;
-    fit.has_own_light = false;  // what aliasing leaves at the edges may have looked like light
-    outcome = LookUntilSettled(model, options, kLooksAgain, buffers, fit);
-    if (outcome != RefinementOutcome::kRefined) return outcome;
-  }
+  fit.is_preview = false;
+  buffers.source.is_wide = outcome == RefinementOutcome::kRefined && HasAliasedEdges(model, fit);
+  // What aliasing leaves at the edges may have looked like light.
+  const bool is_known =
+      outcome == RefinementOutcome::kRefined && !(buffers.source.is_wide && fit.has_own_light);
+  if (!is_known) fit.has_own_light = false;
+  outcome = LookUntilSettled(model, options, is_known, kFineLooks, buffers, fit);
+  if (outcome != RefinementOutcome::kRefined) return outcome;
   return ShapeBlur(model, options, buffers, fit);
 }
 
@@ -193,6 +197,7 @@ Refinement RefinePose(const RefinementModel& model, const ImageView& scene, cons
   result.outcome = FitPose(model, scene, options, buffers, fit);
   if (result.outcome != RefinementOutcome::kRefined) return result;
 
+  MeasureResiduals(model, fit, buffers);
   const FitCovariance covariance = PropagateNoise(model, fit, buffers);
   result.outcome = JudgeFit(model, options, start, fit, covariance, buffers);
   result.rms_residual = fit.rms_residual;

@@ -54,7 +54,7 @@ enum class RefinementOutcome : std::uint8_t {
   kTooFewPixels,   ///< start: too little of the outline lies in the scene, or the model is empty
   kNotDetermined,  ///< start: the image does not say enough about the pose
   kTooFar,         ///< start: the fit went further off than a start can be
-  kExplainsLess,   ///< start: the fit explains less of the scene than the start does
+  kLessSupport,    ///< start: more of the outline shows the pattern there than at the fit
   kLessCertain,    ///< start: the fit is doubtful, and less certain than the start
 };
 

@@ -106,8 +106,9 @@ struct BlurBuffers {
   FloatImage blurred;
 };
 
-Strip LearnStrip(const FloatImage& image, const PixelSet& belongs, Point origin,
-                 double noise_variance, const StripPlan& plan, BlurBuffers& buffers) {
+void LearnStrip(const FloatImage& image, const PixelSet& belongs, Point origin,
+                double noise_variance, const StripPlan& plan, BlurBuffers& buffers, Strip& strip,
+                Strip& preview) {
   const GaussianTaps taps = MakeGaussianTaps(plan.edge_ratio);
   Blur(image, taps, buffers.between, buffers.blurred);
   StripSelection selection;
@@ -116,17 +117,17 @@ Strip LearnStrip(const FloatImage& image, const PixelSet& belongs, Point origin,
   selection.edge_width = std::sqrt(taps.variance + kSplineVariance + kPixelVariance);
   selection.half_width = plan.half_width;
   selection.margin = plan.margin;
-  Strip strip;
-  SelectStrip(buffers.blurred, belongs, origin, selection, strip);
-  if (strip.num_pixels == 0) return strip;
+  SelectStrip(buffers.blurred, belongs, origin, selection, strip, preview);
+  if (strip.num_pixels == 0) return;
   for (int k = 0; k < plan.num_levels; ++k) {
     const GaussianTaps level_taps = MakeGaussianTaps(plan.level_ratios[k]);
     Blur(image, level_taps, buffers.between, buffers.blurred);
-    BlurLevel& level = strip.levels.emplace_back();
-    level.variance = level_taps.variance;
-    SplineValues(buffers.blurred, strip, level);
+    for (Strip* const each : {&strip, &preview}) {
+      BlurLevel& level = each->levels.emplace_back();
+      level.variance = level_taps.variance;
+      SplineValues(buffers.blurred, *each, level);
+    }
   }
-  return strip;
 }
 
 /// Whether the edges are sharper than the pixels' area and the B-spline leave them: then optics have not
@@ -166,7 +167,8 @@ RefinementModel Learn(const ImageViewOf<Pixel>& pattern, const ImageView8& mask,
   if (noise < kNoNoise) model.rounding_runs = FindRoundingRuns(image);
   BlurBuffers buffers;
   for (std::size_t k = 0; k < kNumStrips; ++k)
-    model.strips[k] = LearnStrip(image, belongs, origin, model.noise_variance, kPlans[k], buffers);
+    LearnStrip(image, belongs, origin, model.noise_variance, kPlans[k], buffers, model.strips[k],
+               model.previews[k]);
   model.has_aliased_edges = HasAliasedEdges(model.strips[0], noise);
   model.image = std::move(image.grey);
   return model;

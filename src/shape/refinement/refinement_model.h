@@ -68,6 +68,8 @@ struct RefinementModel {
   int grey_offset = 0;                      ///< what was subtracted from its grey values
   std::vector<float> image;                 ///< the pattern image less the offset, row by row
   std::array<Strip, kNumStrips> strips;
+  /// A few pixels of each strip, enough to tell light, noise and kernel by; empty for small strips.
+  std::array<Strip, kNumStrips> previews;
 };
 
 /// Learns what refinement needs.

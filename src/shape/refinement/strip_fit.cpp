@@ -158,12 +158,18 @@ void WeighAlike(const Strip& strip, Buffers& buffers) {
     buffers.weights[i] = strip.presence[i] * buffers.inside[i];
 }
 
-void WeighByResiduals(const Strip& strip, const StripKernels& kernels, double gain, StripFit& fit,
-                      Buffers& buffers) {
+void FindNoise(const Strip& strip, double gain, StripFit& fit, Buffers& buffers) {
   const auto pointers = buffers.ColumnPointers();
   const double least = kRoundingVariance * kSplineSquare * kSplineSquare * (1.0 + gain * gain);
+  fit.noise_before = fit.noise;
   fit.noise = FindResidualNoise(strip, buffers.lights, pointers.data(), buffers.residuals.data(),
                                 buffers.inside.data(), gain, -buffers.source.offset, least);
+}
+
+/// Weighs the pixels by their residuals, against the noise.
+void Weigh(const Strip& strip, const StripKernels& kernels, double gain, const StripFit& fit,
+           Buffers& buffers) {
+  const auto pointers = buffers.ColumnPointers();
   const double square = gain * gain;
   PixelNoise noise = {};
   noise.base = static_cast<float>(fit.noise.base);
@@ -232,9 +238,9 @@ double SignAsked(EdgePolarity polarity) {
   return polarity == EdgePolarity::kSame ? 1.0 : polarity == EdgePolarity::kReversed ? -1.0 : 0.0;
 }
 
-/// Solves with the weights there are, after judging the stretches.
-void Solve(const Strip& strip, const StripKernels& kernels, const RefinementOptions& options,
-           const LightPrior& prior, StripFit& fit, Buffers& buffers) {
+/// Sums up the stretches with the weights there are, and judges each one against the others.
+void JudgeScene(const Strip& strip, const StripKernels& kernels, const RefinementOptions& options,
+                StripFit& fit, Buffers& buffers) {
   SumStretches(strip,
                fit.shape == BlurShape::kLine ? kernels.sum_moments : kernels.sum_round_moments,
                buffers);
@@ -242,21 +248,43 @@ void Solve(const Strip& strip, const StripKernels& kernels, const RefinementOpti
   fit.consensus = JudgeStretches(buffers.fits, SignAsked(options.polarity),
                                  options.polarity == EdgePolarity::kPerStretch, buffers.lights,
                                  buffers.medians);
-  const bool has_own = prior.gain_precision < std::numeric_limits<double>::infinity();
   for (std::size_t t = 0; t < buffers.lights.size(); ++t) {
     buffers.lights[t].is_free = strip.stretches[t].at_mask_border;
-    const bool is_own = has_own || buffers.lights[t].is_free;
-    buffers.lights[t].derivative_gain = is_own ? buffers.fits[t].gain : fit.consensus.gain;
     if (!(buffers.sums[t].Weight() > 0.0)) buffers.lights[t].trust = 0.0;
+  }
+}
+
+/// Solves for the pose with the sums and the judgement there are.
+void Solve(const RefinementOptions& options, const LightPrior& prior, StripFit& fit,
+           Buffers& buffers) {
+  const bool has_own = prior.gain_precision < std::numeric_limits<double>::infinity();
+  for (std::size_t t = 0; t < buffers.lights.size(); ++t) {
+    StretchLight& light = buffers.lights[t];
+    light.derivative_gain = has_own || light.is_free ? buffers.fits[t].gain : fit.consensus.gain;
   }
   fit.solution = SolvePose(buffers.sums, ColumnsToFit(options, fit.shape == BlurShape::kLine),
                            prior, buffers.lights);
+  FitLights(buffers.sums, fit.solution, prior, buffers.lights);
   for (StretchLight& light : buffers.lights) {
     // A stretch that was left out may come back where it fits the others' light.
     if (light.trust > 0.0) continue;
     light.gain = fit.consensus.gain;
     light.bias = fit.consensus.bias;
   }
+}
+
+/// Gives all stretches the light that they have in common.
+void ShareLight(const StripFit& fit, Buffers& buffers) {
+  for (StretchLight& light : buffers.lights)
+    light = {0.0, fit.solution.by_column[kPattern], fit.solution.by_column[kOne], false, 1.0};
+}
+
+/// Whether all stretches have the light that the last solution says they have in common.
+bool HasCommonLight(const Strip& strip, const RefinementOptions& options, const StripFit& fit) {
+  if (fit.has_own_light || fit.consensus.is_uneven) return false;
+  if (options.polarity == EdgePolarity::kPerStretch) return false;
+  return std::none_of(strip.stretches.begin(), strip.stretches.end(),
+                      [](const Stretch& stretch) { return stretch.at_mask_border; });
 }
 
 /// Whether the scene shows the pattern's contrast, and says where it is.
@@ -306,10 +334,15 @@ void TakeStep(const RefinementModel& model, double longest, StripFit& fit) {
 
 }  // namespace
 
+const Strip& StripOf(const RefinementModel& model, const StripFit& fit) {
+  const Strip& preview = model.previews[fit.strip];
+  return fit.is_preview && preview.num_pixels > 0 ? preview : model.strips[fit.strip];
+}
+
 bool FindLineBlur(const RefinementModel& model, const RefinementOptions& options, Buffers& buffers,
                   StripFit& fit) {
   const StripKernels& kernels = StripKernelsOf(ActiveSimdLevel());
-  SumStretches(model.strips[fit.strip], kernels.sum_moments, buffers);
+  SumStretches(StripOf(model, fit), kernels.sum_moments, buffers);
   const PoseSolution solution =
       SolvePose(buffers.sums, ColumnsToFit(options, true), fit.prior, buffers.lights);
   const int last = solution.fitted.count - 1;
@@ -340,13 +373,35 @@ double NoiseCorrelation(const Strip& strip, double scale_at_level, bool is_wide)
   return std::max(kernel_area / pixel_area, 1.0);
 }
 
-void SampleAlike(const Strip& strip, const Similarity& scene_from_pattern, Buffers& buffers) {
+void MeasureResiduals(const RefinementModel& model, StripFit& fit, Buffers& buffers) {
+  FindResiduals(StripOf(model, fit), StripKernelsOf(ActiveSimdLevel()), fit.solution, buffers);
+  fit.explained_share = ExplainedShare(fit, buffers);
+  fit.rms_residual = RmsResidual(buffers);
+}
+
+double SupportOf(const Buffers& buffers) {
+  double support = 0.0;
+  for (const StretchSums& sums : buffers.sums)
+    support += sums.at[kMoveX][kMoveX] + sums.at[kMoveY][kMoveY];
+  return support;
+}
+
+double SupportAt(const Strip& strip, const Similarity& scene_from_pattern, const StripFit& fit,
+                 Buffers& buffers) {
   const StripKernels& kernels = StripKernelsOf(ActiveSimdLevel());
   SampleScene(buffers.source, scene_from_pattern, kernels, strip, buffers.columns[kScene].data(),
               buffers.inside.data());
-  CountPixels(strip, buffers);
+  for (StretchLight& light : buffers.lights)
+    light.derivative_gain = 0.0;
+  FindResiduals(strip, kernels, fit.solution, buffers);
+  Weigh(strip, kernels, fit.consensus.gain, fit, buffers);
+  SumStretches(strip, kernels.sum_round_moments, buffers);
+  return SupportOf(buffers);
+}
+
+void SumAlike(const Strip& strip, Buffers& buffers) {
   WeighAlike(strip, buffers);
-  SumStretches(strip, kernels.sum_light_moments, buffers);
+  SumStretches(strip, StripKernelsOf(ActiveSimdLevel()).sum_light_moments, buffers);
 }
 
 RefinementOutcome ImproveFit(const RefinementModel& model, const RefinementOptions& options,
@@ -355,10 +410,12 @@ RefinementOutcome ImproveFit(const RefinementModel& model, const RefinementOptio
   const double sampling = SamplingBlur(buffers, fit);
   fit.blur = std::clamp(sampling + fit.moments.round, kLeastBlur, kMostBlur);
   fit.sampled_pose = fit.scene_from_pattern;
-  const std::size_t chosen = ChooseStrip(model, fit.blur, fit.strip);
-  const bool is_new = is_first || chosen != fit.strip;
-  fit.strip = chosen;
-  const Strip& strip = model.strips[chosen];
+  const Strip* const last = fit.sampled_strip;
+  fit.strip = ChooseStrip(model, fit.blur, fit.strip);
+  const Strip& strip = StripOf(model, fit);
+  fit.sampled_strip = &strip;
+  const bool is_other = last != &strip;
+  const bool is_new = is_first || (is_other && !HasCommonLight(strip, options, fit));
   if (strip.num_pixels < kLeastPixels) return RefinementOutcome::kTooFewPixels;
   buffers.Resize(strip);
   if (fit.shape == BlurShape::kRound) {
@@ -369,7 +426,6 @@ RefinementOutcome ImproveFit(const RefinementModel& model, const RefinementOptio
   SampleScene(buffers.source, fit.scene_from_pattern, kernels, strip,
               buffers.columns[kScene].data(), buffers.inside.data());
   const int num_pixels = CountPixels(strip, buffers);
-  fit.pixels_in_scene = num_pixels;
   if (num_pixels < kLeastPixels) return RefinementOutcome::kTooFewPixels;
   const double correlation = fit.correlation = NoiseCorrelation(
       strip, AtLevel(fit.scene_from_pattern, fit.level).scale, buffers.source.is_wide);
@@ -377,16 +433,21 @@ RefinementOutcome ImproveFit(const RefinementModel& model, const RefinementOptio
   constexpr double kNever = std::numeric_limits<double>::infinity();
   if (is_new) {
     WeighAlike(strip, buffers);
-    fit.prior = {kNever, kNever};
-    Solve(strip, kernels, options, fit.prior, fit, buffers);
-    if (fit.consensus.is_uneven) Solve(strip, kernels, options, {0.0, 0.0}, fit, buffers);
+    fit.prior = fit.has_own_light ? LightPrior{0.0, 0.0} : LightPrior{kNever, kNever};
+    JudgeScene(strip, kernels, options, fit, buffers);
+    Solve(options, fit.consensus.is_uneven ? LightPrior{0.0, 0.0} : fit.prior, fit, buffers);
+  } else if (is_other) {
+    ShareLight(fit, buffers);
   } else {
     for (auto& light : buffers.lights)
       light.derivative_gain = 0.0;
   }
   FindResiduals(strip, kernels, fit.solution, buffers);
-  WeighByResiduals(strip, kernels, fit.consensus.gain, fit, buffers);
-  Solve(strip, kernels, options, fit.prior, fit, buffers);
+  FindNoise(strip, fit.consensus.gain, fit, buffers);
+  Weigh(strip, kernels, fit.consensus.gain, fit, buffers);
+  JudgeScene(strip, kernels, options, fit, buffers);
+  fit.is_obstructed = fit.consensus.is_uneven;
+  Solve(options, fit.prior, fit, buffers);
   if (!fit.has_own_light) {
     fit.prior = FindLightPrior(buffers.sums, buffers.fits, fit.consensus, buffers.lights,
                                correlation, buffers.medians);
@@ -396,11 +457,8 @@ RefinementOutcome ImproveFit(const RefinementModel& model, const RefinementOptio
       fit.prior = {0.0, 0.0};
     }
     const bool has_prior = fit.prior.gain_precision < kNever || fit.prior.bias_precision < kNever;
-    if (has_prior) Solve(strip, kernels, options, fit.prior, fit, buffers);
+    if (has_prior) Solve(options, fit.prior, fit, buffers);
   }
-  fit.explained_share = ExplainedShare(fit, buffers);
-  FindResiduals(strip, kernels, fit.solution, buffers);
-  fit.rms_residual = RmsResidual(buffers);
   if (!IsDetermined(fit, buffers)) return RefinementOutcome::kNotDetermined;
   TakeStep(model, 3.0, fit);
   return RefinementOutcome::kRefined;

@@ -26,12 +26,19 @@ constexpr int kMostStretches = 64;
 constexpr float kLeastCosine = 0.7F;
 /// A stretch of fewer strip pixels could not hold a gain and a bias of its own.
 constexpr int kLeastStretchPixels = 16;
-constexpr int kMergeTile = 20;  ///< pixels; small stretches of a tile become one
+/// Small stretches of a tile become one: pixels a side where all of the strip is taken, more where it is
+/// thinned.
+constexpr int kMergeTile = 20;
 
 /// Up to so many strip pixels all are taken. More would make the error smaller by less than the
 /// time they take; then a lattice is taken that leaves at most kMostThinned.
 constexpr int kMostPixels = 5200;
 constexpr int kMostThinned = 3450;
+
+/// A preview takes one pixel in so many of the strip, where the strip has enough of them for noise to be
+/// told from what is left.
+constexpr int kPreviewThinning = 5;
+constexpr int kLeastForPreview = 1500;
 
 constexpr int kMaskReach = 4;  ///< pixels: a stretch's own, and the blur's
 
@@ -171,10 +178,14 @@ std::vector<int> SpreadStretches(const std::vector<int>& edges, const std::vecto
   return nearest;
 }
 
-/// Leaves a lattice of the pixels where they are too many; returns how many there were for each left.
-int ThinOut(int width, std::vector<int>& stretch_of) {
-  const auto is_strip = [](int stretch) { return stretch != kNone; };
-  if (std::count_if(stretch_of.begin(), stretch_of.end(), is_strip) <= kMostPixels) return 1;
+int CountStripPixels(const std::vector<int>& stretch_of) {
+  return static_cast<int>(std::count_if(stretch_of.begin(), stretch_of.end(),
+                                        [](int stretch) { return stretch != kNone; }));
+}
+
+/// Leaves a lattice of the pixels where they are too many; returns which.
+Lattice ThinOut(int width, std::vector<int>& stretch_of) {
+  if (CountStripPixels(stretch_of) <= kMostPixels) return kLattices[0];
   for (std::size_t k = 1; k < kLattices.size(); ++k) {
     const Lattice lattice = kLattices[k];
     std::vector<int> thinned(stretch_of.size(), kNone);
@@ -189,22 +200,33 @@ int ThinOut(int width, std::vector<int>& stretch_of) {
     }
     if (count > kMostThinned && k + 1 < kLattices.size()) continue;
     stretch_of = std::move(thinned);
-    return lattice.modulus;
+    return lattice;
   }
-  return 1;
+  return kLattices[0];
+}
+
+/// Leaves a lattice of what a lattice has left.
+void ThinForPreview(int width, Lattice lattice, std::vector<int>& stretch_of) {
+  for (std::size_t i = 0; i < stretch_of.size(); ++i) {
+    const auto x = static_cast<int>(i) % width;
+    const auto y = static_cast<int>(i) / width;
+    const int number = (x + lattice.slope * y) / lattice.modulus;  // along the row
+    if ((number + 2 * y) % kPreviewThinning != 0) stretch_of[i] = kNone;
+  }
 }
 
 /// Numbers the stretches anew, by their first pixel, the small ones of a tile as one.
-int MergeSmallStretches(int width, std::vector<int>& stretch_of) {
+int MergeSmallStretches(int width, int thinning, std::vector<int>& stretch_of) {
+  const auto tile_side = static_cast<int>(kMergeTile * std::sqrt(static_cast<double>(thinning)));
   const int most =
       stretch_of.empty() ? 0 : 1 + *std::max_element(stretch_of.begin(), stretch_of.end());
   std::vector<int> count(static_cast<std::size_t>(most), 0);
   for (const int stretch : stretch_of) {
     if (stretch != kNone) ++count[static_cast<std::size_t>(stretch)];
   }
-  const int tiles_across = width / kMergeTile + 1;
+  const int tiles_across = width / tile_side + 1;
   const int num_tiles =
-      tiles_across * (static_cast<int>(stretch_of.size()) / width / kMergeTile + 1);
+      tiles_across * (static_cast<int>(stretch_of.size()) / width / tile_side + 1);
   std::vector<int> number_of_stretch(count.size(), kNone);
   std::vector<int> number_of_tile(static_cast<std::size_t>(num_tiles), kNone);
   int numbers = 0;
@@ -213,7 +235,7 @@ int MergeSmallStretches(int width, std::vector<int>& stretch_of) {
     const auto stretch = static_cast<std::size_t>(stretch_of[i]);
     const int x = static_cast<int>(i) % width;
     const int y = static_cast<int>(i) / width;
-    const auto tile = static_cast<std::size_t>(y / kMergeTile * tiles_across + x / kMergeTile);
+    const auto tile = static_cast<std::size_t>(y / tile_side * tiles_across + x / tile_side);
     int& number = number_of_stretch[stretch];
     if (number == kNone && count[stretch] < kLeastStretchPixels) number = number_of_tile[tile];
     if (number == kNone) {
@@ -316,10 +338,20 @@ void MarkSteepness(const Gradient& gradient, const FloatImage& grey, Strip& stri
   }
 }
 
+/// Makes a strip of the pixels that have a stretch.
+void MakeStrip(const FloatImage& grey, const PixelSet& belongs, Point origin,
+               const Gradient& gradient, std::vector<int> stretch_of, Strip& strip) {
+  const int width = gradient.dx.width;
+  const int num_stretches = MergeSmallStretches(width, strip.thinning, stretch_of);
+  ListPixels(stretch_of, num_stretches, width, origin, strip);
+  MarkMaskBorder(belongs, width, gradient.dx.height, strip);
+  MarkSteepness(gradient, grey, strip);
+}
+
 }  // namespace
 
 void SelectStrip(const FloatImage& grey, const PixelSet& belongs, Point origin,
-                 const StripSelection& selection, Strip& strip) {
+                 const StripSelection& selection, Strip& strip, Strip& preview) {
   FloatImage dx;
   FloatImage dy;
   SplineGradient(grey, dx, dy);
@@ -331,11 +363,13 @@ void SelectStrip(const FloatImage& grey, const PixelSet& belongs, Point origin,
   const int longest = std::max(kStretchLength, static_cast<int>(edges.size()) / kMostStretches);
   std::vector<int> stretch_of = SpreadStretches(edges, GrowStretches(gradient, edges, longest),
                                                 usable, width, selection.half_width);
-  strip.thinning = ThinOut(width, stretch_of);
-  const int num_stretches = MergeSmallStretches(width, stretch_of);
-  ListPixels(stretch_of, num_stretches, width, origin, strip);
-  MarkMaskBorder(belongs, width, dx.height, strip);
-  MarkSteepness(gradient, grey, strip);
+  const Lattice lattice = ThinOut(width, stretch_of);
+  strip.thinning = lattice.modulus;
+  MakeStrip(grey, belongs, origin, gradient, stretch_of, strip);
+  if (strip.num_pixels < kLeastForPreview) return;
+  preview.thinning = lattice.modulus * kPreviewThinning;
+  ThinForPreview(width, lattice, stretch_of);
+  MakeStrip(grey, belongs, origin, gradient, std::move(stretch_of), preview);
 }
 
 }  // namespace orvandel::shape

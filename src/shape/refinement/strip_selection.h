@@ -20,10 +20,10 @@ struct StripSelection {
 };
 
 /// Finds the edges of a smooth image and the pixels along them, and fills in all of `strip` but its
-/// levels of blur.
+/// levels of blur; and of `preview`, one pixel in five of the strip, where that leaves enough.
 ///
 /// @param belongs whole 3 x 3 neighbourhoods must, for a pixel to be taken.
 void SelectStrip(const FloatImage& grey, const PixelSet& belongs, Point origin,
-                 const StripSelection& selection, Strip& strip);
+                 const StripSelection& selection, Strip& strip, Strip& preview);
 
 }  // namespace orvandel::shape
