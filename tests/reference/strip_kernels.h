@@ -75,6 +75,23 @@ inline double SpreadProduct(const std::vector<double>& x, const std::vector<doub
   return sum;
 }
 
+/// Sum over all columns of an image of the product of what two influences put on them, whatever the rows.
+inline double ColumnProduct(const std::vector<double>& x, const float* a, const float* b,
+                            int side) {
+  double sum = 0.0;
+  for (int column = 0; column < side; ++column) {
+    double at_a = 0.0;
+    double at_b = 0.0;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+      const auto share = static_cast<double>(Spline(static_cast<float>(x[i] - column)));
+      at_a += share * static_cast<double>(a[i]);
+      at_b += share * static_cast<double>(b[i]);
+    }
+    sum += at_a * at_b;
+  }
+  return sum;
+}
+
 /// A robust weight by its formula.
 inline float Weight(float scene, float dx, float dy, float residual,
                     const shape::PixelNoise& noise) {

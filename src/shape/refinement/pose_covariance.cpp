@@ -74,18 +74,25 @@ void FindInfluences(const Strip& strip, const StripKernels& kernels, const Strip
   float* influence[kNumPoseColumns];
   for (std::size_t k = 0; k < kNumPoseColumns; ++k)
     influence[k] = buffers.influence[k].data();
+  const auto find_influence =
+      fit.shape == BlurShape::kLine ? kernels.find_influence : kernels.find_round_influence;
   for (std::size_t t = 0; t < strip.stretches.size(); ++t) {
     InfluenceFactors factors = {};
     if (buffers.lights[t].trust > 0.0)
       FindFactors(fit.solution, fit.prior, buffers.sums[t], buffers.lights[t], factors);
-    kernels.find_influence(columns.data(), factors, buffers.weights.data(),
-                           buffers.residuals.data(), strip.stretches[t].first,
-                           strip.stretches[t].count, influence, buffers.pulls[t].data());
+    find_influence(columns.data(), factors, buffers.weights.data(), buffers.residuals.data(),
+                   strip.stretches[t].first, strip.stretches[t].count, influence,
+                   buffers.pulls[t].data());
   }
 }
 
 /// Deviation of the pixel noise at each sample, relative to `variance` at the base.
 void FindSceneStrength(const StripFit& fit, double variance, Buffers& buffers) {
+  if (!(fit.noise.per_grey > 0.0)) {
+    std::fill(buffers.strength.begin(), buffers.strength.end(),
+              static_cast<float>(std::sqrt(variance)));
+    return;
+  }
   const double per_grey = fit.noise.base > 0.0 ? fit.noise.per_grey / fit.noise.base : 0.0;
   const double black = -buffers.source.offset;
   for (std::size_t i = 0; i < buffers.strength.size(); ++i) {
@@ -105,18 +112,12 @@ void FindPatternStrength(const Strip& strip, double variance, Buffers& buffers) 
 InfluenceCells OpenCells(int width, int height, Buffers& buffers) {
   const int runs = (width + kCellRun - 1) / kCellRun;
   const auto num_runs = static_cast<std::size_t>(runs) * static_cast<std::size_t>(height);
-  // Cells and marks are 0 between uses, so that only new ones need clearing. The marks come last: where there are
-  // enough of them, there are enough cells, also after memory ran out between the two.
-  if (buffers.marks.size() < num_runs) {
-    buffers.cells.resize(num_runs * kCellRun * kNumPoseColumns);
-    buffers.marks.resize(num_runs);
-  }
+  // Cells and marks are 0 between uses, so that only new ones need clearing.
+  const std::size_t num_floats = num_runs * kCellRun * kNumPoseColumns;
+  if (buffers.marks.size() < num_runs) buffers.marks.resize(num_runs);
+  if (buffers.cells.size() < num_floats) buffers.cells.resize(num_floats);
   return {buffers.cells.data(), buffers.marks.data(), runs * kCellRun, height};
 }
-
-/// From this thinning on hardly two samples take the same pixels, and the pixels' own sums would only cost
-/// time: on average so many samples' worth of noise is shared.
-constexpr int kSparse = 5;
 
 void AddSparseNoise(double sharing, Buffers& buffers, double* products) {
   for (std::size_t i = 0; i < buffers.strength.size(); ++i) {
@@ -131,7 +132,7 @@ void AddSparseNoise(double sharing, Buffers& buffers, double* products) {
 
 void AddSceneNoise(const Strip& strip, const StripKernels& kernels, const StripFit& fit,
                    Buffers& buffers, double* products) {
-  if (strip.thinning >= kSparse) {
+  if (strip.thinning >= kSparseThinning) {
     const bool is_wide = buffers.source.is_wide;
     const double square = kSampleSquare * (is_wide ? kWideShare : 1.0);
     const double scale = AtLevel(fit.sampled_pose, fit.level).scale;
@@ -154,49 +155,20 @@ void AddSceneNoise(const Strip& strip, const StripKernels& kernels, const StripF
   kernels.sum_cells(cells, products);
 }
 
-/// Adds the influence of a pixel to that of the first of its run.
-void MoveToHead(const RefinementModel& model, int x, int y, const InfluenceCells& cells) {
-  float* const from = cells.cells + std::ptrdiff_t{kNumPoseColumns} * (y * cells.width + x);
-  if (from[0] == 0.0F && from[1] == 0.0F) return;  // most pixels of a thinned strip's box
-  const std::int32_t head = model.rounding_runs[static_cast<std::size_t>(y * model.width + x)];
-  const int to_x = head % model.width;
-  const int to_y = head / model.width;
-  if (to_x == x && to_y == y) return;
-  float* const to = cells.cells + std::ptrdiff_t{kNumPoseColumns} * (to_y * cells.width + to_x);
-  for (int k = 0; k < kNumPoseColumns; ++k) {
-    to[k] += from[k];
-    from[k] = 0.0F;
-  }
-  cells.marks[(to_y * cells.width + to_x) / kCellRun] = 1;
-}
-
-/// Brings the influence of pixels that share a rounding error together at the first of them.
-void GatherRuns(const RefinementModel& model, const InfluenceCells& cells) {
-  const int runs = cells.width / kCellRun;
-  for (int y = 0; y < model.height; ++y) {
-    for (int run = 0; run < runs; ++run) {
-      if (cells.marks[y * runs + run] == 0) continue;
-      const int end = std::min((run + 1) * kCellRun, model.width);
-      for (int x = run * kCellRun; x < end; ++x)
-        MoveToHead(model, x, y, cells);
-    }
-  }
-}
-
-void AddPatternNoise(const RefinementModel& model, const Strip& strip, const StripKernels& kernels,
-                     Buffers& buffers, double* products) {
-  if (strip.thinning >= kSparse && model.rounding_runs.empty()) {
+void AddPatternNoise(const Strip& strip, const StripKernels& kernels, Buffers& buffers,
+                     double* products) {
+  if (strip.errors.empty()) {
     AddSparseNoise(kPatternSquare, buffers, products);
     return;
   }
-  const InfluenceCells cells = OpenCells(model.width, model.height, buffers);
+  const int num_cells = (strip.num_errors + kCellRun - 1) / kCellRun * kCellRun;
+  const auto num_floats = static_cast<std::size_t>(num_cells) * kNumPoseColumns;
+  if (buffers.cells.size() < num_floats) buffers.cells.resize(num_floats);
   const float* const influence[kNumPoseColumns] = {
       buffers.influence[0].data(), buffers.influence[1].data(), buffers.influence[2].data(),
       buffers.influence[3].data()};
-  kernels.spread_over_pattern(strip.column.data(), strip.row.data(), strip.Size(), influence,
-                              buffers.strength.data(), cells);
-  if (!model.rounding_runs.empty()) GatherRuns(model, cells);
-  kernels.sum_cells(cells, products);
+  kernels.sum_over_pattern(strip.errors.data(), strip.Size(), influence, buffers.strength.data(),
+                           buffers.cells.data(), num_cells, products);
 }
 
 /// Mean over the stretches of the square of their pull, in units of the covariance: 1 where noise is all
@@ -238,7 +210,7 @@ FitCovariance PropagateNoise(const RefinementModel& model, const StripFit& fit, 
   FindSceneStrength(fit, variances.scene, buffers);
   AddSceneNoise(strip, kernels, fit, buffers, products);
   FindPatternStrength(strip, variances.pattern, buffers);
-  AddPatternNoise(model, strip, kernels, buffers, products);
+  AddPatternNoise(strip, kernels, buffers, products);
   FitCovariance covariance;
   for (int i = 0; i < kNumPoseColumns; ++i) {
     for (int j = 0; j < kNumPoseColumns; ++j)

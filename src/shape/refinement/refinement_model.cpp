@@ -151,6 +151,25 @@ bool HasAliasedEdges(const Strip& strip, double noise_variance) {
   return slopes < 2.0 * (kSplineVariance + kPixelVariance) * curvatures;
 }
 
+/// Numbers the errors that the strip's pixels are made of.
+///
+/// @param runs  see FindRoundingRuns; empty where each pixel has an error of its own.
+void NumberErrors(const FloatImage& image, const std::vector<std::int32_t>& runs, Strip& strip) {
+  std::vector<std::int32_t> numbers(image.grey.size(), -1);
+  strip.errors.reserve(9 * strip.x.size());
+  for (std::size_t i = 0; i < strip.x.size(); ++i) {
+    for (int place = 0; place < 9; ++place) {
+      const int pixel =
+          (strip.row[i] + place / 3 - 1) * image.width + strip.column[i] + place % 3 - 1;
+      const auto at = static_cast<std::size_t>(pixel);
+      const std::int32_t error = runs.empty() ? pixel : runs[at];
+      std::int32_t& number = numbers[static_cast<std::size_t>(error)];
+      if (number < 0) number = strip.num_errors++;
+      strip.errors.push_back(number);
+    }
+  }
+}
+
 template <typename Pixel>
 RefinementModel Learn(const ImageViewOf<Pixel>& pattern, const ImageView8& mask, Point origin) {
   RefinementModel model;
@@ -164,11 +183,15 @@ RefinementModel Learn(const ImageViewOf<Pixel>& pattern, const ImageView8& mask,
   model.radius = RadiusOf(belongs, pattern.width, pattern.height);
   const double noise = EstimateNoiseVariance(image);
   model.noise_variance = std::max(noise, kRoundingVariance);
-  if (noise < kNoNoise) model.rounding_runs = FindRoundingRuns(image);
+  const std::vector<std::int32_t> runs =
+      noise < kNoNoise ? FindRoundingRuns(image) : std::vector<std::int32_t>();
   BlurBuffers buffers;
   for (std::size_t k = 0; k < kNumStrips; ++k)
     LearnStrip(image, belongs, origin, model.noise_variance, kPlans[k], buffers, model.strips[k],
                model.previews[k]);
+  for (Strip& strip : model.strips) {
+    if (strip.thinning < kSparseThinning || !runs.empty()) NumberErrors(image, runs, strip);
+  }
   model.has_aliased_edges = HasAliasedEdges(model.strips[0], noise);
   model.image = std::move(image.grey);
   return model;

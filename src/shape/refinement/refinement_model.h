@@ -34,6 +34,9 @@ struct Stretch {
 
 inline constexpr int kStripBlock = 8;
 
+/// From this thinning on hardly two strip pixels are made of the same pixels of an image.
+inline constexpr int kSparseThinning = 5;
+
 /// What a strip pixel is good for in an estimate of noise.
 enum class Steepness : std::uint8_t { kMiddle, kFlatDark, kFlatBright, kSteep };
 
@@ -47,8 +50,16 @@ struct Strip {
   std::vector<Steepness> steepness;
   std::vector<Stretch> stretches;
   std::vector<BlurLevel> levels;  ///< by rising variance; at least two unless the strip is empty
-  int num_pixels = 0;             ///< with presence 1
-  int thinning = 1;               ///< one pixel in that many was taken
+  /// Nine a pixel: which errors of the pattern image are in the 3 x 3 pixels around, by their number below
+  /// num_errors. Pixels that share a rounding error have one number. Empty where that says nothing.
+  std::vector<std::int32_t> errors;
+  int num_errors = 0;
+  float left = 0.0F;  ///< least and largest x and y
+  float top = 0.0F;
+  float right = 0.0F;
+  float bottom = 0.0F;
+  int num_pixels = 0;  ///< with presence 1
+  int thinning = 1;    ///< one pixel in that many was taken
 
   int Size() const { return static_cast<int>(x.size()); }
 };
@@ -64,9 +75,8 @@ struct RefinementModel {
   double radius = 1.0;             ///< half the diagonal of the learnt region, pattern pixels
   double noise_variance = 0.0;     ///< of the pattern image's pixels, rounding included
   bool has_aliased_edges = false;  ///< as sharp as pixels make them without optics
-  std::vector<std::int32_t> rounding_runs;  ///< see FindRoundingRuns; empty where there is noise
-  int grey_offset = 0;                      ///< what was subtracted from its grey values
-  std::vector<float> image;                 ///< the pattern image less the offset, row by row
+  int grey_offset = 0;             ///< what was subtracted from its grey values
+  std::vector<float> image;        ///< the pattern image less the offset, row by row
   std::array<Strip, kNumStrips> strips;
   /// A few pixels of each strip, enough to tell light, noise and kernel by; empty for small strips.
   std::array<Strip, kNumStrips> previews;

@@ -162,12 +162,10 @@ SourceBox BoxInSource(const SceneSource& source, const Strip& strip,
                       const Similarity& scene_from_pattern) {
   if (strip.Size() == 0) return {};
   constexpr double kKernelReach = 4.0;  // of the wider kernel, and one for rounding
-  const auto [left, right] = std::minmax_element(strip.x.begin(), strip.x.end());
-  const auto [top, bottom] = std::minmax_element(strip.y.begin(), strip.y.end());
   const ImagePlace place = PlaceIn(source, scene_from_pattern);
   Box box = {1e9, 1e9, -1e9, -1e9};
-  for (const double x : {static_cast<double>(*left), static_cast<double>(*right)}) {
-    for (const double y : {static_cast<double>(*top), static_cast<double>(*bottom)})
+  for (const double x : {static_cast<double>(strip.left), static_cast<double>(strip.right)}) {
+    for (const double y : {static_cast<double>(strip.top), static_cast<double>(strip.bottom)})
       Include({place.x + place.cosine * x - place.sine * y,
                place.y + place.sine * x + place.cosine * y},
               box);

@@ -122,25 +122,31 @@ struct StripKernels {
                        const float* inside, const PixelNoise& noise, int count, float* weights);
 
   /// How a change of a sample's grey moves the pose: influence[k] = weight * sum of factors[k][j] *
-  /// column j. `moved` gets the sums of influence times residual.
+  /// column j. `moved` gets the sums of influence times residual. Of all columns, and of all but kAxisBlur
+  /// and kDiagonalBlur.
   void (*find_influence)(const float* const* columns, const float (*factors)[kNumColumns],
                          const float* weights, const float* residuals, int first, int count,
                          float* const* influence, double* moved);
+  void (*find_round_influence)(const float* const* columns, const float (*factors)[kNumColumns],
+                               const float* weights, const float* residuals, int first, int count,
+                               float* const* influence, double* moved);
 
-  /// Spreads the samples' influence over the pixels that they were made of: of a scene, or of the
-  /// pattern image with the 3 x 3 weights (1 4 1)/6. `strength` is a factor a sample.
+  /// Spreads the samples' influence over the scene's pixels that they were made of. `strength` is a factor
+  /// a sample.
   void (*spread_over_scene)(const ImagePlace& place, const float* x, const float* y, int count,
                             const float* const* influence, const float* strength,
                             const InfluenceCells& cells);
   void (*spread_over_scene_wide)(const ImagePlace& place, const float* x, const float* y, int count,
                                  const float* const* influence, const float* strength,
                                  const InfluenceCells& cells);
-  void (*spread_over_pattern)(const std::int32_t* column, const std::int32_t* row, int count,
-                              const float* const* influence, const float* strength,
-                              const InfluenceCells& cells);
-
   /// Sum of the products of the marked cells' numbers, 4 x 4; leaves cells and marks 0.
   void (*sum_cells)(const InfluenceCells& cells, double* products);
+
+  /// The same over the pattern image's pixels, where sample i is made of the 3 x 3 pixels in the cells
+  /// places[9 i] to places[9 i + 8], with the weights (1 4 1)/6 each way. `cells` are kNumPoseColumns numbers
+  /// each.
+  void (*sum_over_pattern)(const std::int32_t* places, int count, const float* const* influence,
+                           const float* strength, float* cells, int num_cells, double* products);
 };
 
 ORVANDEL_DECLARE_KERNELS(StripKernels)

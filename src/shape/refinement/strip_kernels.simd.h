@@ -220,51 +220,54 @@ void FindWeights(const float* const* columns, const float* residuals, const floa
   }
 }
 
+/// @tparam kColumns  those that the influence is made of.
+template <int... kColumns>
 void FindInfluence(const float* const* columns, const float (*factors)[kNumColumns],
                    const float* weights, const float* residuals, int first, int count,
                    float* const* influence, double* moved) {
-  for (int k = 0; k < kNumPoseColumns; ++k) {
-    const float* const f = factors[k];
-    float* const out = influence[k];
-    float sums[kBlock] = {};
-    for (int begin = first; begin < first + count; begin += kBlock) {
-      for (int lane = 0; lane < kBlock; ++lane) {
-        const int i = begin + lane;
-        float sum = f[kOne] + f[kPattern] * columns[kPattern][i];
-        sum += f[kMoveX] * columns[kMoveX][i];
-        sum += f[kMoveY] * columns[kMoveY][i];
-        sum += f[kTurn] * columns[kTurn][i];
-        sum += f[kGrow] * columns[kGrow][i];
-        sum += f[kRoundBlur] * columns[kRoundBlur][i];
-        sum += f[kAxisBlur] * columns[kAxisBlur][i];
-        sum += f[kDiagonalBlur] * columns[kDiagonalBlur][i];
-        const float value = weights[i] * sum;
-        out[i] = value;
-        sums[lane] += value * residuals[i];
+  float sums[kNumPoseColumns][kBlock] = {};
+  for (int begin = first; begin < first + count; begin += kBlock) {
+    float values[kNumPoseColumns][kBlock];
+    for (int k = 0; k < kNumPoseColumns; ++k) {
+      for (int lane = 0; lane < kBlock; ++lane)
+        values[k][lane] = factors[k][kOne];
+    }
+    for (const int column : {kColumns...}) {
+      const float* const from = columns[column] + begin;
+      for (int k = 0; k < kNumPoseColumns; ++k) {
+        const float factor = factors[k][column];
+        for (int lane = 0; lane < kBlock; ++lane)
+          values[k][lane] += factor * from[lane];
       }
     }
-    moved[k] = SumOf(sums);
+    for (int k = 0; k < kNumPoseColumns; ++k) {
+      float* const out = influence[k] + begin;
+      for (int lane = 0; lane < kBlock; ++lane) {
+        const float value = weights[begin + lane] * values[k][lane];
+        out[lane] = value;
+        sums[k][lane] += value * residuals[begin + lane];
+      }
+    }
   }
-}
-
-/// Adds one sample's influence to a row of pixels.
-template <int kTaps>
-inline void AddToRow(const float* influence, const float* across, float down, float* cells) {
-  for (int k = 0; k < kTaps; ++k) {
-    const float share = across[k] * down;
-    for (int j = 0; j < kNumPoseColumns; ++j)
-      cells[k * kNumPoseColumns + j] += share * influence[j];
-  }
+  for (int k = 0; k < kNumPoseColumns; ++k)
+    moved[k] = SumOf(sums[k]);
 }
 
 template <int kTaps>
 inline void AddSample(std::int32_t column, std::int32_t row, const float* influence,
                       const float* across, const float* down, const InfluenceCells& cells) {
+  constexpr int kRowFloats = kTaps * kNumPoseColumns;
+  float of_row[kRowFloats];
+  for (int k = 0; k < kTaps; ++k) {
+    for (int j = 0; j < kNumPoseColumns; ++j)
+      of_row[k * kNumPoseColumns + j] = across[k] * influence[j];
+  }
   const std::int32_t runs = cells.width / kCellRun;
   for (int j = 0; j < kTaps; ++j) {
     const std::int32_t y = row + j;
-    AddToRow<kTaps>(influence, across, down[j],
-                    cells.cells + (y * cells.width + column) * kNumPoseColumns);
+    float* const to = cells.cells + (y * cells.width + column) * kNumPoseColumns;
+    for (int i = 0; i < kRowFloats; ++i)
+      to[i] += down[j] * of_row[i];
     cells.marks[y * runs + column / kCellRun] = 1;
     cells.marks[y * runs + (column + kTaps - 1) / kCellRun] = 1;
   }
@@ -288,41 +291,25 @@ void SpreadOverScene(const ImagePlace& place, const float* x, const float* y, in
   }
 }
 
-void SpreadOverPattern(const std::int32_t* column, const std::int32_t* row, int count,
-                       const float* const* influence, const float* strength,
-                       const InfluenceCells& cells) {
-  const float taps[3] = {1.0F / 6.0F, 4.0F / 6.0F, 1.0F / 6.0F};
-  for (int i = 0; i < count; ++i) {
-    float own[kNumPoseColumns];
-    for (int k = 0; k < kNumPoseColumns; ++k)
-      own[k] = strength[i] * influence[k][i];
-    AddSample<3>(column[i] - 1, row[i] - 1, own, taps, taps, cells);
+/// Products of the numbers of a run of cells, pixel i of a run into sum i; leaves the cells 0.
+inline void AddRun(float* first, float (&sums)[kNumPoseColumns][kNumPoseColumns][kCellRun]) {
+  float values[kNumPoseColumns][kCellRun];
+  for (int i = 0; i < kCellRun; ++i) {
+    for (int a = 0; a < kNumPoseColumns; ++a)
+      values[a][i] = first[i * kNumPoseColumns + a];
+  }
+  for (int i = 0; i < kCellRun * kNumPoseColumns; ++i)
+    first[i] = 0.0F;
+  for (int a = 0; a < kNumPoseColumns; ++a) {
+    for (int b = a; b < kNumPoseColumns; ++b) {
+      for (int i = 0; i < kCellRun; ++i)
+        sums[a][b][i] += values[a][i] * values[b][i];
+    }
   }
 }
 
-/// Sixteen partial sums of each product, pixel i of a run into sum i.
-void SumCells(const InfluenceCells& cells, double* products) {
-  constexpr int kRunFloats = kCellRun * kNumPoseColumns;
-  const std::int32_t num_runs = cells.width / kCellRun * cells.height;
-  float sums[kNumPoseColumns][kNumPoseColumns][kCellRun] = {};
-  for (std::int32_t run = 0; run < num_runs; ++run) {
-    if (cells.marks[run] == 0) continue;
-    cells.marks[run] = 0;
-    float* const first = cells.cells + run * kRunFloats;
-    float values[kNumPoseColumns][kCellRun];
-    for (int i = 0; i < kCellRun; ++i) {
-      for (int a = 0; a < kNumPoseColumns; ++a)
-        values[a][i] = first[i * kNumPoseColumns + a];
-    }
-    for (int i = 0; i < kRunFloats; ++i)
-      first[i] = 0.0F;
-    for (int a = 0; a < kNumPoseColumns; ++a) {
-      for (int b = a; b < kNumPoseColumns; ++b) {
-        for (int i = 0; i < kCellRun; ++i)
-          sums[a][b][i] += values[a][i] * values[b][i];
-      }
-    }
-  }
+void AddProducts(const float (&sums)[kNumPoseColumns][kNumPoseColumns][kCellRun],
+                 double* products) {
   for (int a = 0; a < kNumPoseColumns; ++a) {
     for (int b = a; b < kNumPoseColumns; ++b) {
       const double sum = SumOf(sums[a][b]) + SumOf(sums[a][b] + kBlock);
@@ -330,6 +317,37 @@ void SumCells(const InfluenceCells& cells, double* products) {
       if (a != b) products[b * kNumPoseColumns + a] += sum;
     }
   }
+}
+
+void SumCells(const InfluenceCells& cells, double* products) {
+  const std::int32_t num_runs = cells.width / kCellRun * cells.height;
+  float sums[kNumPoseColumns][kNumPoseColumns][kCellRun] = {};
+  for (std::int32_t run = 0; run < num_runs; ++run) {
+    if (cells.marks[run] == 0) continue;
+    cells.marks[run] = 0;
+    AddRun(cells.cells + run * kCellRun * kNumPoseColumns, sums);
+  }
+  AddProducts(sums, products);
+}
+
+void SumOverPattern(const std::int32_t* places, int count, const float* const* influence,
+                    const float* strength, float* cells, int num_cells, double* products) {
+  constexpr float kTaps[3] = {1.0F / 6.0F, 4.0F / 6.0F, 1.0F / 6.0F};
+  for (int i = 0; i < count; ++i) {
+    float own[kNumPoseColumns];
+    for (int k = 0; k < kNumPoseColumns; ++k)
+      own[k] = strength[i] * influence[k][i];
+    for (int place = 0; place < 9; ++place) {
+      const float share = kTaps[place / 3] * kTaps[place % 3];
+      float* const to = cells + places[9 * i + place] * kNumPoseColumns;
+      for (int k = 0; k < kNumPoseColumns; ++k)
+        to[k] += share * own[k];
+    }
+  }
+  float sums[kNumPoseColumns][kNumPoseColumns][kCellRun] = {};
+  for (int first = 0; first < num_cells; first += kCellRun)
+    AddRun(cells + first * kNumPoseColumns, sums);
+  AddProducts(sums, products);
 }
 
 }  // namespace
@@ -349,11 +367,12 @@ const StripKernels kStripKernels = {
     SumMoments<kPattern, kOne, kScene>,
     FindResiduals,
     FindWeights,
-    FindInfluence,
+    FindInfluence<kMoveX, kMoveY, kTurn, kGrow, kRoundBlur, kAxisBlur, kDiagonalBlur, kPattern>,
+    FindInfluence<kMoveX, kMoveY, kTurn, kGrow, kRoundBlur, kPattern>,
     SpreadOverScene<4>,
     SpreadOverScene<8>,
-    SpreadOverPattern,
-    SumCells};
+    SumCells,
+    SumOverPattern};
 }
 
 }  // namespace orvandel::shape

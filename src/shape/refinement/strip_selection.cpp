@@ -303,6 +303,15 @@ void ListPixels(const std::vector<int>& stretch_of, int num_stretches, int width
   }
 }
 
+void FindExtent(Strip& strip) {
+  const auto [left, right] = std::minmax_element(strip.x.begin(), strip.x.end());
+  const auto [top, bottom] = std::minmax_element(strip.y.begin(), strip.y.end());
+  strip.left = *left;
+  strip.right = *right;
+  strip.top = *top;
+  strip.bottom = *bottom;
+}
+
 /// The value that a share of a list stays below.
 float Quantile(std::vector<float> values, double share) {
   if (values.empty()) return 0.0F;
@@ -344,6 +353,7 @@ void MakeStrip(const FloatImage& grey, const PixelSet& belongs, Point origin,
   const int width = gradient.dx.width;
   const int num_stretches = MergeSmallStretches(width, strip.thinning, stretch_of);
   ListPixels(stretch_of, num_stretches, width, origin, strip);
+  if (strip.num_pixels > 0) FindExtent(strip);
   MarkMaskBorder(belongs, width, gradient.dx.height, strip);
   MarkSteepness(gradient, grey, strip);
 }

@@ -203,15 +203,11 @@ TEST_P(StripKernel, SpreadsInfluenceOverThePixelsThatSamplesAreMadeOf) {
   const ImagePlace place = {23.7, 24.2, 0.8, 0.6};
   std::vector<double> scene_x;
   std::vector<double> scene_y;
-  std::vector<std::int32_t> column;
-  std::vector<std::int32_t> row;
   for (std::size_t i = 0; i < kCount; ++i) {
     const double px = static_cast<double>(x[i]);
     const double py = static_cast<double>(y[i]);
     scene_x.push_back(place.x + (place.cosine * px - place.sine * py));
     scene_y.push_back(place.y + (place.sine * px + place.cosine * py));
-    column.push_back(random.Integer(1, 46));
-    row.push_back(random.Integer(1, 46));
   }
   Cells cells;
   const auto expect = [&](const std::vector<double>& at_x, const std::vector<double>& at_y,
@@ -236,9 +232,56 @@ TEST_P(StripKernel, SpreadsInfluenceOverThePixelsThatSamplesAreMadeOf) {
   kernels_.spread_over_scene_wide(place, x.data(), y.data(), kCount, pointers, strength.data(),
                                   cells.View());
   expect(scene_x, scene_y, 2);
-  kernels_.spread_over_pattern(column.data(), row.data(), kCount, pointers, strength.data(),
-                               cells.View());
-  expect({column.begin(), column.end()}, {row.begin(), row.end()}, 1);
+}
+
+// With a number for each pixel of an image the sums are those over the image; where pixels share a number,
+// their influence adds up before it is squared.
+TEST_P(StripKernel, SumsInfluenceOverThePatternsErrors) {
+  UniformRandom random(15);
+  std::array<std::vector<float>, kNumPoseColumns> influence;
+  const float* pointers[kNumPoseColumns];
+  for (std::size_t k = 0; k < influence.size(); ++k) {
+    influence[k] = Random(random, -1, 1);
+    pointers[k] = influence[k].data();
+  }
+  constexpr int kSide = 24;
+  const std::vector<float> strength(kCount, 1.0F);
+  std::vector<double> x;
+  std::vector<double> y;
+  std::vector<std::int32_t> own;
+  std::vector<std::int32_t> by_column;
+  for (int i = 0; i < kCount; ++i) {
+    const int column = random.Integer(1, kSide - 2);
+    const int row = random.Integer(1, kSide - 2);
+    x.push_back(column);
+    y.push_back(row);
+    for (int place = 0; place < 9; ++place) {
+      const int at = column + place % 3 - 1;
+      own.push_back((row + place / 3 - 1) * kSide + at);
+      by_column.push_back(at);
+    }
+  }
+  std::vector<float> cells(kSide * kSide * kNumPoseColumns);
+  const auto products_over = [&](const std::vector<std::int32_t>& places, int num_cells) {
+    std::array<double, kNumPoseColumns* kNumPoseColumns> products = {};
+    kernels_.sum_over_pattern(places.data(), kCount, pointers, strength.data(), cells.data(),
+                              num_cells, products.data());
+    for (const float cell : cells)
+      EXPECT_EQ(cell, 0.0F);
+    return products;
+  };
+  const auto over_pixels = products_over(own, kSide * kSide);
+  const auto over_columns = products_over(by_column, 2 * kCellRun);
+  // Shares that add up to 1 over the rows leave the columns' weights alone.
+  for (std::size_t a = 0; a < kNumPoseColumns; ++a) {
+    for (std::size_t b = 0; b < kNumPoseColumns; ++b) {
+      const std::size_t at = a * kNumPoseColumns + b;
+      EXPECT_NEAR(over_pixels[at],
+                  reference::SpreadProduct(x, y, pointers[a], pointers[b], 1, kSide), 1e-4);
+      EXPECT_NEAR(over_columns[at], reference::ColumnProduct(x, pointers[a], pointers[b], kSide),
+                  1e-4);
+    }
+  }
 }
 
 TEST_P(StripKernel, FindsInfluenceAndWhatResidualsPull) {
@@ -258,22 +301,27 @@ TEST_P(StripKernel, FindsInfluenceAndWhatResidualsPull) {
     pointers[k] = influence[k].data();
   }
   double moved[kNumPoseColumns] = {};
-  kernels_.find_influence(columns.pointers.data(), factors, weights.data(), residuals.data(), 16,
-                          96, pointers, moved);
-  for (std::size_t k = 0; k < kNumPoseColumns; ++k) {
-    double pull = 0.0;
-    for (std::size_t i = 16; i < 112; ++i) {
-      double expected = static_cast<double>(factors[k][kOne]);
-      for (std::size_t j = 0; j < kScene; ++j) {
-        if (j != kOne)
-          expected +=
-              static_cast<double>(factors[k][j]) * static_cast<double>(columns.values[j][i]);
+  for (const bool is_round : {false, true}) {
+    (is_round ? kernels_.find_round_influence : kernels_.find_influence)(
+        columns.pointers.data(), factors, weights.data(), residuals.data(), 16, 96, pointers,
+        moved);
+    for (std::size_t k = 0; k < kNumPoseColumns; ++k) {
+      double pull = 0.0;
+      for (std::size_t i = 16; i < 112; ++i) {
+        double expected = static_cast<double>(factors[k][kOne]);
+        for (std::size_t j = 0; j < kScene; ++j) {
+          const bool is_left_out =
+              j == kOne || (is_round && (j == kAxisBlur || j == kDiagonalBlur));
+          if (!is_left_out)
+            expected +=
+                static_cast<double>(factors[k][j]) * static_cast<double>(columns.values[j][i]);
+        }
+        expected *= static_cast<double>(weights[i]);
+        ASSERT_NEAR(static_cast<double>(influence[k][i]), expected, 1e-4);  // sums below 100
+        pull += expected * static_cast<double>(residuals[i]);
       }
-      expected *= static_cast<double>(weights[i]);
-      ASSERT_NEAR(static_cast<double>(influence[k][i]), expected, 1e-4);  // sums below 100
-      pull += expected * static_cast<double>(residuals[i]);
+      EXPECT_NEAR(moved[k], pull, 1e-3);
     }
-    EXPECT_NEAR(moved[k], pull, 1e-3);
   }
 }
 
