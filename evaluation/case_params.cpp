@@ -37,11 +37,12 @@ CaseParams ParamsOfRow(const CsvFile& file) {
     const std::optional<int> fold = ParseInteger(told->second);
     if (!fold || *fold < 0) file.Fail(fmt::format("symmetry '{}' is no fold", told->second));
     params.symmetry.fold = *fold;
+    params.tolerance.is_scaled = true;
   }
   if (const auto told = params.values.find("fit_max"); told != params.values.end()) {
     const std::optional<double> px = ParseNumber(told->second);
     if (!px || *px < 0) file.Fail(fmt::format("fit_max '{}' is no distance", told->second));
-    params.fit_max_px = *px;
+    params.tolerance.fit_max_px = *px;
   }
   return params;
 }

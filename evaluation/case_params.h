@@ -10,8 +10,9 @@ namespace orvandel::evaluation {
 /// What is known of a case beside its truth.
 struct CaseParams {
   Symmetry symmetry;  ///< of the pattern; `symmetry=`, none where it is not told
-  double fit_max_px =
-      0;  ///< largest distance of a true corner from the manifest's pose; `fit_max=`
+  /// The scaled one in suites that tell symmetries, with `fit_max=`: the largest distance of a true
+  /// corner from the manifest's pose.
+  Tolerance tolerance;
   std::map<std::string, std::string> values;  ///< all that is told, by name
 };
 

@@ -4,9 +4,9 @@
 
 namespace orvandel::evaluation {
 
-// Two counts of pixels meet here and nowhere else. Manifests and finders put the centre of the
-// top-left pixel at (0, 0); the segment engine, its classic face and what the tool prints of them
-// put it at (0.5, 0.5). Moving by half a pixel is exact for positions of 0.25 and more.
+// Two counts of pixels meet here and nowhere else. Manifests, finders and all that the tool prints
+// put the centre of the top-left pixel at (0, 0); the segment engine and its classic face put it at
+// (0.5, 0.5), as do drawings. Moving by half a pixel is exact for positions of 0.25 and more.
 
 inline constexpr Point kHalfPixel = {0.5, 0.5};
 

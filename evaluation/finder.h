@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,8 +21,10 @@ struct PatternFrame {
 /// One place where a pattern may be.
 struct Match {
   Similarity scene_from_pattern;  ///< of pattern points measured from the frame's origin
-  double score = 0;               ///< percent
+  double score = 0;               ///< as the finder counts it
   bool is_accepted = false;       ///< the finder holds it for the pattern
+  /// Of (x, y, angle, scale), row by row: pixels, radians, 1. Nothing where the finder tells none.
+  std::optional<std::array<double, 16>> covariance = {};
 };
 
 /// What a finder says of one scene.
@@ -28,6 +32,8 @@ struct Finding {
   std::string status;          ///< a word for tables, such as "found" or "timed_out"
   std::vector<Match> matches;  ///< best first; with those that were not accepted
   double time_ms = 0;          ///< of the search alone, without reading the file
+  bool timed_out = false;      ///< the finder ended before it had looked everywhere
+  int score_decimals = 3;      ///< that tables print
 
   bool HasAccepted() const { return !matches.empty() && matches.front().is_accepted; }
 };
@@ -44,6 +50,12 @@ class Finder {
 
   /// Looks for the learnt pattern. The scene is not changed.
   virtual Finding Find(const ImageFile& scene) = 0;
+
+  /// The same for several instances, up to so many; 0 for all. A finder that knows one best place
+  /// only tells that.
+  virtual Finding FindSeveral(const ImageFile& scene, [[maybe_unused]] int max_matches) {
+    return Find(scene);
+  }
 };
 
 }  // namespace orvandel::evaluation

@@ -13,12 +13,12 @@ struct Pair {
 std::vector<Pair> PairsWithinTolerance(std::span<const Match> matches,
                                        std::span<const Similarity> instances,
                                        const PatternFrame& frame, Symmetry symmetry,
-                                       double fit_max_px) {
+                                       const Tolerance& tolerance) {
   std::vector<Pair> pairs;
   for (std::size_t m = 0; m < matches.size(); ++m) {
     for (std::size_t i = 0; i < instances.size(); ++i) {
       const PoseError error = ErrorOf(matches[m].scene_from_pattern, instances[i], frame, symmetry);
-      if (error.corner_px < ScaledCornerTolerancePx(frame, instances[i].scale, fit_max_px))
+      if (error.corner_px < tolerance.Px(frame, instances[i].scale))
         pairs.push_back({m, {i, error}});
     }
   }
@@ -30,8 +30,9 @@ std::vector<Pair> PairsWithinTolerance(std::span<const Match> matches,
 std::vector<std::optional<MatchedInstance>> MatchInstances(std::span<const Match> matches,
                                                            std::span<const Similarity> instances,
                                                            const PatternFrame& frame,
-                                                           Symmetry symmetry, double fit_max_px) {
-  std::vector<Pair> pairs = PairsWithinTolerance(matches, instances, frame, symmetry, fit_max_px);
+                                                           Symmetry symmetry,
+                                                           const Tolerance& tolerance) {
+  std::vector<Pair> pairs = PairsWithinTolerance(matches, instances, frame, symmetry, tolerance);
   std::stable_sort(pairs.begin(), pairs.end(), [](const Pair& a, const Pair& b) {
     return a.matched.error.corner_px < b.matched.error.corner_px;
   });

@@ -19,12 +19,12 @@ struct MatchedInstance {
 /// so that of two matches at one instance the farther one is false.
 ///
 /// @param instances   true poses, of pattern points measured from the pattern image's centre.
-/// @param fit_max_px  as for `ScaledCornerTolerancePx`, which decides what is near enough.
+/// @param tolerance   what is near enough.
 /// @return  for each match its instance; nothing for a false one.
 std::vector<std::optional<MatchedInstance>> MatchInstances(std::span<const Match> matches,
                                                            std::span<const Similarity> instances,
                                                            const PatternFrame& frame,
-                                                           Symmetry symmetry = {},
-                                                           double fit_max_px = 0);
+                                                           Symmetry symmetry,
+                                                           const Tolerance& tolerance);
 
 }  // namespace orvandel::evaluation

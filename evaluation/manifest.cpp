@@ -38,7 +38,8 @@ class ManifestReader {
  public:
   explicit ManifestReader(const std::filesystem::path& path)
       : file_(path, kManifestColumns, "no manifest of a suite can be read here"),
-        folder_(path.parent_path()) {}
+        folder_(path.parent_path()),
+        params_of_(ReadCaseParams(Utf8FromPath(folder_))) {}
 
   std::vector<TestCase> Read() {
     while (file_.NextRow())
@@ -65,7 +66,7 @@ class ManifestReader {
     const std::string pattern = PathTo(file_.Field("pattern"));
     const std::string scene = PathTo(file_.Field("scene"));
     const auto [found, is_new] = index_of_.emplace(name, cases_.size());
-    if (is_new) cases_.push_back({name, pattern, scene, {}});
+    if (is_new) cases_.push_back({name, pattern, scene, {}, params_of_[name]});
     TestCase& test_case = cases_[found->second];
     if (test_case.pattern != pattern || test_case.scene != scene)
       file_.Fail(fmt::format("case '{}' had another pattern or scene before", name));
@@ -79,6 +80,7 @@ class ManifestReader {
 
   CsvFile file_;
   std::filesystem::path folder_;
+  std::map<std::string, CaseParams> params_of_;
   std::map<std::string, std::size_t> index_of_;  // of cases, by name
   std::vector<TestCase> cases_;
 };

@@ -27,10 +27,6 @@ std::array<Point, 4> Corners(const PatternFrame& frame) {
   return {Point{-0.5, -0.5}, Point{right, -0.5}, Point{right, bottom}, Point{-0.5, bottom}};
 }
 
-Point CentreOf(const PatternFrame& frame) {
-  return {(frame.width - 1) / 2.0, (frame.height - 1) / 2.0};
-}
-
 double MeanCornerDistance(const Similarity& found, const Similarity& truth,
                           const PatternFrame& frame) {
   const SimilarityMap found_map(found);
@@ -44,7 +40,20 @@ double MeanCornerDistance(const Similarity& found, const Similarity& truth,
   return mean;
 }
 
-/// The true pose among those that look the same whose angle is nearest to the found one's.
+}  // namespace
+
+double Degrees(double radians) {
+  return radians * kDegreesPerRadian;
+}
+
+double Radians(double degrees) {
+  return degrees * kRadiansPerDegree;
+}
+
+Point CentreOf(const PatternFrame& frame) {
+  return {(frame.width - 1) / 2.0, (frame.height - 1) / 2.0};
+}
+
 Similarity NearestEquivalent(const Similarity& truth, double found_angle, Symmetry symmetry) {
   Similarity nearest = truth;
   if (symmetry.IsFullCircle()) {
@@ -54,16 +63,6 @@ Similarity NearestEquivalent(const Similarity& truth, double found_angle, Symmet
     nearest.angle += step * std::round((found_angle - truth.angle) / step);
   }
   return nearest;
-}
-
-}  // namespace
-
-double Degrees(double radians) {
-  return radians * kDegreesPerRadian;
-}
-
-double Radians(double degrees) {
-  return degrees * kRadiansPerDegree;
 }
 
 PoseError ErrorOf(const Similarity& found, const Similarity& truth, const PatternFrame& frame,

@@ -15,6 +15,12 @@ struct Symmetry {
   bool IsFullCircle() const { return fold == 0; }
 };
 
+/// Centre of the pattern image, pattern pixels.
+Point CentreOf(const PatternFrame& frame);
+
+/// The true pose among those that look the same whose angle is nearest to the found one's.
+Similarity NearestEquivalent(const Similarity& truth, double found_angle, Symmetry symmetry);
+
 /// How far a pose is from the truth.
 struct PoseError {
   double corner_px = 0;      ///< mean displacement of the pattern image's four corners
@@ -32,6 +38,7 @@ PoseError ErrorOf(const Similarity& found, const Similarity& truth, const Patter
                   Symmetry symmetry = {});
 
 // How far off the corners may be on average for a pose to count as found; less than this, that is.
+// A suite says which of the two holds (`Tolerance`).
 
 /// 5 % of the pattern image's diagonal, whatever the scale.
 double CornerTolerancePx(const PatternFrame& frame);
@@ -42,5 +49,16 @@ double CornerTolerancePx(const PatternFrame& frame);
 /// @param fit_max_px  largest distance of a true corner from the manifest's pose, where the mapping
 ///                    is no similarity.
 double ScaledCornerTolerancePx(const PatternFrame& frame, double scale, double fit_max_px = 0);
+
+/// What counts as found.
+struct Tolerance {
+  bool is_scaled = false;  ///< `ScaledCornerTolerancePx`, else `CornerTolerancePx`
+  double fit_max_px = 0;   ///< as for the scaled one, which alone knows it
+
+  /// @param scale  the true one.
+  double Px(const PatternFrame& frame, double scale) const {
+    return is_scaled ? ScaledCornerTolerancePx(frame, scale, fit_max_px) : CornerTolerancePx(frame);
+  }
+};
 
 }  // namespace orvandel::evaluation

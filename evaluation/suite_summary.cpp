@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "evaluation/pose_deviation.h"
 #include "evaluation/statistics.h"
 
 namespace orvandel::evaluation {
@@ -9,6 +10,26 @@ namespace {
 
 MedianAndP90 MedianAndP90Of(const std::vector<double>& values) {
   return {Median(values), Percentile(values, 90)};
+}
+
+void CountInstances(std::span<const CaseResult> results, SuiteSummary& summary) {
+  std::vector<double> corner_px;
+  for (const CaseResult& r : results) {
+    summary.num_instances += r.num_instances;
+    summary.num_instances_found += static_cast<int>(r.instance_errors.size());
+    summary.num_instances_false += r.num_false;
+    for (const PoseError& error : r.instance_errors)
+      corner_px.push_back(error.corner_px);
+  }
+  summary.instance_corner_px = MedianAndP90Of(corner_px);
+}
+
+void CountCovariances(std::span<const CaseResult> results, SuiteSummary& summary) {
+  for (const CaseResult& r : results) {
+    if (!r.squared_deviation) continue;
+    ++summary.num_with_covariance;
+    if (*r.squared_deviation <= NinetyFivePercent(r.num_free)) ++summary.num_inside_95;
+  }
 }
 
 }  // namespace
@@ -30,13 +51,15 @@ SuiteSummary Summarize(const std::string& name, std::span<const CaseResult> resu
     if (!r.is_found) continue;
     ++summary.num_found;
     corner_px.push_back(r.error->corner_px);
-    angle_deg.push_back(r.error->angle_deg);
+    if (!r.symmetry.IsFullCircle()) angle_deg.push_back(r.error->angle_deg);
     scale_percent.push_back(r.error->scale_percent);
   }
   summary.corner_px = MedianAndP90Of(corner_px);
   summary.angle_deg = MedianAndP90Of(angle_deg);
   summary.scale_percent = MedianAndP90Of(scale_percent);
   summary.time_ms = MedianAndP90Of(time_ms);
+  CountInstances(results, summary);
+  CountCovariances(results, summary);
   return summary;
 }
 

@@ -26,6 +26,13 @@ struct SuiteSummary {
   MedianAndP90 angle_deg;
   MedianAndP90 scale_percent;
   MedianAndP90 time_ms;  ///< of all searches
+
+  int num_instances = 0;        ///< in all scenes
+  int num_instances_found = 0;  ///< of them, with an accepted match
+  int num_instances_false = 0;  ///< accepted matches at no instance, in scenes without any as well
+  MedianAndP90 instance_corner_px;  ///< of the instances found
+  int num_with_covariance = 0;      ///< best matches, accepted and found, that tell theirs
+  int num_inside_95 = 0;  ///< of them, the truth lies within the ellipsoid that holds 95 %
 };
 
 SuiteSummary Summarize(const std::string& name, std::span<const CaseResult> results);

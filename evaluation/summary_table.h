@@ -17,7 +17,7 @@ std::string SummaryTableRow(const SuiteSummary& summary, std::size_t name_width)
 std::string SummaryCsvHead();
 std::string SummaryCsvRow(const SuiteSummary& summary);
 
-/// A CSV file with a line per case. Positions count pixels the classic way, as `find` prints them.
+/// A CSV file with a line per case. The centre of the top-left pixel is (0, 0).
 std::string CasesCsv(std::span<const CaseResult> results);
 
 }  // namespace orvandel::evaluation

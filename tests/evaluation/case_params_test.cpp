@@ -36,8 +36,8 @@ TEST(CaseParams, TellSymmetryAndFitOfEachCase) {
   EXPECT_EQ(params.at("a").symmetry.fold, 6);
   EXPECT_TRUE(params.at("b").symmetry.IsFullCircle());
   EXPECT_EQ(params.at("c").symmetry.fold, 1);
-  EXPECT_EQ(params.at("c").fit_max_px, 1.65);
-  EXPECT_EQ(params.at("a").fit_max_px, 0);
+  EXPECT_EQ(params.at("c").tolerance.fit_max_px, 1.65);
+  EXPECT_EQ(params.at("a").tolerance.fit_max_px, 0);
 }
 
 TEST(CaseParams, KeepAllThatIsTold) {
@@ -45,6 +45,12 @@ TEST(CaseParams, KeepAllThatIsTold) {
   EXPECT_EQ(params.at("a").values, (std::map<std::string, std::string>{
                                        {"bg", "photo:d_desk"}, {"flag", ""}, {"size", "640x480"}}));
   EXPECT_EQ(params.at("a").symmetry.fold, 1);
+}
+
+TEST(CaseParams, WhereASymmetryIsToldTheToleranceScales) {
+  auto params = ParamsIn("a,symmetry=1\nb,noise=2\n");
+  EXPECT_TRUE(params.at("a").tolerance.is_scaled);
+  EXPECT_FALSE(params.at("b").tolerance.is_scaled);
 }
 
 TEST(CaseParams, ASuiteWithoutTheFileHasNone) {

@@ -107,5 +107,20 @@ TEST(Manifest, AFolderWithoutOneIsNoSuite) {
   EXPECT_THROW(ReadSuite(folder.File("nowhere")), FileError);
 }
 
+TEST(Manifest, CasesHaveTheParametersBesideIt) {
+  const ScratchFolder folder;
+  WriteBytes(folder.File("manifest.csv"),
+             "case,pattern,scene,instance,cx,cy,angle_deg,scale\n"
+             "a,p.png,s.png,0,1,2,3,1\nb,p.png,s.png,0,1,2,3,1\n");
+  WriteBytes(folder.File("params.csv"), "case,params\na,symmetry=4;noise=1\n");
+  for (const std::string& path : {folder.Path().string(), folder.File("manifest.csv")}) {
+    const Suite suite = ReadSuite(path);
+    ASSERT_EQ(suite.cases.size(), 2u);
+    EXPECT_EQ(suite.cases[0].params.symmetry.fold, 4);
+    EXPECT_EQ(suite.cases[0].params.values.at("noise"), "1");
+    EXPECT_EQ(suite.cases[1].params.symmetry.fold, 1);
+  }
+}
+
 }  // namespace
 }  // namespace orvandel::evaluation::test

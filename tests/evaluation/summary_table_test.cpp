@@ -1,6 +1,7 @@
 #include "evaluation/summary_table.h"
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -48,7 +49,35 @@ TEST(SummaryCsv, HasAFieldForEveryColumn) {
   EXPECT_EQ(lines[1][8], "3.0000");
 }
 
-TEST(CasesCsv, HasALinePerCaseAndPosesInClassicPixels) {
+TEST(SummaryCsv, NewColumnsStandBehindTheOlderOnes) {
+  const auto lines =
+      FieldsOfLines(SummaryCsvHead() + SummaryCsvRow(SummaryOf({JudgeShift(3), JudgeShift(40)})));
+  EXPECT_EQ(lines[0][15], "time_p90_ms");
+  EXPECT_EQ(lines[0][16], "instances");
+  EXPECT_EQ(lines[1][16], "2");
+  EXPECT_EQ(lines[0][17], "instances_found");
+  EXPECT_EQ(lines[1][17], "1");
+  EXPECT_EQ(lines[0][18], "instances_false");
+  EXPECT_EQ(lines[1][18], "1");
+}
+
+TEST(CasesCsv, TellsDeviationsWhereTheFinderDoes) {
+  Finding finding = FindingAt(kInstance);
+  finding.matches[0].covariance = std::array<double, 16>{};
+  for (const std::size_t i : {0u, 5u, 10u, 15u})
+    (*finding.matches[0].covariance)[i] = 0.0625;
+  const auto lines = FieldsOfLines(CasesCsv(std::vector<CaseResult>{
+      Judge("suite", CaseWith({kInstance}), finding, kFrame), JudgeShift(3)}));
+  const auto column = static_cast<std::size_t>(std::find(lines[0].begin(), lines[0].end(), "sd_x") -
+                                               lines[0].begin());
+  ASSERT_LT(column + 5, lines[0].size());
+  EXPECT_EQ(lines[1][column], "0.250000");
+  EXPECT_EQ(lines[1][column + 4], "0.0000");  // squared deviation of the truth itself
+  EXPECT_EQ(lines[1][column + 5], "4");
+  EXPECT_EQ(lines[2][column], "");
+}
+
+TEST(CasesCsv, HasALinePerCaseAndPoses) {
   const std::vector<CaseResult> results = {JudgeShift(3), Unusable("suite", CaseWith({kInstance}))};
   const auto lines = FieldsOfLines(CasesCsv(results));
   ASSERT_EQ(lines.size(), 3u);
@@ -56,7 +85,7 @@ TEST(CasesCsv, HasALinePerCaseAndPosesInClassicPixels) {
   ASSERT_EQ(lines[2].size(), lines[0].size());
   EXPECT_EQ(lines[1][3], "found");
   EXPECT_EQ(lines[0][9], "x");
-  EXPECT_EQ(lines[1][9], "203.5000");
+  EXPECT_EQ(lines[1][9], "203.0000");
   EXPECT_EQ(lines[2][3], "unusable");
   EXPECT_EQ(lines[2][9], "");
 }
