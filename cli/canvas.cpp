@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "base/rounding.h"
-#include "cli/dot_font.h"
 #include "cli/png.h"
+#include "cli/stroke_font.h"
 
 namespace orvandel::cli {
 namespace {
@@ -81,6 +81,17 @@ void Canvas::DrawDot(Point centre, double diameter_px, Colour colour) {
   DrawLine(centre, centre, diameter_px, colour);
 }
 
+void Canvas::DrawStrokes(std::span<const Polyline> strokes, double width_px, Colour colour,
+                         double opacity) {
+  for (const auto& [points, is_closed] : strokes) {
+    for (std::size_t i = 1; i < points.size(); ++i)
+      CoverSegment(OnCanvas(points[i - 1]), OnCanvas(points[i]), width_px);
+    if (is_closed && points.size() > 2)
+      CoverSegment(OnCanvas(points.back()), OnCanvas(points.front()), width_px);
+  }
+  PaintCovered(colour, opacity);
+}
+
 void Canvas::FillRectangle(int x, int y, int width, int height, Colour colour, double opacity) {
   const int right = std::min(x + width, width_);
   const int bottom = std::min(y + height, height_);
@@ -92,20 +103,26 @@ void Canvas::FillRectangle(int x, int y, int width, int height, Colour colour, d
   }
 }
 
-void Canvas::DrawText(int x, int y, int dot_px, std::string_view text, Colour colour) {
-  for (const char c : text) {
-    for (int row = 0; row < kGlyphRows; ++row) {
-      for (int column = 0; column < kGlyphColumns; ++column) {
-        if (GlyphHasDot(c, column, row))
-          FillRectangle(x + column * dot_px, y + row * dot_px, dot_px, dot_px, colour, 1.0);
+void Canvas::DrawText(double x, double y, double height_px, std::string_view text, Colour colour) {
+  const double width_px = std::max(1.0, height_px / 7);
+  for (const char32_t c : CharactersOf(text)) {
+    const Glyph glyph = GlyphOf(c);
+    for (const std::vector<Point>& stroke : glyph.strokes) {
+      for (std::size_t i = 0; i < stroke.size(); ++i) {
+        const Point from = stroke[i == 0 ? 0 : i - 1];
+        CoverSegment(Point{x, y} + height_px * from, Point{x, y} + height_px * stroke[i], width_px);
       }
     }
-    x += kGlyphAdvance * dot_px;
+    x += height_px * glyph.advance;
   }
+  PaintCovered(colour);
 }
 
-int Canvas::TextWidth(std::string_view text, int dot_px) {
-  return static_cast<int>(text.size()) * kGlyphAdvance * dot_px;
+double Canvas::TextWidth(std::string_view text, double height_px) {
+  double width = 0;
+  for (const char32_t c : CharactersOf(text))
+    width += GlyphOf(c).advance;
+  return height_px * width;
 }
 
 std::string Canvas::EncodePng() const {
@@ -146,9 +163,9 @@ void Canvas::Cover(int x, int y, double coverage) {
   coverage_[pixel] = value;
 }
 
-void Canvas::PaintCovered(Colour colour) {
+void Canvas::PaintCovered(Colour colour, double opacity) {
   for (const std::size_t pixel : covered_) {
-    Blend(pixel, colour, static_cast<double>(coverage_[pixel]));
+    Blend(pixel, colour, opacity * static_cast<double>(coverage_[pixel]));
     coverage_[pixel] = 0;
   }
   covered_.clear();

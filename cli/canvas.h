@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/geometry.h"
+#include "cli/polyline.h"
 #include "orvandel/classic/imgutil_i.h"
 
 namespace orvandel::cli {
@@ -36,17 +37,22 @@ class Canvas {
   void DrawLine(Point from, Point to, double width_px, Colour colour);
   void DrawPolyline(std::span<const Point> points, bool closed, double width_px, Colour colour);
   void DrawDot(Point centre, double diameter_px, Colour colour);
+  /// Strokes as one figure: where they meet or cross, nothing is painted twice.
+  void DrawStrokes(std::span<const Polyline> strokes, double width_px, Colour colour,
+                   double opacity = 1);
 
   // Canvas pixels, for captions and frames.
 
   /// A rectangle that lets the ground through: 0 leaves it, 1 covers it.
   void FillRectangle(int x, int y, int width, int height, Colour colour, double opacity);
-  /// Text in capitals, digits and `.,-+%:/` of 3 x 5 dots; other characters are blank.
+  /// A line of UTF-8 text in the characters of the stroke font.
   ///
-  /// @param dot_px  side of a dot.
-  void DrawText(int x, int y, int dot_px, std::string_view text, Colour colour);
-  static int TextWidth(std::string_view text, int dot_px);
-  static int TextHeight(int dot_px) { return 5 * dot_px; }
+  /// @param x, y       top left of the first capital.
+  /// @param height_px  of capitals.
+  void DrawText(double x, double y, double height_px, std::string_view text, Colour colour);
+  static double TextWidth(std::string_view text, double height_px);
+
+  int zoom() const { return static_cast<int>(zoom_); }
 
   /// The canvas as a PNG file. Throws std::bad_alloc when memory is short.
   std::string EncodePng() const;
@@ -55,7 +61,7 @@ class Canvas {
   void CoverSegment(Point from, Point to, double width_px);
   void CoverPiece(Point from, Point to, double width_px);
   void Cover(int x, int y, double coverage);
-  void PaintCovered(Colour colour);
+  void PaintCovered(Colour colour, double opacity = 1);
   void Blend(std::size_t pixel, Colour colour, double opacity);
   Point OnCanvas(Point p) const { return {p.x * zoom_, p.y * zoom_}; }
 

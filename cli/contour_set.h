@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "base/geometry.h"
 #include "cli/image_input.h"
+#include "cli/polyline.h"
 #include "cli/search_options.h"
 #include "contours/contour_handle.h"
 #include "orvandel/classic/crawler.h"
@@ -25,12 +25,6 @@ ContourHandle FindContours(const ImageFile& file, const CrawlOptions& options, b
 inline CCrawler& FieldsOf(const ContourHandle& set) {
   return *static_cast<CCrawler*>(set.get());
 }
-
-/// One contour, to be drawn or listed.
-struct Polyline {
-  std::vector<Point> points;
-  bool is_closed = false;
-};
 
 /// The contours of a set, in its order.
 std::vector<Polyline> PolylinesOf(const ContourHandle& set);

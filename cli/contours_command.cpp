@@ -16,6 +16,7 @@
 #include "cli/output_file.h"
 #include "cli/report.h"
 #include "cli/tool_error.h"
+#include "evaluation/classic_pixels.h"
 #include "evaluation/number_text.h"
 
 namespace orvandel::cli {
@@ -30,7 +31,8 @@ constexpr const char* kContoursAbout =
 constexpr const char* kContoursUsage = "orvandel contours [options] IMAGE";
 constexpr const char* kContoursFooter =
     R"(Per contour: number of points, whether it closes on itself, and the pixels it
-spans, x right and y down; the centre of the top-left pixel is (0.5, 0.5).
+spans, x right and y down; the centre of the top-left pixel is (0, 0). The files
+of --save and --dump are the library's, which puts it at (0.5, 0.5).
 
 Examples:
   orvandel contours part.png
@@ -51,7 +53,7 @@ struct ContoursArguments {
   bool verbose = false;
 };
 
-// What one contour spans.
+// What one contour spans, as it is printed.
 struct Extent {
   Point least;
   Point most;
@@ -63,7 +65,7 @@ Extent ExtentOf(const std::vector<Point>& points) {
     extent.least = {std::min(extent.least.x, p.x), std::min(extent.least.y, p.y)};
     extent.most = {std::max(extent.most.x, p.x), std::max(extent.most.y, p.y)};
   }
-  return extent;
+  return {evaluation::FromClassicPixels(extent.least), evaluation::FromClassicPixels(extent.most)};
 }
 
 void PrintCsv(const std::vector<Polyline>& contours, Report& report) {

@@ -29,20 +29,27 @@ void AddDrawOptions(CLI::App& app, DrawOptions& options, const std::string& what
                  fmt::format("Write a PNG of the darkened picture with {}.", what))
       ->type_name("FILE")
       ->group("Output");
+  AddZoomOption(app, options.zoom);
+}
+
+void AddZoomOption(CLI::App& app, int& zoom) {
   app.add_option_function<std::string>(
-         "--zoom", [&options](const std::string& text) { options.zoom = ParseZoom(text); },
+         "--zoom", [&zoom](const std::string& text) { zoom = ParseZoom(text); },
          fmt::format("Draw so many times larger, 1 to {} (1); sub-pixel detail shows from 4 on.",
                      kMaxZoom))
       ->type_name("N")
       ->group("Output");
 }
 
+void CheckZoom(const ImageFile& file, int zoom) {
+  const int longer_side = std::max(file.image->width, file.image->height);
+  if (longer_side > evaluation::kMaxImageSide / zoom)
+    throw FileError(file.path, fmt::format("too large to be drawn {} times larger (--zoom)", zoom));
+}
+
 Canvas DarkenedCanvas(const ImageFile& file, const DrawOptions& options) {
   constexpr double kBrightness = 0.45;
-  const int longer_side = std::max(file.image->width, file.image->height);
-  if (longer_side > evaluation::kMaxImageSide / options.zoom)
-    throw FileError(file.path,
-                    fmt::format("too large to be drawn {} times larger (--zoom)", options.zoom));
+  CheckZoom(file, options.zoom);
   return Canvas(*file.image, options.zoom, kBrightness);
 }
 

@@ -24,6 +24,12 @@ struct DrawOptions {
 /// @param what  is drawn over the darkened image, for the help.
 void AddDrawOptions(CLI::App& app, DrawOptions& options, const std::string& what);
 
+/// Adds --zoom alone.
+void AddZoomOption(CLI::App& app, int& zoom);
+
+/// Throws FileError when the image, so many times larger, would be larger than images may be.
+void CheckZoom(const ImageFile& file, int zoom);
+
 /// The image, darkened so that colours stand out, to draw on. Throws FileError when it would be
 /// larger than images may be.
 Canvas DarkenedCanvas(const ImageFile& file, const DrawOptions& options);

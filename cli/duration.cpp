@@ -24,7 +24,7 @@ std::optional<double> MicrosecondsPer(std::string_view unit) {
 
 }  // namespace
 
-int ParseTimeoutUs(std::string_view text) {
+int ParseTimeoutUs(std::string_view text, int longest_us) {
   if (text == "0") return 0;
   const std::size_t number_length = text.find_last_of("0123456789.") + 1;  // npos + 1 is 0
   const std::optional<double> number = ParseNumber(text.substr(0, number_length));
@@ -34,9 +34,9 @@ int ParseTimeoutUs(std::string_view text) {
         "--timeout: '{}' is not a time; give a number and its unit, as in 500us, 20ms or 1.5s",
         text));
   const double timeout_us = std::round(*number * *unit_us);
-  if (!(timeout_us >= 0 && timeout_us <= kMaxTimeoutUs))
-    throw UsageError(
-        fmt::format("--timeout: '{}' is out of range; it goes from 0 to 3.999s", text));
+  if (!(timeout_us >= 0 && timeout_us <= longest_us))
+    throw UsageError(fmt::format("--timeout: '{}' is out of range; it goes from 0 to {:g}s", text,
+                                 longest_us / 1e6));
   return static_cast<int>(timeout_us);
 }
 

@@ -21,15 +21,31 @@ not hold the pattern. Paths are relative to the folder. (cx, cy) is the scene
 position of the pattern picture's centre, the centre of the top-left pixel being
 (0, 0); a positive angle turns clockwise on the screen.
 
+A params.csv beside it, with the columns case and params, may tell the pattern's
+symmetry, as in "symmetry=6;noise=1.2": 1 none, n n-fold, 0 a full circle. An
+angle then counts modulo 360/n; a full circle's counts for nothing.
+
 Per suite:
-  found        cases whose best pose is at an instance, whatever its score: the
-               corners of the pattern picture are off by less than 5 % of its
-               diagonal on average; of the cases whose scene holds the pattern
-  accepted     of these, the score reaches the accept score
-  misplaced    the score reaches it at a wrong place
-  false finds  the score reaches it, of the scenes without the pattern
+  found        cases whose best pose is at an instance, whatever its score (the
+               shape engine tells only poses that score enough); of the cases
+               whose scene holds the pattern. At an instance means: the corners
+               of the pattern picture are off on average by less than 5 % of its
+               diagonal; where params.csv tells a symmetry by less than 3 % of
+               the diagonal at the instance's scale, at least 1.5 pixels, and
+               beyond that the case's fit_max.
+  accepted     of these, the score is enough
+  misplaced    the score is enough at a wrong place
+  false finds  the score is enough, of the scenes without the pattern
   corner, angle, scale   errors of the found cases: median and 90th percentile
   time         of all searches, without reading files
+  instances    found: those with an accepted match of their own, of all; false:
+               accepted matches at none. The shape engine is asked for as many
+               matches as a case has instances, or as --max-matches says.
+
+--csv tells the corner errors of the instances as well, and of how many found
+cases the truth lies within the 95 % ellipsoid of the pose's covariance. --cases
+tells the standard deviations, and the squared distance by the covariance
+(squared_deviation) with the number of values that it counts.
 
 Overlays show the pose found as `orvandel find` draws it, and the outline of the
 true instances in blue.
@@ -39,13 +55,14 @@ Exit status: 0 done, 2 a usage error or a file that cannot be used.
 Examples:
   orvandel evaluate data/rotation data/noise
   orvandel evaluate data/* --cases cases.csv --overlay looked-at
-  orvandel evaluate data/scale --scale 0.4,2.2 --accept-score 70 --csv)";
+  orvandel evaluate data/crowd --max-matches 0 --scale 0.95,1.05
+  orvandel evaluate data/scale --engine segments --min-score 70 --csv)";
 
-void AddOptions(CLI::App& app, EvaluateArguments& arguments) {
+void AddOptions(CLI::App& app, EvaluateArguments& arguments, SearchArguments& search) {
   app.add_option("SUITE", arguments.suites, "Folders with a manifest.csv.")
       ->required()
       ->option_text("...");
-  AddSearchOptions(app, arguments.search);
+  search.AddTo(app);
   app.add_flag("--csv", arguments.csv, "Print CSV, a header and a line per suite.")
       ->group("Output");
   app.add_option("--output", arguments.output, "Print into this file.")
@@ -67,9 +84,10 @@ Command AddEvaluateCommand(CLI::App& program) {
   const auto arguments = std::make_shared<EvaluateArguments>();
   CLI::App& app = AddSubcommand(program, "evaluate", "Measure finds against suites of known poses.",
                                 {kEvaluateAbout, kEvaluateUsage, kEvaluateFooter});
-  AddOptions(app, *arguments);
-  const auto run = [arguments] {
-    CheckOptions(arguments->search.crawl);
+  const auto search = std::make_shared<SearchArguments>();
+  AddOptions(app, *arguments, *search);
+  const auto run = [arguments, search] {
+    arguments->search = search->Resolve();
     return Evaluate(*arguments);
   };
   return {&app, run};

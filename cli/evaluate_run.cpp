@@ -1,6 +1,7 @@
 #include "cli/evaluate_run.h"
 
 #include <algorithm>
+#include <memory>
 #include <set>
 #include <span>
 #include <string>
@@ -9,9 +10,9 @@
 #include "cli/messages.h"
 #include "cli/output_file.h"
 #include "cli/overlay.h"
+#include "cli/pattern_finder.h"
 #include "cli/progress_bar.h"
 #include "cli/report.h"
-#include "cli/segment_finder.h"
 #include "cli/tool_error.h"
 #include "evaluation/case_result.h"
 #include "evaluation/classic_pixels.h"
@@ -46,7 +47,7 @@ class EvaluateRun {
  public:
   explicit EvaluateRun(const EvaluateArguments& arguments)
       : arguments_(arguments),
-        finder_(arguments.search),
+        finder_(MakePatternFinder(arguments.search)),
         overlays_(arguments.overlay),
         report_(arguments.output) {
     for (const std::string& path : arguments.suites)
@@ -87,7 +88,7 @@ class EvaluateRun {
     try {
       Learn(test_case.pattern);
       const ImageFile scene = ReadImage(test_case.scene);
-      const evaluation::Finding finding = finder_.Find(scene);
+      const evaluation::Finding finding = finder_->FindSeveral(scene, NumWanted(test_case));
       if (!arguments_.overlay.empty()) DrawOverlay(suite, test_case, scene);
       return Judge(suite.name, test_case, finding, frame_);
     } catch (const FileError& error) {
@@ -98,18 +99,26 @@ class EvaluateRun {
     }
   }
 
+  // As many as there are, so that a table tells of them all; where there are none, one is enough to
+  // be false.
+  int NumWanted(const TestCase& test_case) const {
+    if (arguments_.search.tells_max_matches) return arguments_.search.shapes.max_matches;
+    return std::max(1, static_cast<int>(test_case.instances.size()));
+  }
+
   // Learns a pattern only where it is not that of the case before.
   void Learn(const std::string& pattern) {
     if (learnt_ == pattern) return;
     learnt_.clear();
-    frame_ = finder_.Learn(ReadImage(pattern));
+    frame_ = finder_->Learn(ReadImage(pattern));
     learnt_ = pattern;
   }
 
   void DrawOverlay(const Suite& suite, const TestCase& test_case, const ImageFile& scene) {
     Canvas canvas(*scene.image, /*zoom=*/1, /*brightness=*/1.0);
     DrawTruth(canvas, test_case, frame_);
-    DrawFindResult(canvas, finder_.LastFinder(), finder_.LastResult());
+    const DrawnFind find = {finder_.get(), &finder_->LastResult(), ""};
+    DrawFinds(canvas, std::span(&find, 1));
     overlays_.Write(suite.name + "." + test_case.name, canvas);
   }
 
@@ -120,7 +129,7 @@ class EvaluateRun {
 
   const EvaluateArguments& arguments_;
   std::vector<Suite> suites_;
-  SegmentFinder finder_;
+  std::unique_ptr<PatternFinder> finder_;
   std::string learnt_;  // path of the pattern; empty for none
   PatternFrame frame_;
   OverlayFolder overlays_;

@@ -1,6 +1,7 @@
 #include "cli/image_input.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 #include <fmt/format.h>
@@ -19,6 +20,12 @@ ImageFile CutOut(const ImageFile& file, const Rectangle& part) {
   for (int y = 0; y < part.height; ++y)
     std::copy_n(file.image->row[part.y + y] + part.x, part.width, cut_out.image->row[y]);
   return cut_out;
+}
+
+ImageView GreyView(const ImageFile& file) {
+  const tImage& image = *file.image;
+  const std::ptrdiff_t stride = image.height > 1 ? image.row[1] - image.row[0] : image.width;
+  return ImageView8{image.row[0], image.width, image.height, stride};
 }
 
 void NoteConversion(const ImageFile& file) {

@@ -12,6 +12,7 @@
 #include "cli/output_file.h"
 #include "cli/report.h"
 #include "cli/tool_error.h"
+#include "evaluation/classic_pixels.h"
 #include "evaluation/number_text.h"
 #include "evaluation/pose_error.h"
 #include "orvandel/classic/line_extracter.h"
@@ -30,7 +31,7 @@ constexpr const char* kLinesUsage = "orvandel lines [options] IMAGE";
 constexpr const char* kLinesFooter =
     R"(Per straight edge, most points first:
   start, end   in pixels, x right and y down; the centre of the top-left pixel
-               is (0.5, 0.5).
+               is (0, 0).
   angle        of the fitted line in (-90, 90] degrees; positive turns clockwise
                on the screen.
   length       from start to end in pixels; 0 for one that was joined where a
@@ -61,9 +62,20 @@ Point EndOf(const CLineSegment& line) {
   return {line.end_x, line.end_y};
 }
 
+// As it is printed.
+Point StartPrinted(const CLineSegment& line) {
+  return evaluation::FromClassicPixels(StartOf(line));
+}
+
+Point EndPrinted(const CLineSegment& line) {
+  return evaluation::FromClassicPixels(EndOf(line));
+}
+
 std::string CsvRow(std::size_t i, const CLineSegment& line) {
-  return fmt::format("{},{},{},{},{},{},{},{},{},{},{},{}\n", i, Fixed(line.start_x, 4),
-                     Fixed(line.start_y, 4), Fixed(line.end_x, 4), Fixed(line.end_y, 4),
+  const Point start = StartPrinted(line);
+  const Point end = EndPrinted(line);
+  return fmt::format("{},{},{},{},{},{},{},{},{},{},{},{}\n", i, Fixed(start.x, 4),
+                     Fixed(start.y, 4), Fixed(end.x, 4), Fixed(end.y, 4),
                      Fixed(Degrees(line.line_angle), 4), Fixed(Degrees(line.direction), 4),
                      Fixed(Degrees(line.gradient_direction), 4), Fixed(line.length, 4),
                      line.num_points, Fixed(line.fit_error, 5), line.contour_index);
@@ -84,11 +96,13 @@ void PrintText(const std::vector<CLineSegment>& lines, Report& report) {
                            "start", "end", "angle deg", "length", "points", "error", "contour"));
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const CLineSegment& line = lines[i];
+    const Point start = StartPrinted(line);
+    const Point end = EndPrinted(line);
     report.Print(
         fmt::format("{:>4}  {:>8}, {:>8}  {:>8}, {:>8}  {:>9}  {:>7}  {:>6}  {:>6}  {:>7}\n", i,
-                    Fixed(line.start_x, 2), Fixed(line.start_y, 2), Fixed(line.end_x, 2),
-                    Fixed(line.end_y, 2), Fixed(Degrees(line.line_angle), 2), Fixed(line.length, 1),
-                    line.num_points, Fixed(line.fit_error, 3), line.contour_index));
+                    Fixed(start.x, 2), Fixed(start.y, 2), Fixed(end.x, 2), Fixed(end.y, 2),
+                    Fixed(Degrees(line.line_angle), 2), Fixed(line.length, 1), line.num_points,
+                    Fixed(line.fit_error, 3), line.contour_index));
   }
 }
 

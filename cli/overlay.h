@@ -1,6 +1,7 @@
 #pragma once
 
 #include <set>
+#include <span>
 #include <string>
 
 #include "cli/canvas.h"
@@ -8,11 +9,19 @@
 
 namespace orvandel::cli {
 
-/// Draws what `finder` found: the pattern's contours at the pose, a mark at the reference point
-/// with an arrow along the pattern's x axis, the numbers, and a frame, in green for a find and in
-/// orange for a pose that is not good enough. Without a pose there is only a red frame and the
-/// status.
-void DrawFindResult(Canvas& canvas, const PatternFinder& finder, const FindResult& result);
+/// What a search of one pattern came to, to be drawn.
+struct DrawnFind {
+  const PatternFinder* finder = nullptr;
+  const FindResult* result = nullptr;
+  std::string name;  ///< of the pattern, for the labels; empty where there is only one
+};
+
+/// Draws what was found in a scene: at each match the pattern's outline, in a colour for each
+/// pattern and in orange for a pose that is not good enough; a mark at the reference point with an
+/// arrow along the pattern's x axis; and a label with number, score and pose beside it. A caption
+/// says what was not found. The frame is green where every pattern was found, red where one was
+/// not, and orange where only doubtful poses are.
+void DrawFinds(Canvas& canvas, std::span<const DrawnFind> finds);
 
 /// A folder of overlay images, made when the first one is written.
 class OverlayFolder {

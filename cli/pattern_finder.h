@@ -1,90 +1,89 @@
 #pragma once
 
+#include <memory>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "base/geometry.h"
-#include "cli/contour_set.h"
+#include "cli/find_result.h"
 #include "cli/image_input.h"
+#include "cli/polyline.h"
 #include "cli/search_options.h"
-#include "search/segment_model.h"
-#include "search/segment_search.h"
+#include "evaluation/finder.h"
+#include "shape/model/shape_model.h"
 
 namespace orvandel::cli {
 
-enum class FindStatus {
-  kFound,
-  kBelowAcceptScore,  ///< the best pose is not good enough
-  kNoContours,        ///< nothing to match in the scene
-  kNoLines,           ///< no straight edge in the scene
-  kTimedOut,          ///< no pose was tried
+/// What the segment engine learnt.
+struct SegmentFacts {
+  int num_contours = 0;
+  int num_points = 0;  ///< of all contours
+  int num_lines = 0;   ///< straight segments
+  int edge_threshold = 0;
 };
 
-/// The status as reports spell it, "below_accept_score".
-const char* StatusWord(FindStatus status);
-
-struct FindResult {
-  FindStatus status = FindStatus::kTimedOut;
-  /// Of pattern points measured from the reference point, the best one, where `HasPose`. Pixels are
-  /// counted as the engine does: the centre of the top-left one is (0.5, 0.5).
-  Similarity scene_from_pattern;
-  double score = 0;    ///< percent
-  double time_ms = 0;  ///< of the search alone, without reading the file
-
-  bool IsFound() const { return status == FindStatus::kFound; }
-  bool HasPose() const { return IsFound() || status == FindStatus::kBelowAcceptScore; }
+/// What the shape engine learnt.
+struct ShapeFacts {
+  /// Edge points of the pattern seen so many times smaller.
+  struct Level {
+    double factor = 1;
+    int num_coarse = 0;
+    int num_fine = 0;
+    int num_all = 0;
+  };
+  std::vector<Level> levels;                ///< by rising factor
+  std::vector<shape::ChanceLevel> chances;  ///< by rising scale
 };
 
 /// What training learnt.
 struct PatternFacts {
   int width = 0;  ///< of the pattern image, pixels
   int height = 0;
-  int num_contours = 0;
-  int num_points = 0;  ///< of all contours
-  int num_lines = 0;   ///< straight segments
-  int edge_threshold = 0;
-  Point reference;  ///< mean of the contour points, pattern pixels
+  Point
+      reference;  ///< the point whose place matches tell: pattern pixels, the first's centre is 0, 0
+  double learning_ms = 0;
+  std::variant<ShapeFacts, SegmentFacts> learnt;
 };
 
 /// One line of it, as in "240 x 200 pixels, 3 contours of 812 points, ...".
 std::string Describe(const PatternFacts& facts);
 
-/// A pattern that can be looked for in many scenes.
-class PatternFinder {
+/// The number of a shape's points at full size, or nearest to it.
+int NumEdgePoints(const ShapeFacts& facts);
+
+/// The smallest scale at which a shape still shows edges to be found by.
+double SmallestScale(const ShapeFacts& facts);
+
+/// A pattern that can be looked for in many scenes, by either engine.
+class PatternFinder : public evaluation::Finder {
  public:
-  explicit PatternFinder(const SearchOptions& options) : options_(options) {}
-  PatternFinder(const PatternFinder&) = delete;
-  PatternFinder& operator=(const PatternFinder&) = delete;
+  /// Learns the pattern. Throws FileError, with what to change, when there is nothing to learn.
+  virtual void Train(ImageFile pattern) = 0;
 
-  /// Learns the pattern. Throws FileError, with what to change, when it has no contour or no
-  /// straight edge.
-  void Train(ImageFile pattern);
+  /// Looks for the pattern. Throws FileError for a scene that the engine does not take.
+  ///
+  /// @param max_matches  0 for all; the segment engine finds one at most.
+  virtual FindResult Search(const ImageFile& scene, int max_matches) = 0;
 
-  /// Learns the pattern that `Save` wrote. Throws FileError as `Train` does, and when the file
-  /// cannot be read.
-  void Load(const std::string& name);
+  virtual PatternFacts Facts() const = 0;
 
-  /// Writes the pattern to the file that `KnowledgeFile` tells. Throws FileError.
-  void Save(const std::string& name) const;
+  /// What to draw of the pattern: pattern pixels from the reference point.
+  virtual std::vector<Polyline> Outline() const = 0;
 
-  /// Looks for the pattern; overwrites the scene's pixels.
-  FindResult Find(ImagePtr scene);
+  // As an evaluation sees it.
+  evaluation::PatternFrame Learn(const ImageFile& pattern) final;
+  evaluation::Finding Find(const ImageFile& scene) final { return FindSeveral(scene, 1); }
+  evaluation::Finding FindSeveral(const ImageFile& scene, int max_matches) final;
 
-  PatternFacts Facts() const;
-
-  /// Of the pattern.
-  std::vector<Polyline> Contours() const { return PolylinesOf(pattern_contours_); }
+  /// Of the last evaluated scene, for drawing.
+  const FindResult& LastResult() const { return last_result_; }
 
  private:
-  SearchOptions options_;
-  ImageFile pattern_;
-  CrawlOptions crawl_;  ///< with the threshold that the pattern was learnt with
-  ContourHandle pattern_contours_;
-  SegmentModel model_;
-  ImageEdges scene_edges_;  ///< of the last scene
+  FindResult last_result_;
 };
 
-/// The file that holds the pattern called `name`.
-std::string KnowledgeFile(const std::string& name);
+/// A finder of the options' engine.
+std::unique_ptr<PatternFinder> MakePatternFinder(const SearchOptions& options);
 
 }  // namespace orvandel::cli

@@ -1,25 +1,39 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
+#include "cli/contour_set.h"
 #include "cli/pattern_finder.h"
-#include "evaluation/finder.h"
+#include "search/segment_model.h"
+#include "search/segment_search.h"
 
 namespace orvandel::cli {
 
-/// The segment engine as an evaluation sees it.
-class SegmentFinder : public evaluation::Finder {
+/// A pattern that the segment engine looks for.
+class SegmentFinder : public PatternFinder {
  public:
-  explicit SegmentFinder(const SearchOptions& options) : finder_(options) {}
+  explicit SegmentFinder(const SearchOptions& options) : options_(options) {}
 
-  evaluation::PatternFrame Learn(const ImageFile& pattern) override;
-  evaluation::Finding Find(const ImageFile& scene) override;
+  void Train(ImageFile pattern) override;
+  FindResult Search(const ImageFile& scene, int max_matches) override;
+  PatternFacts Facts() const override;
+  std::vector<Polyline> Outline() const override;
 
-  /// Of the last search, for drawing.
-  const PatternFinder& LastFinder() const { return finder_; }
-  const FindResult& LastResult() const { return last_result_; }
+  /// Writes the pattern to the file that `KnowledgeFile` tells. Throws FileError.
+  void Save(const std::string& name) const;
 
  private:
-  PatternFinder finder_;
-  FindResult last_result_;
+  SearchOptions options_;
+  ImageFile pattern_;
+  CrawlOptions crawl_;  ///< with the threshold that the pattern was learnt with
+  ContourHandle pattern_contours_;
+  SegmentModel model_;
+  ImageEdges scene_edges_;  ///< of the last scene
+  double learning_ms_ = 0;
 };
+
+/// The file that holds the pattern called `name`.
+std::string KnowledgeFile(const std::string& name);
 
 }  // namespace orvandel::cli

@@ -30,12 +30,17 @@ Start here:
   orvandel find part.png scene.png --overlay found
              learns part.png, looks for it in scene.png, prints position, angle,
              scale and score, and draws what it found in found/scene.overlay.png
-  orvandel contours part.png --draw contours.png
-             shows what the library sees in a picture; --edge-threshold and
-             --min-contour change it
-  orvandel train part.png --save part
-  orvandel find --knowledge part shots/*.png
-             keeps a pattern and uses it later
+  orvandel find part.png tray.png --max-matches 0
+             finds all that lie in the picture
+  orvandel train part.png --overlay learnt --zoom 4
+             tells what is learnt of a picture, and shows it
+  orvandel evaluate suite
+             measures how many are found, and how exactly, in pictures whose
+             truth is known
+
+Two engines look for patterns: shapes, the default, takes any pattern that has
+edges; segments (--engine segments) needs straight ones, and `contours` and
+`lines` show what it sees.
 
 Exit status: 0 done (for find: found in every scene), 1 not found in some scene,
 2 a usage error or a file that cannot be used.)";

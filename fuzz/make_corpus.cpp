@@ -274,13 +274,23 @@ void MakeScenes(const Corpus& corpus) {
 void MakeCommandLines(const Corpus& corpus) {
   const std::string header = "case,pattern,scene,instance,cx,cy,angle_deg,scale\n";
   corpus.Write("help", std::string("--help\n"));
-  corpus.Write("find",
-               std::string("find\np.bmp\ns.bmp\n--min-contour\n5\n--overlay\no\n--verbose"));
-  corpus.Write("find_json", std::string("find\n--json\n--knowledge\nk\ns.bmp\n--timeout\n20ms\n"
-                                        "--scale\n0.9,1.1\n--accept-score\n50\n--output\nj"));
+  corpus.Write(
+      "find", std::string("find\n--engine\nsegments\np.bmp\ns.bmp\n--min-contour\n5\n--overlay\no\n"
+                          "--verbose"));
+  corpus.Write(
+      "find_shapes",
+      std::string("find\n--pattern\np.bmp\ns.bmp\n--angle\n-20,20\n--scale\n0.9,1.1\n"
+                  "--max-matches\n3\n--max-overlap\n0.2\n--polarity\neither\n--threads\n2\n"
+                  "--min-score\n0.2\n--overlay\no\n--zoom\n2\n--json"));
+  corpus.Write(
+      "find_json",
+      std::string("find\n--engine\nsegments\n--json\n--knowledge\nk\ns.bmp\n--timeout\n20ms\n"
+                  "--scale\n0.9,1.1\n--accept-score\n50\n--output\nj"));
   corpus.Write("find_csv",
                std::string("find\n--csv\np.bmp\n--pattern-rect\n1,1,24,20\ns.bmp\nx.png"));
-  corpus.Write("train", std::string("train\np.bmp\n--save\nn\n--edge-threshold\nauto"));
+  corpus.Write("train_shapes", std::string("train\np.bmp\n--overlay\no\n--zoom\n3\n--verbose"));
+  corpus.Write("train",
+               std::string("train\n--engine\nsegments\np.bmp\n--save\nn\n--edge-threshold\nauto"));
   corpus.Write("contours", std::string("contours\ns.bmp\n--raw\n--all\n--save\nc\n--dump\nd\n"
                                        "--draw\np.png\n--zoom\n2\n--max-contour\n900"));
   corpus.Write("lines", std::string("lines\ns.bmp\n--csv\n--draw\nl.png\n--verbose"));

@@ -78,6 +78,31 @@ Part MetalBracket() {
   return Framed(std::move(shapes), 188, 148);
 }
 
+Part Cam() {
+  constexpr int kSides = 480;  // a side lies 0.001 inside the curve
+  const auto rim = [](double inset) {
+    Outline outline;
+    for (int side = 0; side < kSides; ++side) {
+      const double angle_deg = side * 360.0 / kSides;
+      const double radius = 56 + 8 * Direction(angle_deg).x + 4 * Direction(2 * angle_deg + 50).x;
+      outline.push_back((radius - inset) * Direction(angle_deg));
+    }
+    return outline;
+  };
+  const Point bore{-6, 2};
+  std::vector<Outline> holes = {Circle(bore, 14)};
+  std::vector<Outline> face_holes = {Circle(bore, 20)};
+  for (const auto& [centre, radius] :
+       {std::pair{Point{36, 8}, 8.0}, {Point{-18, 34}, 6.0}, {Point{4, -32}, 6.0}}) {
+    holes.push_back(Circle(centre, radius));
+    face_holes.push_back(Circle(centre, radius + kHoleBevel));
+  }
+  return Framed({{rim(0), holes, kRim},
+                 {rim(kBevel), face_holes, kFace},
+                 {ArcBand(bore, 27, 2.5, 200, 320), {}, kEngraving}},
+                136, 126);
+}
+
 Part Gear() {
   constexpr int kTeeth = 24;
   constexpr double kPitchDeg = 360.0 / kTeeth;

@@ -12,7 +12,11 @@ namespace orvandel::render {
 /// itself, so its pose is unique. 188 x 148 in a frame of 220 x 180.
 Part MetalBracket();
 
-// Things that lie around it.
+/// A round one: a cam with a bore and three holes, without any straight edge. Its rim is nowhere far
+/// from a circle, but no rotation or mirror image maps it onto itself. Within 136 x 126.
+Part Cam();
+
+// Things that lie around them.
 Part Gear();                                ///< 24 teeth, 132 across
 Part Washer(double radius, double bore);    ///< outer and inner radius
 Part HexNut(double across_flats);           ///< with a thread half as wide

@@ -14,7 +14,9 @@ std::vector<std::vector<std::string>> CommandsThatRead(const std::string& image,
                                                        const ScratchFolder& folder) {
   return {{"contours", image, "--draw", folder.File("out")},
           {"lines", image, "--draw", folder.File("out")},
-          {"train", image, "--save", folder.File("out")},
+          {"train", image, "--overlay", folder.File("out")},
+          {"train", "--engine", "segments", image, "--save", folder.File("out")},
+          {"find", "--engine", "segments", image, folder.File("good.png"), "--csv"},
           {"find", image, folder.File("good.png"), "--overlay", folder.File("out")},
           {"find", folder.File("good.png"), image, "--output", folder.File("table")}};
 }
@@ -100,10 +102,15 @@ TEST(BadImage, AnImageMayBeTiny) {
     WriteFlatImage(folder.File("tiny.png"), size, size);
     EXPECT_EQ(RunOrvandel({"contours", folder.File("tiny.png")}).exit_code, 0) << size;
     EXPECT_EQ(RunOrvandel({"lines", folder.File("tiny.png")}).exit_code, 0) << size;
-    const ToolRun run =
-        RunOrvandel({"train", folder.File("tiny.png"), "--save", folder.File("tiny")});
-    EXPECT_EQ(run.exit_code, 2) << size;
-    EXPECT_EQ(NumLines(run.err), 1) << run.err;
+    for (const char* engine : {"segments", "shapes"}) {
+      std::vector<std::string> command = {"train", folder.File("tiny.png"), "--engine", engine};
+      if (engine == std::string("segments"))
+        command.insert(command.end(), {"--save", folder.File("tiny")});
+      const ToolRun run = RunOrvandel(command);
+      EXPECT_EQ(run.exit_code, 2) << size << engine;
+      EXPECT_EQ(NumLines(run.err), 1) << run.err;
+      EXPECT_TRUE(Contains(run.err, "tiny.png: ")) << run.err;
+    }
   }
 }
 

@@ -93,6 +93,38 @@ TEST(Canvas, JointsOfAPolylineAreNotBlendedTwice) {
   EXPECT_EQ(joined.EncodePng(), straight.EncodePng());
 }
 
+TEST(Canvas, StrokesThatCrossAreNotBlendedTwice) {
+  const std::vector<Polyline> cross = {{{{5, 20}, {35, 20}}, false}, {{{20, 5}, {20, 35}}, false}};
+  Canvas canvas(*BlackImage(40, 40), 1, 1.0);
+  canvas.DrawStrokes(cross, 3.0, kWhite, /*opacity=*/0.5);
+  const ImagePtr drawn = Drawn(canvas);
+  EXPECT_NEAR(drawn->row[20][20], 127.5, 1);
+  EXPECT_NEAR(drawn->row[20][10], 127.5, 1);
+}
+
+TEST(Canvas, TextIsAsWideAsItSaysAndAsHighAsAsked) {
+  constexpr double kHeight = 21;
+  Canvas canvas(*BlackImage(300, 60), 1, 1.0);
+  canvas.DrawText(20, 20, kHeight, "HE", kWhite);
+  const ImagePtr drawn = Drawn(canvas);
+  int left = 300, right = 0, top = 60, bottom = 0;
+  for (int y = 0; y < 60; ++y) {
+    for (int x = 0; x < 300; ++x) {
+      if (drawn->row[y][x] < 128) continue;
+      left = std::min(left, x);
+      right = std::max(right, x);
+      top = std::min(top, y);
+      bottom = std::max(bottom, y);
+    }
+  }
+  // Strokes are a seventh of the height wide and lie half outside of the letters' box.
+  EXPECT_NEAR(left, 20 - kHeight / 14, 1);
+  EXPECT_NEAR(top, 20 - kHeight / 14, 1);
+  EXPECT_NEAR(bottom, 20 + kHeight + kHeight / 14, 1);
+  EXPECT_LT(right, 20 + Canvas::TextWidth("HE", kHeight));
+  EXPECT_GT(right, 20 + 0.7 * Canvas::TextWidth("HE", kHeight));
+}
+
 TEST(Canvas, AClosedPolylineReturnsToItsStart) {
   const std::vector<Point> points = {{5, 5}, {35, 5}, {35, 35}};
   Canvas canvas(*BlackImage(40, 40), 1, 1.0);
@@ -112,7 +144,7 @@ TEST(Canvas, WhatLiesOutsideIsCutOff) {
   canvas.DrawDot({-1e9, 1e9}, 4, kWhite);
   canvas.FillRectangle(18, 30, 10, 10, kWhite, 1.0);
   canvas.FillRectangle(-30, 5, 20, 10, kWhite, 1.0);
-  canvas.DrawText(100, 100, 2, "OUT", kWhite);
+  canvas.DrawText(100, 100, 10, "OUT", kWhite);
   EXPECT_EQ(canvas.EncodePng(), untouched);
 }
 

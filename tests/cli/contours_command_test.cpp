@@ -20,6 +20,11 @@ namespace {
 constexpr Box kBox = {.left = 20.3, .top = 15.4, .right = 60.4, .bottom = 45.3};
 constexpr double kSubPixel = 0.05;  // pixels
 
+// A box's side in the count of the program, in which pixels have their centres at whole numbers.
+constexpr double Printed(double side) {
+  return side - 0.5;
+}
+
 class ContoursCommand : public testing::Test {
  protected:
   ContoursCommand() { WriteBox(image_, 80, 60, kBox); }
@@ -45,10 +50,10 @@ TEST_F(ContoursCommand, CsvTellsWhatAContourSpans) {
   const std::vector<std::string> fields = SplitCsvLine(line);
   ASSERT_EQ(fields.size(), 7u);
   EXPECT_EQ(fields[2], "1");
-  EXPECT_NEAR(std::stod(fields[3]), kBox.left, kSubPixel);
-  EXPECT_NEAR(std::stod(fields[4]), kBox.top, kSubPixel);
-  EXPECT_NEAR(std::stod(fields[5]), kBox.right, kSubPixel);
-  EXPECT_NEAR(std::stod(fields[6]), kBox.bottom, kSubPixel);
+  EXPECT_NEAR(std::stod(fields[3]), Printed(kBox.left), kSubPixel);
+  EXPECT_NEAR(std::stod(fields[4]), Printed(kBox.top), kSubPixel);
+  EXPECT_NEAR(std::stod(fields[5]), Printed(kBox.right), kSubPixel);
+  EXPECT_NEAR(std::stod(fields[6]), Printed(kBox.bottom), kSubPixel);
 }
 
 TEST_F(ContoursCommand, AHighThresholdOrSizeSeesNothing) {

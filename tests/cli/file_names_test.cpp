@@ -55,10 +55,12 @@ TEST_F(FileNames, MayBeginWithASlash) {  // with which other programs for Window
 }
 
 TEST_F(FileNames, OfKnowledgeMayHaveAnyLetter) {
-  const ToolRun train = RunOrvandel({"train", image_, "--save", InOwnFolder("")});
+  const ToolRun train =
+      RunOrvandel({"train", "--engine", "segments", image_, "--save", InOwnFolder("")});
   EXPECT_EQ(train.exit_code, 0) << train.err;
   EXPECT_TRUE(FileExists(InOwnFolder("_qrsi.bmp")));
-  const ToolRun find = RunOrvandel({"find", "--knowledge", InOwnFolder(""), image_});
+  const ToolRun find =
+      RunOrvandel({"find", "--engine", "segments", "--knowledge", InOwnFolder(""), image_});
   EXPECT_EQ(find.exit_code, 0) << find.err;
 }
 

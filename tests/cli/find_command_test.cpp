@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 
 #include "base/rounding.h"
-#include "evaluation/classic_pixels.h"
 #include "evaluation/csv.h"
 #include "evaluation/pose_error.h"
 #include "tests/cli/test_images.h"
@@ -21,17 +20,17 @@ using Json = nlohmann::json;
 
 constexpr render::Pose kPose = {.x = 301.3, .y = 244.8, .angle_deg = 137, .scale = 1.1};
 
-// Where the image's own pattern point `reference` lies at the pose, as the program counts pixels.
+// Where the image's own pattern point `reference` lies at the pose.
 Point TruePosition(const render::Pose& pose, Point reference) {
   const Similarity scene_from_pattern = {pose.x, pose.y, evaluation::Radians(pose.angle_deg),
                                          pose.scale};
-  const Point centre = {kBracketWidth / 2.0, kBracketHeight / 2.0};
-  return evaluation::ToClassicPixels(scene_from_pattern * (reference - centre));
+  const Point centre = {(kBracketWidth - 1) / 2.0, (kBracketHeight - 1) / 2.0};
+  return scene_from_pattern * (reference - centre);
 }
 
-class FindCommand : public testing::Test {
+class FindBySegments : public testing::Test {
  protected:
-  FindCommand() {
+  FindBySegments() {
     WriteBracketPattern(pattern_);
     WriteBracketScene(scene_, kPose);
   }
@@ -41,8 +40,8 @@ class FindCommand : public testing::Test {
   std::string scene_ = folder_.File("scene.png");
 };
 
-TEST_F(FindCommand, TellsThePose) {
-  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--json"});
+TEST_F(FindBySegments, TellsThePose) {
+  const ToolRun run = RunOrvandel({"find", "--engine", "segments", pattern_, scene_, "--json"});
   ASSERT_EQ(run.exit_code, 0) << run.err;
   EXPECT_EQ(run.err, "");
   const Json document = Json::parse(run.out);
@@ -65,18 +64,18 @@ TEST_F(FindCommand, TellsThePose) {
   EXPECT_GT(result["time_ms"], 0);
 }
 
-TEST_F(FindCommand, TextHasAHeadAndALinePerScene) {
-  const ToolRun run = RunOrvandel({"find", pattern_, scene_});
+TEST_F(FindBySegments, TextHasAHeadAndALinePerScene) {
+  const ToolRun run = RunOrvandel({"find", "--engine", "segments", pattern_, scene_});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(NumLines(run.out), 2) << run.out;
   EXPECT_TRUE(Contains(run.out, "angle deg"));
   EXPECT_TRUE(Contains(run.out, "found"));
 }
 
-TEST_F(FindCommand, CsvHasAFieldForEveryColumn) {
+TEST_F(FindBySegments, CsvHasAFieldForEveryColumn) {
   WriteFlatImage(folder_.File("a, flat one.png"), 64, 64);
-  const ToolRun run =
-      RunOrvandel({"find", "--csv", pattern_, scene_, folder_.File("a, flat one.png")});
+  const ToolRun run = RunOrvandel(
+      {"find", "--engine", "segments", "--csv", pattern_, scene_, folder_.File("a, flat one.png")});
   EXPECT_EQ(run.exit_code, 1);
   std::istringstream lines(run.out);
   std::string line;
@@ -93,9 +92,10 @@ TEST_F(FindCommand, CsvHasAFieldForEveryColumn) {
   EXPECT_EQ(flat[3], "");
 }
 
-TEST_F(FindCommand, NotFoundInOneSceneIsExitCodeOne) {
+TEST_F(FindBySegments, NotFoundInOneSceneIsExitCodeOne) {
   WriteOtherScene(folder_.File("other.png"));
-  const ToolRun run = RunOrvandel({"find", pattern_, scene_, folder_.File("other.png"), "--json"});
+  const ToolRun run = RunOrvandel(
+      {"find", "--engine", "segments", pattern_, scene_, folder_.File("other.png"), "--json"});
   EXPECT_EQ(run.exit_code, 1);
   const Json results = Json::parse(run.out)["results"];
   EXPECT_EQ(results.at(0)["found"], true);
@@ -104,11 +104,11 @@ TEST_F(FindCommand, NotFoundInOneSceneIsExitCodeOne) {
   EXPECT_LT(results.at(1)["score"], 80);
 }
 
-TEST_F(FindCommand, SaysWhyThereIsNoPose) {
+TEST_F(FindBySegments, SaysWhyThereIsNoPose) {
   WriteFlatImage(folder_.File("flat.png"), 64, 64);
   WriteDisc(folder_.File("disc.png"), 8);
-  const ToolRun run =
-      RunOrvandel({"find", pattern_, folder_.File("flat.png"), folder_.File("disc.png"), "--json"});
+  const ToolRun run = RunOrvandel({"find", "--engine", "segments", pattern_,
+                                   folder_.File("flat.png"), folder_.File("disc.png"), "--json"});
   EXPECT_EQ(run.exit_code, 1);
   const Json results = Json::parse(run.out)["results"];
   EXPECT_EQ(results.at(0)["status"], "no_contours");
@@ -117,39 +117,45 @@ TEST_F(FindCommand, SaysWhyThereIsNoPose) {
   EXPECT_EQ(results.at(1)["status"], "no_lines");
 }
 
-TEST_F(FindCommand, WithoutTimeNothingIsFound) {
-  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--json", "--timeout", "0"});
+TEST_F(FindBySegments, WithoutTimeNothingIsFound) {
+  const ToolRun run =
+      RunOrvandel({"find", "--engine", "segments", pattern_, scene_, "--json", "--timeout", "0"});
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_EQ(Json::parse(run.out)["results"].at(0)["status"], "timed_out");
-  EXPECT_TRUE(
-      Contains(RunOrvandel({"find", pattern_, scene_, "--timeout", "0"}).out, "longer --timeout"));
+  EXPECT_TRUE(Contains(
+      RunOrvandel({"find", "--engine", "segments", pattern_, scene_, "--timeout", "0"}).out,
+      "longer --timeout"));
 }
 
-TEST_F(FindCommand, TheAcceptScoreDecidesWhatIsFound) {
+TEST_F(FindBySegments, TheAcceptScoreDecidesWhatIsFound) {
   render::Pose half_outside = kPose;
   half_outside.x = 0;
   WriteBracketScene(folder_.File("half.png"), half_outside);
   const auto exit_code = [&](const char* accept_score) {
-    return RunOrvandel({"find", pattern_, folder_.File("half.png"), "--accept-score", accept_score})
+    return RunOrvandel({"find", "--engine", "segments", pattern_, folder_.File("half.png"),
+                        "--accept-score", accept_score})
         .exit_code;
   };
   EXPECT_EQ(exit_code("20"), 0);
   EXPECT_EQ(exit_code("100"), 1);
 }
 
-TEST_F(FindCommand, TheScaleRangeExcludesOtherSizes) {
+TEST_F(FindBySegments, TheScaleRangeExcludesOtherSizes) {
   // The refinement moves a scale by 0.2 at most, so 1.1 stays out of reach.
-  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--json", "--scale", "1.5,3"});
+  const ToolRun run =
+      RunOrvandel({"find", "--engine", "segments", pattern_, scene_, "--json", "--scale", "1.5,3"});
   EXPECT_EQ(run.exit_code, 1);
-  EXPECT_EQ(RunOrvandel({"find", pattern_, scene_, "--scale", "1,1.2"}).exit_code, 0);
+  EXPECT_EQ(
+      RunOrvandel({"find", "--engine", "segments", pattern_, scene_, "--scale", "1,1.2"}).exit_code,
+      0);
 }
 
-TEST_F(FindCommand, APatternCanBeCutOutOfAnImage) {
+TEST_F(FindBySegments, APatternCanBeCutOutOfAnImage) {
   // The bracket lies unrotated in the middle of this image, so its pattern image is that part.
   const render::Pose unrotated = {.x = 319.5, .y = 239.5};
   WriteBracketScene(folder_.File("unrotated.png"), unrotated);
-  const ToolRun run = RunOrvandel({"find", folder_.File("unrotated.png"), scene_, "--json",
-                                   "--pattern-rect", "210,150,220,180"});
+  const ToolRun run = RunOrvandel({"find", "--engine", "segments", folder_.File("unrotated.png"),
+                                   scene_, "--json", "--pattern-rect", "210,150,220,180"});
   ASSERT_EQ(run.exit_code, 0) << run.err;
   const Json document = Json::parse(run.out);
   EXPECT_EQ(document["pattern"]["width"], kBracketWidth);
@@ -160,25 +166,28 @@ TEST_F(FindCommand, APatternCanBeCutOutOfAnImage) {
   EXPECT_NEAR(document["results"].at(0)["y"], truth.y, 1.0);
 }
 
-TEST_F(FindCommand, ACutOutMustLieInsideTheImage) {
-  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--pattern-rect", "100,100,220,180"});
+TEST_F(FindBySegments, ACutOutMustLieInsideTheImage) {
+  const ToolRun run = RunOrvandel(
+      {"find", "--engine", "segments", pattern_, scene_, "--pattern-rect", "100,100,220,180"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(run.out, "");
   EXPECT_TRUE(Contains(run.err, "220 x 180")) << run.err;
 }
 
-TEST_F(FindCommand, TheEdgeThresholdCanBeEstimated) {
-  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--json", "--edge-threshold", "auto"});
+TEST_F(FindBySegments, TheEdgeThresholdCanBeEstimated) {
+  const ToolRun run = RunOrvandel(
+      {"find", "--engine", "segments", pattern_, scene_, "--json", "--edge-threshold", "auto"});
   ASSERT_NE(run.exit_code, 2) << run.err;
   const int threshold = Json::parse(run.out)["options"]["edge_threshold"];
   EXPECT_GE(threshold, 1);
   EXPECT_LE(threshold, 252);
 }
 
-TEST_F(FindCommand, OneUnusableSceneDoesNotStopTheOthers) {
+TEST_F(FindBySegments, OneUnusableSceneDoesNotStopTheOthers) {
   WriteBytes(folder_.File("broken.png"), "this is no image");
-  const ToolRun run = RunOrvandel({"find", pattern_, folder_.File("broken.png"),
-                                   folder_.File("missing.png"), scene_, "--json"});
+  const ToolRun run =
+      RunOrvandel({"find", "--engine", "segments", pattern_, folder_.File("broken.png"),
+                   folder_.File("missing.png"), scene_, "--json"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_EQ(NumLines(run.err), 2) << run.err;
   EXPECT_TRUE(Contains(run.err, "broken.png: ")) << run.err;
@@ -190,16 +199,17 @@ TEST_F(FindCommand, OneUnusableSceneDoesNotStopTheOthers) {
   EXPECT_EQ(results.at(2)["status"], "found");
 }
 
-TEST_F(FindCommand, AReportGoesIntoAFile) {
-  const ToolRun run =
-      RunOrvandel({"find", pattern_, scene_, "--csv", "--output", folder_.File("found.csv")});
+TEST_F(FindBySegments, AReportGoesIntoAFile) {
+  const ToolRun run = RunOrvandel({"find", "--engine", "segments", pattern_, scene_, "--csv",
+                                   "--output", folder_.File("found.csv")});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(run.out, "");
   EXPECT_EQ(NumLines(Contents(folder_.File("found.csv"))), 2);
 }
 
-TEST_F(FindCommand, AnOverlayShowsTheScene) {
-  const ToolRun run = RunOrvandel({"find", pattern_, scene_, "--overlay", folder_.File("new/dir")});
+TEST_F(FindBySegments, AnOverlayShowsTheScene) {
+  const ToolRun run = RunOrvandel(
+      {"find", "--engine", "segments", pattern_, scene_, "--overlay", folder_.File("new/dir")});
   ASSERT_EQ(run.exit_code, 0) << run.err;
   const ImagePtr overlay = ReadBack(folder_.File("new/dir/scene.overlay.png"));
   const ImagePtr scene = ReadBack(scene_);
@@ -210,50 +220,56 @@ TEST_F(FindCommand, AnOverlayShowsTheScene) {
   EXPECT_EQ(overlay->row[470][600], scene->row[470][600]);
   // At the reference point there is a mark of another colour than anything in the scene.
   const Json result =
-      Json::parse(RunOrvandel({"find", pattern_, scene_, "--json"}).out)["results"].at(0);
-  const auto column = static_cast<int>(result["x"].get<double>());
-  const auto row = static_cast<int>(result["y"].get<double>());
+      Json::parse(
+          RunOrvandel({"find", "--engine", "segments", pattern_, scene_, "--json"}).out)["results"]
+          .at(0);
+  const auto column = static_cast<int>(std::lround(result["x"].get<double>()));
+  const auto row = static_cast<int>(std::lround(result["y"].get<double>()));
   EXPECT_NE(overlay->row[row][column], scene->row[row][column]);
 }
 
-TEST_F(FindCommand, OverlaysOfTheSameNameStandSideBySide) {
+TEST_F(FindBySegments, OverlaysOfTheSameNameStandSideBySide) {
   std::filesystem::create_directories(folder_.Path() / "b");
   WriteBracketScene(folder_.File("b/Scene.png"), kPose);
-  RunOrvandel(
-      {"find", pattern_, scene_, folder_.File("b/Scene.png"), "--overlay", folder_.File("o")});
+  RunOrvandel({"find", "--engine", "segments", pattern_, scene_, folder_.File("b/Scene.png"),
+               "--overlay", folder_.File("o")});
   EXPECT_TRUE(FileExists(folder_.File("o/scene.overlay.png")));
   EXPECT_TRUE(FileExists(folder_.File("o/Scene-2.overlay.png")));
 }
 
-TEST_F(FindCommand, VerboseTellsWhatWasLearntAndConverted) {
+TEST_F(FindBySegments, VerboseTellsWhatWasLearntAndConverted) {
   WriteColourImage(folder_.File("colour.ppm"), 90, 60);
-  const ToolRun run =
-      RunOrvandel({"find", pattern_, folder_.File("colour.ppm"), scene_, "--verbose"});
+  const ToolRun run = RunOrvandel(
+      {"find", "--engine", "segments", pattern_, folder_.File("colour.ppm"), scene_, "--verbose"});
   EXPECT_TRUE(Contains(run.err, "220 x 180 pixels")) << run.err;
   EXPECT_TRUE(Contains(run.err, "colour.ppm: colour picture")) << run.err;
   EXPECT_FALSE(Contains(run.err, "scene.png: ")) << run.err;
-  EXPECT_EQ(RunOrvandel({"find", pattern_, folder_.File("colour.ppm")}).err, "");
+  EXPECT_EQ(RunOrvandel({"find", "--engine", "segments", pattern_, folder_.File("colour.ppm")}).err,
+            "");
 }
 
-TEST_F(FindCommand, NamesOfAnyKindAreFiles) {
+TEST_F(FindBySegments, NamesOfAnyKindAreFiles) {
   for (const char* name : {"Stück 1.png", "train", "--odd.png"})
     WriteBracketScene(folder_.File(name), kPose);
   // The image library tells the kind of a file by its ending.
-  const ToolRun run = RunOrvandel({"find", pattern_, folder_.File("Stück 1.png"), "--json"});
+  const ToolRun run = RunOrvandel(
+      {"find", "--engine", "segments", pattern_, folder_.File("Stück 1.png"), "--json"});
   EXPECT_EQ(run.exit_code, 0) << run.err;
   EXPECT_EQ(Json::parse(run.out)["results"].at(0)["scene"], folder_.File("Stück 1.png"));
 }
 
-TEST_F(FindCommand, ASceneMayBeCalledLikeACommand) {
-  const ToolRun run = RunOrvandel({"find", pattern_, "train", "lines"});
+TEST_F(FindBySegments, ASceneMayBeCalledLikeACommand) {
+  const ToolRun run = RunOrvandel({"find", "--engine", "segments", pattern_, "train", "lines"});
   EXPECT_EQ(run.exit_code, 2);
   EXPECT_TRUE(Contains(run.err, "train: no such file")) << run.err;
   EXPECT_TRUE(Contains(run.err, "lines: no such file")) << run.err;
 }
 
-TEST_F(FindCommand, TheSameCallPrintsTheSamePose) {
+TEST_F(FindBySegments, TheSameCallPrintsTheSamePose) {
   const auto pose = [&] {
-    Json result = Json::parse(RunOrvandel({"find", pattern_, scene_, "--json"}).out)["results"][0];
+    Json result =
+        Json::parse(RunOrvandel({"find", "--engine", "segments", pattern_, scene_, "--json"})
+                        .out)["results"][0];
     result.erase("time_ms");
     return result;
   };

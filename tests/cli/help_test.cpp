@@ -49,6 +49,14 @@ TEST(Help, EveryCommandExplainsItselfWithExamples) {
   }
 }
 
+TEST(Help, BothEnginesAreExplained) {
+  for (const char* command : {"find", "train", "evaluate"}) {
+    const std::string help = RunOrvandel({command, "--help"}).out;
+    EXPECT_TRUE(Contains(help, "--engine shapes|segments")) << command;
+    EXPECT_TRUE(Contains(help, "segments: ")) << command;
+  }
+}
+
 TEST(Help, FitsATerminalOfEightyColumns) {
   EXPECT_LE(LongestLine(RunOrvandel({"--help"}).out), 80u);
   for (const char* command : {"find", "train", "contours", "lines", "evaluate"})
@@ -56,8 +64,8 @@ TEST(Help, FitsATerminalOfEightyColumns) {
 }
 
 TEST(Help, ThePixelConventionIsTold) {
-  EXPECT_TRUE(Contains(RunOrvandel({"find", "--help"}).out, "(0.5, 0.5)"));
-  EXPECT_TRUE(Contains(RunOrvandel({"evaluate", "--help"}).out, "(0, 0)"));
+  for (const char* command : {"find", "train", "contours", "lines", "evaluate"})
+    EXPECT_TRUE(Contains(RunOrvandel({command, "--help"}).out, "(0, 0)")) << command;
 }
 
 TEST(Version, IsPrinted) {

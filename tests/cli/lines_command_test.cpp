@@ -28,6 +28,11 @@ std::vector<std::vector<std::string>> CsvRows(const std::string& text) {
 constexpr Box kBox = {.left = 20.3, .top = 15.4, .right = 90.4, .bottom = 75.3};
 constexpr double kSubPixel = 0.05;  // pixels
 
+// A box's side in the count of the program, in which pixels have their centres at whole numbers.
+constexpr double Printed(double side) {
+  return side - 0.5;
+}
+
 class LinesCommand : public testing::Test {
  protected:
   LinesCommand() { WriteBox(image_, 120, 100, kBox); }
@@ -45,8 +50,9 @@ TEST_F(LinesCommand, TheSidesOfABoxAreStraightEdges) {
     const double mid_x = (std::stod(row[1]) + std::stod(row[3])) / 2;
     const double mid_y = (std::stod(row[2]) + std::stod(row[4])) / 2;
     const double angle = std::abs(std::stod(row[5]));
-    const double distances[4] = {std::abs(mid_x - kBox.left), std::abs(mid_x - kBox.right),
-                                 std::abs(mid_y - kBox.top), std::abs(mid_y - kBox.bottom)};
+    const double distances[4] = {
+        std::abs(mid_x - Printed(kBox.left)), std::abs(mid_x - Printed(kBox.right)),
+        std::abs(mid_y - Printed(kBox.top)), std::abs(mid_y - Printed(kBox.bottom))};
     for (int side = 0; side < 4; ++side) {
       const double wanted = side < 2 ? 90 : 0;
       if (distances[side] < kSubPixel && std::abs(angle - wanted) < 0.1) has_side[side] = true;

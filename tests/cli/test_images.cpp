@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -37,6 +38,41 @@ void WriteBracketPattern(const std::string& path) {
 
 void WriteBracketScene(const std::string& path, const render::Pose& pose) {
   Write(render::RenderScene({{render::MetalBracket(), pose}}, {.blur_sigma_px = 0.6}, {640, 480}),
+        path);
+}
+
+void WriteBracketsScene(const std::string& path, const std::vector<render::Pose>& poses) {
+  std::vector<render::Placement> placements;
+  for (const render::Pose& pose : poses)
+    placements.push_back({render::MetalBracket(), pose});
+  Write(render::RenderScene(placements, {.blur_sigma_px = 0.6}, {640, 480}), path);
+}
+
+void WriteReversedScene(const std::string& path, const render::Pose& pose) {
+  const ImagePtr scene =
+      render::RenderScene({{render::MetalBracket(), pose}}, {.blur_sigma_px = 0.6}, {640, 480});
+  ASSERT_NE(scene, nullptr);
+  Write(orvandel::test::MakeImage(640, 480, [&](int x, int y) { return 255 - scene->row[y][x]; }),
+        path);
+}
+
+void WriteMixedScene(const std::string& path, const render::Pose& bracket,
+                     const render::Pose& cam) {
+  Write(render::RenderScene({{render::MetalBracket(), bracket}, {render::Cam(), cam}},
+                            {.blur_sigma_px = 0.6}, {640, 480}),
+        path);
+}
+
+void WriteCamPattern(const std::string& path) {
+  Write(render::RenderPattern(render::Cam(), {.blur_sigma_px = 0.6}), path);
+}
+
+void WriteNutPattern(const std::string& path) {
+  Write(render::RenderPattern(render::HexNut(90), {.blur_sigma_px = 0.6}), path);
+}
+
+void WriteNutScene(const std::string& path, const render::Pose& pose) {
+  Write(render::RenderScene({{render::HexNut(90), pose}}, {.blur_sigma_px = 0.6}, {640, 480}),
         path);
 }
 

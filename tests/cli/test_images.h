@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "examples/render/geometry.h"
 #include "platform/image_ptr.h"
@@ -15,6 +16,16 @@ inline constexpr int kBracketHeight = 180;
 void WriteBracketPattern(const std::string& path);
 /// 640 x 480; the pose is that of the pattern image's centre.
 void WriteBracketScene(const std::string& path, const render::Pose& pose);
+/// The same of several brackets.
+void WriteBracketsScene(const std::string& path, const std::vector<render::Pose>& poses);
+/// The same with bright and dark exchanged.
+void WriteReversedScene(const std::string& path, const render::Pose& pose);
+/// A bracket and a cam, which is round.
+void WriteMixedScene(const std::string& path, const render::Pose& bracket, const render::Pose& cam);
+void WriteCamPattern(const std::string& path);
+/// A nut of six sides: turning it by 60 degrees changes nothing.
+void WriteNutPattern(const std::string& path);
+void WriteNutScene(const std::string& path, const render::Pose& pose);
 /// A scene of other parts.
 void WriteOtherScene(const std::string& path);
 

@@ -43,37 +43,84 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Mistake{{"find"}, "PATTERN is missing"},         //
         Mistake{{"find", "p.png"}, "SCENE is missing"},  //
-        Mistake{{"find", "--knowledge", "k"}, "SCENE is missing"},
-        Mistake{{"find", "--knowledge", "k", "--pattern-rect", "0,0,9,9", "s.png"}, "--knowledge"},
+        Mistake{{"find", "--pattern", "p.png"}, "SCENE is missing"},
+        Mistake{{"find", "--engine", "lines", "p", "s"}, "neither shapes nor segments"},
+        Mistake{{"find", "p", "s", "--zoom", "3"}, "--overlay"},
+        Mistake{{"find", "--knowledge", "k", "s"}, "add --engine segments"},
         Mistake{{"find", "p", "s", "--json", "--csv"}, "--json"},
-        Mistake{{"find", "p", "s", "--accept-score", "200"}, "0 to 100"},
-        Mistake{{"find", "p", "s", "--accept-score", "80.5"}, "whole number"},
-        Mistake{{"find", "p", "s", "--accept-score", "-1"}, "0 to 100"},
+        Mistake{{"find", "p", "s", "--min-score", "200"}, "0 to 1"},
+        Mistake{{"find", "p", "s", "--accept-score", "80"}, "write 0.8"},
+        Mistake{{"find", "p", "s", "--min-score", "-0.1"}, "0 to 1"},
+        Mistake{{"find", "p", "s", "--min-score", "nan"}, "0 to 1"},
         Mistake{{"find", "p", "s", "--scale", "2,1"}, "must go up"},
         Mistake{{"find", "p", "s", "--scale", "0,1"}, "above 0"},
-        Mistake{{"find", "p", "s", "--scale", "1"}, "MIN,MAX"},
+        Mistake{{"find", "p", "s", "--scale", "0.5,1000"}, "0.01 to 100"},
+        Mistake{{"find", "p", "s", "--scale", "nan,2"}, "MIN,MAX"},
+        Mistake{{"find", "p", "s", "--scale", "1,inf"}, "MIN,MAX"},
         Mistake{{"find", "p", "s", "--scale", "a,b"}, "MIN,MAX"},
+        Mistake{{"find", "p", "s", "--angle", "10,-10"}, "must go up"},
+        Mistake{{"find", "p", "s", "--angle", "350,10"}, "-10,10"},
+        Mistake{{"find", "p", "s", "--angle", "-200,200"}, "360"},
+        Mistake{{"find", "p", "s", "--angle", "nan"}, "FROM,TO"},
+        Mistake{{"find", "p", "s", "--angle", "1e9,1e9"}, "720"},
+        Mistake{{"find", "p", "s", "--max-matches", "-1"}, "0 to 10000"},
+        Mistake{{"find", "p", "s", "--max-overlap", "1.5"}, "0 to 1"},
+        Mistake{{"find", "p", "s", "--polarity", "inverse"}, "same, reversed, either and mixed"},
+        Mistake{{"find", "p", "s", "--threads", "0"}, "1 to 256"},
         Mistake{{"find", "p", "s", "--scale", "1,2,3"}, "MIN,MAX"},
         Mistake{{"find", "p", "s", "--pattern-rect", "1,2,3"}, "X,Y,WIDTH,HEIGHT"},
         Mistake{{"find", "p", "s", "--timeout", "20"}, "unit"},
-        Mistake{{"find", "p", "s", "--timeout", "5s"}, "3.999s"},
-        Mistake{{"find", "p", "s", "--edge-threshold", "much"}, "auto"},
-        Mistake{{"find", "p", "s", "--edge-threshold", "253"}, "252"},
-        Mistake{{"find", "p", "s", "--min-contour", "0"}, "--min-contour"},
-        Mistake{{"find", "p", "s", "--min-contour", "50", "--max-contour", "40"}, "--max-contour"},
+        Mistake{{"find", "p", "s", "--timeout", "1001s"}, "1000s"},
+        Mistake{{"find", "p", "s", "--edge-threshold", "20"}, "belongs to the segment engine"},
+        Mistake{{"find", "p", "s", "--min-contour", "20"}, "belongs to the segment engine"},
         Mistake{{"find", "p", "s", "--timeout"}, "--timeout: its value is missing"},
         Mistake{{"find", "p", "s", "--timeout", "1s", "--timeout", "2s"},
                 "--timeout: given more than once"}));
 
-INSTANTIATE_TEST_SUITE_P(Others, UsageMistake,
-                         testing::Values(Mistake{{"train", "p.png"}, "--save is required"},  //
-                                         Mistake{{"train", "--save", "name"}, "PATTERN"},    //
-                                         Mistake{{"contours"}, "IMAGE"},                     //
-                                         Mistake{{"contours", "a.png", "b.png"}, "b.png"},   //
-                                         Mistake{{"contours", "a.png", "--zoom", "0"}, "1 to 32"},
-                                         Mistake{{"lines"}, "IMAGE"},     //
-                                         Mistake{{"evaluate"}, "SUITE"},  //
-                                         Mistake{{"evaluate", "s", "--scale", "2"}, "MIN,MAX"}));
+// With --engine segments in front.
+std::vector<std::string> BySegments(std::vector<std::string> rest) {
+  rest.insert(rest.begin(), {"find", "--engine", "segments"});
+  return rest;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    FindBySegments, UsageMistake,
+    testing::Values(
+        Mistake{BySegments({"--knowledge", "k"}), "SCENE is missing"},
+        Mistake{BySegments({"--knowledge", "k", "--pattern-rect", "0,0,9,9", "s"}), "--knowledge"},
+        Mistake{BySegments({"--knowledge", "k", "--pattern", "p", "s"}), "give one of them"},
+        Mistake{BySegments({"p", "s", "--accept-score", "200"}), "0 to 100"},
+        Mistake{BySegments({"p", "s", "--min-score", "80.5"}), "whole number"},
+        Mistake{BySegments({"p", "s", "--accept-score", "-1"}), "0 to 100"},
+        Mistake{BySegments({"p", "s", "--scale", "2,1"}), "must go up"},
+        Mistake{BySegments({"p", "s", "--scale", "0,1"}), "above 0"},
+        Mistake{BySegments({"p", "s", "--scale", "1"}), "MIN,MAX"},
+        Mistake{BySegments({"p", "s", "--scale", "a,b"}), "MIN,MAX"},
+        Mistake{BySegments({"p", "s", "--scale", "1,2,3"}), "MIN,MAX"},
+        Mistake{BySegments({"p", "s", "--timeout", "5s"}), "3.999s"},
+        Mistake{BySegments({"p", "s", "--edge-threshold", "much"}), "auto"},
+        Mistake{BySegments({"p", "s", "--edge-threshold", "253"}), "252"},
+        Mistake{BySegments({"p", "s", "--min-contour", "0"}), "--min-contour"},
+        Mistake{BySegments({"p", "s", "--min-contour", "50", "--max-contour", "40"}),
+                "--max-contour"},
+        Mistake{BySegments({"p", "s", "--angle", "-5,5"}), "belongs to the shape engine"},
+        Mistake{BySegments({"p", "s", "--max-matches", "3"}), "belongs to the shape engine"},
+        Mistake{BySegments({"p", "s", "--max-overlap", "0"}), "belongs to the shape engine"},
+        Mistake{BySegments({"p", "s", "--polarity", "same"}), "belongs to the shape engine"},
+        Mistake{BySegments({"p", "s", "--threads", "2"}), "belongs to the shape engine"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Others, UsageMistake,
+    testing::Values(Mistake{{"train", "--engine", "segments", "p.png"}, "--save is required"},
+                    Mistake{{"train", "p.png", "--save", "n"}, "--engine segments"},
+                    Mistake{{"train", "p.png", "--zoom", "2"}, "--overlay"},
+                    Mistake{{"train", "--save", "name"}, "PATTERN"},   //
+                    Mistake{{"contours"}, "IMAGE"},                    //
+                    Mistake{{"contours", "a.png", "b.png"}, "b.png"},  //
+                    Mistake{{"contours", "a.png", "--zoom", "0"}, "1 to 32"},
+                    Mistake{{"lines"}, "IMAGE"},     //
+                    Mistake{{"evaluate"}, "SUITE"},  //
+                    Mistake{{"evaluate", "s", "--scale", "2,1"}, "must go up"}));
 
 }  // namespace
 }  // namespace orvandel::cli::test

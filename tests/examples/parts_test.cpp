@@ -14,7 +14,7 @@ constexpr double kPartGround = 60;
 
 TEST(Parts, EveryPartLiesWithinItsFrame) {
   for (const Part& part :
-       {MetalBracket(), Gear(), Washer(30, 14), HexNut(52), Rod(150, 10), Plate(130, 84)}) {
+       {MetalBracket(), Cam(), Gear(), Washer(30, 14), HexNut(52), Rod(150, 10), Plate(130, 84)}) {
     const ImagePtr image = RenderPattern(part, {.ground = kPartGround});
     ASSERT_TRUE(image);
     EXPECT_GT(MassOf(image, kPartGround).total, 0);
