@@ -17,7 +17,7 @@ void PadRow(const float* row, int width, int reach, std::vector<float>& padded) 
   std::fill_n(padded.begin() + reach + width, reach, row[width - 1]);
 }
 
-void BlurRows(const FloatImage& image, const GaussianTaps& taps, FloatImage& blurred) {
+void BlurRows(const FloatImage& image, const BlurTaps& taps, FloatImage& blurred) {
   const int reach = static_cast<int>(taps.half.size()) - 1;
   std::vector<float> padded;
   for (int y = 0; y < image.height; ++y) {
@@ -36,7 +36,7 @@ void BlurRows(const FloatImage& image, const GaussianTaps& taps, FloatImage& blu
   }
 }
 
-void BlurColumns(const FloatImage& image, const GaussianTaps& taps, FloatImage& blurred) {
+void BlurColumns(const FloatImage& image, const BlurTaps& taps, FloatImage& blurred) {
   const int reach = static_cast<int>(taps.half.size()) - 1;
   for (int y = 0; y < image.height; ++y) {
     const float* const middle = image.Row(y);
@@ -55,7 +55,7 @@ void BlurColumns(const FloatImage& image, const GaussianTaps& taps, FloatImage& 
 
 }  // namespace
 
-GaussianTaps MakeGaussianTaps(double ratio) {
+BlurTaps MakeGaussianTaps(double ratio) {
   std::vector<double> weights = {1.0};
   double sum = 1.0;
   double moment = 0.0;
@@ -69,15 +69,14 @@ GaussianTaps MakeGaussianTaps(double ratio) {
     step *= ratio * ratio;
     tap *= step;
   }
-  GaussianTaps taps;
+  BlurTaps taps;
   taps.variance = moment / sum;
   for (const double weight : weights)
     taps.half.push_back(static_cast<float>(weight / sum));
   return taps;
 }
 
-void Blur(const FloatImage& image, const GaussianTaps& taps, FloatImage& between,
-          FloatImage& blurred) {
+void Blur(const FloatImage& image, const BlurTaps& taps, FloatImage& between, FloatImage& blurred) {
   between.Resize(image.width, image.height);
   blurred.Resize(image.width, image.height);
   BlurRows(image, taps, between);

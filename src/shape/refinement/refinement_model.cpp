@@ -8,6 +8,7 @@
 #include "shape/refinement/rounding_runs.h"
 #include "shape/refinement/spline_stencils.h"
 #include "shape/refinement/strip_selection.h"
+#include "shape/refinement/wide_kernel.h"
 
 namespace orvandel::shape {
 namespace {
@@ -83,7 +84,7 @@ double RadiusOf(const PixelSet& belongs, int width, int height) {
 
 /// Noise deviation of a gradient component of the blurred image, by that of a pixel: the roots of the
 /// sums of squared taps along and across the derivative.
-double GradientGain(const GaussianTaps& taps) {
+double GradientGain(const BlurTaps& taps) {
   const int reach = static_cast<int>(taps.half.size()) - 1;
   const auto tap = [&](int k) {
     const int size = std::abs(k);
@@ -109,7 +110,7 @@ struct BlurBuffers {
 void LearnStrip(const FloatImage& image, const PixelSet& belongs, Point origin,
                 double noise_variance, const StripPlan& plan, BlurBuffers& buffers, Strip& strip,
                 Strip& preview) {
-  const GaussianTaps taps = MakeGaussianTaps(plan.edge_ratio);
+  const BlurTaps taps = MakeGaussianTaps(plan.edge_ratio);
   Blur(image, taps, buffers.between, buffers.blurred);
   StripSelection selection;
   selection.noise_deviation = std::sqrt(noise_variance);
@@ -120,12 +121,39 @@ void LearnStrip(const FloatImage& image, const PixelSet& belongs, Point origin,
   SelectStrip(buffers.blurred, belongs, origin, selection, strip, preview);
   if (strip.num_pixels == 0) return;
   for (int k = 0; k < plan.num_levels; ++k) {
-    const GaussianTaps level_taps = MakeGaussianTaps(plan.level_ratios[k]);
+    const BlurTaps level_taps = MakeGaussianTaps(plan.level_ratios[k]);
     Blur(image, level_taps, buffers.between, buffers.blurred);
     for (Strip* const each : {&strip, &preview}) {
       BlurLevel& level = each->levels.emplace_back();
       level.variance = level_taps.variance;
       SplineValues(buffers.blurred, *each, level);
+    }
+  }
+}
+
+/// Scales at a pyramid level, a quarter of an octave apart, in the order of rising blur. Parts that are smaller
+/// still have hardly an edge left that a kernel's shape could matter to.
+constexpr std::array<double, 8> kWideScales = {
+    1.4142135623730951, 1.189207115002721,  1.0, 0.8408964152537145,
+    0.7071067811865476, 0.5946035575013605, 0.5, 0.42044820762685725};
+/// Those that surround the blurs that each strip serves.
+struct WideRange {
+  std::size_t first;
+  std::size_t last;
+};
+constexpr std::array<WideRange, kNumStrips> kWideRanges = {{{0, 2}, {1, 5}, {4, 7}}};
+
+void LearnWideLevels(const FloatImage& image, BlurBuffers& buffers,
+                     std::array<Strip, kNumStrips>& strips) {
+  for (std::size_t i = 0; i < kWideScales.size(); ++i) {
+    const BlurTaps taps = MakeWideKernelTaps(kWideScales[i]);
+    Blur(image, taps, buffers.between, buffers.blurred);
+    for (std::size_t k = 0; k < kNumStrips; ++k) {
+      if (i < kWideRanges[k].first || i > kWideRanges[k].last || strips[k].num_pixels == 0)
+        continue;
+      BlurLevel& level = strips[k].wide_levels.emplace_back();
+      level.variance = taps.variance;
+      SplineValues(buffers.blurred, strips[k], level);
     }
   }
 }
@@ -192,6 +220,7 @@ RefinementModel Learn(const ImageViewOf<Pixel>& pattern, const ImageView8& mask,
   for (Strip& strip : model.strips) {
     if (strip.thinning < kSparseThinning || !runs.empty()) NumberErrors(image, runs, strip);
   }
+  LearnWideLevels(image, buffers, model.strips);
   model.has_aliased_edges = HasAliasedEdges(model.strips[0], noise);
   model.image = std::move(image.grey);
   return model;

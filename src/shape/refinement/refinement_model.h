@@ -50,6 +50,8 @@ struct Strip {
   std::vector<Steepness> steepness;
   std::vector<Stretch> stretches;
   std::vector<BlurLevel> levels;  ///< by rising variance; at least two unless the strip is empty
+  /// The same for scenes without blur, at several scales, that are sampled with the kernel of doubled width.
+  std::vector<BlurLevel> wide_levels;
   /// Nine a pixel: which errors of the pattern image are in the 3 x 3 pixels around, by their number below
   /// num_errors. Pixels that share a rounding error have one number. Empty where that says nothing.
   std::vector<std::int32_t> errors;

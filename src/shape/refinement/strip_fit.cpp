@@ -79,11 +79,15 @@ LevelArrays ArraysOf(const BlurLevel& level) {
 /// Fills in the pattern's columns at a blur.
 void BlendLevels(const RefinementModel& model, const Strip& strip, double blur,
                  const StripKernels& kernels, Buffers& buffers) {
+  // What is blurred more than the kernel alone does it looks like a Gaussian again.
+  const bool is_wide = buffers.source.is_wide && !strip.wide_levels.empty() &&
+                       blur <= strip.wide_levels.back().variance;
+  const std::vector<BlurLevel>& levels = is_wide ? strip.wide_levels : strip.levels;
   std::size_t high = 1;
-  while (high + 1 < strip.levels.size() && blur > strip.levels[high].variance)
+  while (high + 1 < levels.size() && blur > levels[high].variance)
     ++high;
-  const BlurLevel& a = strip.levels[high - 1];
-  const BlurLevel& b = strip.levels[high];
+  const BlurLevel& a = levels[high - 1];
+  const BlurLevel& b = levels[high];
   const double share = (blur - a.variance) / (b.variance - a.variance);
   const auto pointers = buffers.ColumnPointers();
   kernels.blend(ArraysOf(a), ArraysOf(b), static_cast<float>(share), strip.x.data(), strip.y.data(),

@@ -162,16 +162,22 @@ std::vector<int> SpreadStretches(const std::vector<int>& edges, const std::vecto
   const auto height = static_cast<int>(usable.size()) / width;
   std::vector<int> nearest(usable.size(), kNone);
   std::vector<int> square(usable.size(), std::numeric_limits<int>::max());
+  // How far each row of the disk reaches.
+  std::vector<int> half_rows;
+  for (int dy = 0; dy <= reach; ++dy)
+    half_rows.push_back(static_cast<int>(std::sqrt(half_width * half_width - dy * dy)));
   for (const int edge : edges) {
     const int x = edge % width;
     const int y = edge / width;
+    const int stretch = stretch_of[static_cast<std::size_t>(edge)];
     for (int dy = std::max(-reach, -y); dy <= std::min(reach, height - 1 - y); ++dy) {
-      for (int dx = std::max(-reach, -x); dx <= std::min(reach, width - 1 - x); ++dx) {
+      const int half = half_rows[static_cast<std::size_t>(std::abs(dy))];
+      for (int dx = std::max(-half, -x); dx <= std::min(half, width - 1 - x); ++dx) {
         const auto i = static_cast<std::size_t>(edge + dy * width + dx);
         const int distance = dx * dx + dy * dy;
-        if (distance > half_width * half_width || distance >= square[i] || usable[i] == 0) continue;
+        if (distance >= square[i] || usable[i] == 0) continue;
         square[i] = distance;
-        nearest[i] = stretch_of[static_cast<std::size_t>(edge)];
+        nearest[i] = stretch;
       }
     }
   }
@@ -208,6 +214,7 @@ Lattice ThinOut(int width, std::vector<int>& stretch_of) {
 /// Leaves a lattice of what a lattice has left.
 void ThinForPreview(int width, Lattice lattice, std::vector<int>& stretch_of) {
   for (std::size_t i = 0; i < stretch_of.size(); ++i) {
+    if (stretch_of[i] == kNone) continue;
     const auto x = static_cast<int>(i) % width;
     const auto y = static_cast<int>(i) / width;
     const int number = (x + lattice.slope * y) / lattice.modulus;  // along the row
