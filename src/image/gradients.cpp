@@ -19,7 +19,9 @@ void ComputeGradients(const GreyPlane& plane, GradientPlane& gradients) {
   std::fill_n(row, width, 0);
   for (std::int32_t y = 1; y + 1 < plane.height; ++y) {
     row += width;
-    kernels.gradient_row(plane.Row(y - 1), plane.Row(y), plane.Row(y + 1), plane.width, row);
+    kernels.gradient_row(plane.Row(y - 1) + 1, plane.Row(y) + 1, plane.Row(y + 1) + 1,
+                         plane.width - 2, row + 1);
+    row[0] = row[width - 1] = 0;
   }
   std::fill_n(row + width, width, 0);
 }

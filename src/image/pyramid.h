@@ -5,15 +5,9 @@
 #include <vector>
 
 #include "image/image_view.h"
+#include "image/unit_image.h"
 
 namespace orvandel {
-
-/// Grey units of a pyramid for one grey level of an 8-bit image: means of a few pixels keep their
-/// fractions, so that a contrast of some grey levels survives the halvings.
-inline constexpr int kUnitsPerGrey = 16;
-
-/// Largest value of a pyramid's pixel. Sums of a Sobel mask over such values fit 16 bits.
-inline constexpr int kMaxUnits = 4095;
 
 /// A level of a pyramid, rows without gaps.
 struct GreyPlane {
@@ -29,6 +23,14 @@ struct GreyPlane {
   }
 };
 
+/// Side of a level's pixels, pixels of the image.
+inline double PixelsOf(int level) {
+  return static_cast<double>(1 << level);
+}
+
+/// The whole of an image in units.
+GreyPlane ToPlane(const UnitImage& image);
+
 /// An image, and halves, quarters ... of it. Pixel (x, y) of level l is the mean of 2^l by 2^l pixels of
 /// the image; an odd last row or column is left out. Its centre lies at
 ///
@@ -37,15 +39,22 @@ struct GreyPlane {
 /// in the image. Memory stays allocated from one build to the next.
 class Pyramid {
  public:
-  /// Builds `num_levels` levels (at least one), fewer where the image becomes empty before. An image of
-  /// more than 8 bits is brought to 12 by a power of two that its brightest pixel decides.
+  /// Builds `num_levels` levels with the image itself (at least one), fewer where it becomes empty before. The view is kept.
   void Build(const ImageView& image, int num_levels);
 
   int NumLevels() const { return num_levels_; }
-  const GreyPlane& Level(int level) const { return levels_[static_cast<std::size_t>(level)]; }
+
+  /// Level 0.
+  const UnitImage& Image() const { return image_; }
+  /// A level from 1 on.
+  const GreyPlane& Level(int level) const { return levels_[static_cast<std::size_t>(level) - 1]; }
 
  private:
+  void HalveImage();
+
+  UnitImage image_;
   std::vector<GreyPlane> levels_;
+  std::vector<std::uint16_t> rows_;
   int num_levels_ = 0;
 };
 
@@ -53,6 +62,6 @@ class Pyramid {
 /// see planes, and a low quantile of them does not see edges.
 /// Method: the mask of J. Immerkaer, "Fast noise variance estimation", Computer Vision and Image
 /// Understanding 64(2), 1996, with a quantile in place of the mean.
-double EstimateNoise(const GreyPlane& plane);
+double EstimateNoise(const UnitImage& image);
 
 }  // namespace orvandel

@@ -15,9 +15,9 @@ struct ImageRowKernels {
   void (*halve_rows)(const std::uint16_t* upper, const std::uint16_t* lower, std::int32_t width,
                      std::uint16_t* to);
 
-  /// Packed Sobel gradients; 0 in the first and last column. At least 3 columns.
+  /// Packed Sobel gradients of `count` columns; of each row the column before and the one behind are read, too.
   void (*gradient_row)(const std::uint16_t* above, const std::uint16_t* centre,
-                       const std::uint16_t* below, std::int32_t width, std::int32_t* packed);
+                       const std::uint16_t* below, std::int32_t count, std::int32_t* packed);
 
   /// Sizes of the second differences across 3 x 3 pixels, for columns 1 .. width - 2; the result begins with
   /// that of column 1.

@@ -47,18 +47,16 @@ inline void GradientBlock(const std::uint16_t* above, const std::uint16_t* centr
 }
 
 void GradientRow(const std::uint16_t* above, const std::uint16_t* centre,
-                 const std::uint16_t* below, std::int32_t width, std::int32_t* packed) {
-  const std::int32_t end = width - 1;
-  if (end - 1 < kGradientBlock) {
-    GradientBlock(above + 1, centre + 1, below + 1, end - 1, packed + 1);
-  } else {
-    // The last block overlaps the one before it.
-    const std::int32_t last = end - kGradientBlock;
-    for (std::int32_t x = 1; x < last; x += kGradientBlock)
-      GradientBlock(above + x, centre + x, below + x, kGradientBlock, packed + x);
-    GradientBlock(above + last, centre + last, below + last, kGradientBlock, packed + last);
+                 const std::uint16_t* below, std::int32_t count, std::int32_t* packed) {
+  if (count < kGradientBlock) {
+    GradientBlock(above, centre, below, count, packed);
+    return;
   }
-  packed[0] = packed[end] = 0;
+  // The last block overlaps the one before it.
+  const std::int32_t last = count - kGradientBlock;
+  for (std::int32_t x = 0; x < last; x += kGradientBlock)
+    GradientBlock(above + x, centre + x, below + x, kGradientBlock, packed + x);
+  GradientBlock(above + last, centre + last, below + last, kGradientBlock, packed + last);
 }
 
 void DifferenceRow(const std::uint16_t* above, const std::uint16_t* centre,

@@ -30,7 +30,7 @@ struct Workspace::Buffers {
   WorkerTeam team;
   SceneLevels scene;
   std::vector<Grid> grids;
-  ResponseMaps maps;
+  std::vector<ResponseMaps> maps;  ///< of each grid
   CoarseBuffers coarse;
   std::vector<Candidate> candidates;
   std::vector<std::size_t> candidate_ends;
@@ -69,6 +69,9 @@ constexpr std::size_t kMany = 200;
 
 /// Where the best score reaches this, no other polarity is tried.
 constexpr double kGoodScore = 0.5;
+
+/// The raw score is this many times the rank of the fine points at most: it is less, but for what other points tell.
+constexpr double kRawPerRank = 1.6;
 
 /// A further polarity's candidates must reach this share of the best ones before, and are half as many.
 constexpr float kFurtherShare = 0.85F;
@@ -234,30 +237,31 @@ class ShapeSearch {
     limits.max_hits = std::max(kMaxHits, kHitsPerWanted * descent_.num_wanted) / (is_first ? 1 : 2);
     limits.max_candidates =
         std::max(kMaxCandidates, kCandidatesPerWanted * descent_.num_wanted) / (is_first ? 1 : 2);
-    for (const Grid& grid : buffers_.grids) {
-      BuildMaps(grid);
+    if (buffers_.maps.size() < buffers_.grids.size()) buffers_.maps.resize(buffers_.grids.size());
+    for (std::size_t i = 0; i < buffers_.grids.size(); ++i) {
+      const Grid& grid = buffers_.grids[i];
+      ResponseMaps& maps = buffers_.maps[i];
+      BuildMaps(grid, maps);
       result_.times_us.response_maps += watch_.MicrosecondsSinceLast();
       const CoarseRange range = {grid.level, descent_.angle_start, descent_.angle_extent,
                                  grid.min_scale, grid.max_scale};
-      SearchGrid(model_, buffers_.maps, grid.level > 0, range, limits, deadline_, buffers_.team,
-                 best_score, buffers_.coarse, buffers_.candidates);
+      SearchGrid(model_, maps, grid.level > 0, range, limits, deadline_, buffers_.team, best_score,
+                 buffers_.coarse, buffers_.candidates);
       buffers_.candidate_ends.push_back(buffers_.candidates.size());
       result_.times_us.coarse_search += watch_.MicrosecondsSinceLast();
     }
     return best_score;
   }
 
-  void BuildMaps(const Grid& grid) {
+  void BuildMaps(const Grid& grid, ResponseMaps& maps) {
     const int level = grid.GradientLevel();
     const GradientPlane& gradients = buffers_.scene.Gradients(level);
     const bool is_pooled = grid.level > 0;
     const std::int32_t width = is_pooled ? gradients.width / 2 : gradients.width;
     const std::int32_t height = is_pooled ? gradients.height / 2 : gradients.height;
-    // A level's coarse points may reach a little farther than the finest ones.
     const auto pixels = static_cast<double>(1 << grid.level);
-    const auto frame = static_cast<std::int32_t>(1.1 * model_.radius * grid.max_scale / pixels) + 4;
-    buffers_.maps.Build(buffers_.scene.Edges(level), is_pooled, width, height, frame,
-                        descent_.sign);
+    const auto frame = static_cast<std::int32_t>(model_.reach * grid.max_scale / pixels) + 2;
+    maps.Build(buffers_.scene.Edges(level), is_pooled, width, height, frame, descent_.sign);
   }
 
   void TrackCandidates() {
@@ -281,8 +285,12 @@ class ShapeSearch {
 
   void ScoreArrived() {
     const double chance = model_.ChanceOf(options_.min_scale, options_.max_scale);
+    SortByRank(buffers_.arrived);
+    double least_raw = RawScoreOf(std::min(options_.min_score, kGoodScore), chance);
     for (Tracked& tracked : buffers_.arrived) {
       if (IsLate()) break;
+      FitFine(model_, buffers_.scene, descent_, buffers_.descent.tracking[0], tracked);
+      if (kRawPerRank * tracked.fit.Rank() < least_raw) continue;
       FitFinally(model_, buffers_.scene, descent_, buffers_.descent.tracking[0], tracked);
       const int level = tracked.level;
       const EdgePoints& points = model_.LevelOf(PixelsOf(level) / tracked.pose.scale).all;
@@ -291,10 +299,11 @@ class ShapeSearch {
       found.tracked = tracked;
       found.sign = descent_.sign;
       found.raw =
-          ScorePose(points, buffers_.scene.Gradients(level), step, buffers_.descent.tracking[0],
-                    buffers_.scoring, OnLevel(tracked.pose, level));
+          ScorePose(points, GradientsAt(model_, buffers_.scene, level, tracked.pose), step,
+                    buffers_.descent.tracking[0], buffers_.scoring, OnLevel(tracked.pose, level));
       found.score = ScoreAboveChance(found.raw.raw, chance);
       buffers_.found.push_back(found);
+      if (descent_.num_wanted == 1) least_raw = std::max(least_raw, found.raw.raw);
     }
     result_.times_us.scoring += watch_.MicrosecondsSinceLast();
   }
@@ -443,7 +452,7 @@ class ShapeSearch {
     RefinedPose found;
     found.scene_from_pattern = {pose.x, pose.y, NormalizedAngle(pose.angle), pose.scale};
     found.covariance = CovarianceAt(model_.LevelOf(PixelsOf(level) / pose.scale).all,
-                                    buffers_.scene.Gradients(level), step, level,
+                                    GradientsAt(model_, buffers_.scene, level, pose), step, level,
                                     buffers_.descent.tracking[0], OnLevel(pose, level));
     return found;
   }

@@ -10,10 +10,8 @@ namespace {
 using test::GreyImage;
 
 GradientPlane GradientsOf(const GreyImage& image) {
-  Pyramid pyramid;
-  pyramid.Build(image.View(), 1);
   GradientPlane gradients;
-  ComputeGradients(pyramid.Level(0), gradients);
+  ComputeGradients(ToPlane(UnitImage(image.View())), gradients);
   return gradients;
 }
 

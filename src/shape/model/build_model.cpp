@@ -43,10 +43,11 @@ PatternImage CopyImage(const ImageView& image) {
   return copy;
 }
 
-double NoiseOf(const PatternImage& image) {
-  Pyramid pyramid;
-  pyramid.Build(image.View(), 1);
-  return EstimateNoise(pyramid.Level(0));
+double FarthestOf(const std::vector<EdgePoint>& points) {
+  double square = 0.0;
+  for (const EdgePoint& point : points)
+    square = std::max(square, Dot(point.at, point.at));
+  return std::sqrt(square);
 }
 
 }  // namespace
@@ -58,7 +59,7 @@ std::optional<ShapeModel> BuildModel(const ImageView& image, const ImageView8& m
   const Point centre = {0.5 * (model.image.width - 1), 0.5 * (model.image.height - 1)};
   model.origin = origin ? *origin - centre : Point{};
 
-  const double noise = NoiseOf(model.image);
+  const double noise = EstimateNoise(UnitImage(model.image.View()));
   const double side = std::sqrt(model.Width() * model.Height());
   const double half_octave = std::sqrt(2.0);
   for (double factor = 1.0; factor == 1.0 || side / factor >= kLeastSide; factor *= half_octave) {
@@ -67,9 +68,9 @@ std::optional<ShapeModel> BuildModel(const ImageView& image, const ImageView8& m
     if (points.size() < kLeastPoints) continue;
     if (model.levels.empty()) {
       model.hull = ConvexHull(points);
-      for (const EdgePoint& point : points)
-        model.radius = std::max(model.radius, std::sqrt(Dot(point.at, point.at)));
+      model.radius = FarthestOf(points);
     }
+    model.reach = std::max(model.reach, FarthestOf(points));
     model.levels.push_back({factor, ToArrays(ChoosePoints(points, kCoarsePoints)),
                             ToArrays(ChoosePoints(points, kFinePoints)),
                             ToArrays(ChoosePoints(points, kAllPoints))});

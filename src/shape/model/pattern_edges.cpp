@@ -40,11 +40,8 @@ void MeanAlong(const std::vector<double>& sums, double begin, double factor, int
 
 /// Grey values in the units of a pyramid of the same image.
 std::vector<float> UnitsOf(const PatternImage& pattern) {
-  // A pyramid decides how deep images are brought to 12 bits; level 0 is the image itself.
-  Pyramid pyramid;
-  pyramid.Build(pattern.View(), 1);
-  const auto& pixels = pyramid.Level(0).pixels;
-  return {pixels.begin(), pixels.end()};
+  const GreyPlane plane = ToPlane(UnitImage(pattern.View()));
+  return {plane.pixels.begin(), plane.pixels.end()};
 }
 
 /// The gradient at a pixel, in the units of a gradient plane.

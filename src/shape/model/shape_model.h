@@ -64,6 +64,7 @@ struct ShapeModel {
   PatternImage image;
   Point origin;                      ///< of the poses reported, from the pattern's centre
   double radius = 0.0;               ///< of the farthest edge point
+  double reach = 0.0;                ///< of the farthest edge point of any level
   std::vector<Point> hull;           ///< convex outline of the edge points, clockwise on the screen
   std::vector<ModelLevel> levels;    ///< by rising factor: 1, 1.41, 2 ...; never empty
   std::vector<ChanceLevel> chances;  ///< by rising scale

@@ -75,30 +75,41 @@ void CandidateList::DropBelow(float least) {
               hits_.end());
 }
 
-float CandidateList::MedianScore() {
-  if (hits_.empty()) return 0.0F;
-  sorted_.assign(hits_.begin(), hits_.end());
-  const auto middle = sorted_.begin() + static_cast<std::ptrdiff_t>(sorted_.size() / 2);
-  std::nth_element(sorted_.begin(), middle, sorted_.end(),
-                   [](const GridHit& a, const GridHit& b) { return a.score < b.score; });
-  return middle->score;
+float CandidateList::UpperHalfScore() {
+  CountSteps();
+  std::size_t num_above = 0;
+  for (std::size_t step = kScoreSteps; step > 0; --step) {
+    num_above += counts_[step];
+    if (2 * num_above >= hits_.size())
+      return static_cast<float>(step) / static_cast<float>(kScoreSteps);
+  }
+  return 0.0F;
+}
+
+std::size_t CandidateList::StepOf(const GridHit& hit) {
+  const auto step = static_cast<std::size_t>(hit.score * static_cast<float>(kScoreSteps));
+  return std::min(step, kScoreSteps);
+}
+
+void CandidateList::CountSteps() {
+  counts_.assign(kScoreSteps + 1, 0);
+  for (const GridHit& hit : hits_)
+    ++counts_[StepOf(hit)];
 }
 
 /// Best first, by steps of a thousandth; equals stay in their order.
 void CandidateList::SortByScore() {
-  static constexpr std::size_t kSteps = 1024;
-  const auto step_of = [](const GridHit& hit) {
-    const auto step = static_cast<std::size_t>(hit.score * static_cast<float>(kSteps));
-    return kSteps - std::min(step, kSteps);
-  };
-  counts_.assign(kSteps + 2, 0);
-  for (const GridHit& hit : hits_)
-    ++counts_[step_of(hit) + 1];
-  for (std::size_t i = 1; i < counts_.size(); ++i)
-    counts_[i] += counts_[i - 1];
+  CountSteps();
+  // Where those of each step begin.
+  std::uint32_t begin = 0;
+  for (std::size_t step = counts_.size(); step-- > 0;) {
+    const std::uint32_t count = counts_[step];
+    counts_[step] = begin;
+    begin += count;
+  }
   sorted_.resize(hits_.size());
   for (const GridHit& hit : hits_)
-    sorted_[counts_[step_of(hit)]++] = hit;
+    sorted_[counts_[StepOf(hit)]++] = hit;
   hits_.swap(sorted_);
 }
 

@@ -14,6 +14,7 @@ struct TriedPose {
   double scale = 0.0;
   double angle_step = 0.0;
   double scale_step = 0.0;
+  std::size_t points = 0;  ///< number of the coarse points that it is tried with
 };
 
 /// The hits of an exhaustive search, and the choice of the best ones.
@@ -26,7 +27,8 @@ class CandidateList {
   std::vector<GridHit>& Hits() { return hits_; }
 
   void DropBelow(float least);
-  float MedianScore();
+  /// A score that half of the hits, or a few more, reach: by steps of a thousandth.
+  float UpperHalfScore();
 
   /// Indices into `Hits()` of the best hits, best first, none within two positions and two steps of angle and scale of a
   /// better one.
@@ -41,6 +43,9 @@ class CandidateList {
     std::uint32_t hit = 0;
     std::uint32_t next = 0;
   };
+  static constexpr std::size_t kScoreSteps = 1024;
+  static std::size_t StepOf(const GridHit& hit);
+  void CountSteps();
   void SortByScore();
 
   std::vector<GridHit> hits_;

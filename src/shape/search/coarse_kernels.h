@@ -41,24 +41,19 @@ struct PoseOffsets {
       ends[kStages];  ///< of the stages, multiples of kPointGroup; the last is the number of points
 };
 
-/// Votes that limits are worked out in: fractions of one vote.
-inline constexpr int kLimitShift = 7;
-
-/// What a position must have got after each stage:
-///
-///   max(full - per_point * outside, least) >> kLimitShift
-///
-/// with the points outside its column and row.
-struct VoteRule {
-  std::int16_t full[kStages];
-  std::int16_t per_point[kStages];
-  std::int16_t least[kStages];
+/// The positions of a response map, and which rows of it are looked at.
+struct PositionRange {
+  const std::uint8_t* origin;  ///< map position (0, 0) of the first direction
+  std::ptrdiff_t stride;
+  std::int32_t width;
+  std::int32_t first_row;
+  std::int32_t end_row;
 };
 
 /// A position that has got enough votes.
 struct CoarseHit {
   std::uint16_t x;
-  std::uint16_t row;  ///< 0 or 1
+  std::uint16_t y;
   std::uint16_t votes;
 };
 
@@ -68,24 +63,17 @@ struct CoarseKernels {
   void (*place_points)(const DirectedPoints& points, const PosePlacing& placing, std::int32_t* dx,
                        std::int32_t* dy, std::int32_t* offsets);
 
-  /// Limits of columns with so many points outside each, in rows with `outside_row` ones.
+  /// Sums up the votes of positions in pairs of rows, block by block from the left; the last block of a pair overlaps the one
+  /// before, and the last pair of rows likewise, as far as the range is that large. A block is left as soon as none of
+  /// its positions meets a limit. Those that meet all are written, the upper row first, none twice.
   ///
-  /// @param num_columns  a whole number of blocks
-  /// @param limits       kStages rows of `num_columns`
-  void (*limit_columns)(const std::int16_t* outside, std::int32_t num_columns,
-                        std::int16_t outside_row, const VoteRule& rule, std::uint8_t* limits);
-
-  /// Sums up the votes of all positions of two rows and writes those that meet the limits, block by block, the upper
-  /// row first. A block is left as soon as none of its positions meets a limit.
-  ///
-  /// @param origin       response map position (0, first row)
-  /// @param limits       kStages rows of `num_columns`
-  /// @param num_columns  a whole number of blocks
-  /// @param hits         room for two rows
-  /// @return             the number of hits
-  std::size_t (*scan_rows)(const std::uint8_t* origin, std::ptrdiff_t stride,
-                           const PoseOffsets& pose, const std::uint8_t* limits,
-                           std::int32_t num_columns, CoarseHit* hits);
+  /// @param limits    votes that a position must have after each stage, kStages
+  /// @param hits      room for at least kBlockRows * width
+  /// @param next_row  receives the row to go on with where the room was too small for all, else `end_row`
+  /// @return          the number of hits
+  std::size_t (*scan)(const PositionRange& range, const PoseOffsets& pose,
+                      const std::uint8_t* limits, CoarseHit* hits, std::size_t room,
+                      std::int32_t* next_row);
 };
 
 ORVANDEL_DECLARE_KERNELS(CoarseKernels)

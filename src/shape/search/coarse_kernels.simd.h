@@ -1,6 +1,10 @@
 // The kernel of the exhaustive search, as loops that compilers turn into vector code; compiled once a level
 // (platform/simd_dispatch.h).
 
+#if defined(__SSE2__)
+#include <immintrin.h>
+#endif
+
 #include "shape/search/coarse_kernels.h"
 
 namespace orvandel::shape {
@@ -25,103 +29,213 @@ void PlacePoints(const DirectedPoints& points, const PosePlacing& placing, std::
   }
 }
 
-/// Adds the votes of points [begin, end) to the sums of a block.
-inline void AddVotes(const Byte* origin, std::ptrdiff_t stride, const std::int32_t* offsets,
-                     std::size_t begin, std::size_t end, Byte* sums) {
-  for (std::size_t p = begin; p < end; p += kPointGroup) {
-    const Byte* const v0 = origin + offsets[p];
-    const Byte* const v1 = origin + offsets[p + 1];
-    const Byte* const v2 = origin + offsets[p + 2];
-    const Byte* const v3 = origin + offsets[p + 3];
-    const Byte* const v4 = origin + offsets[p + 4];
-    const Byte* const v5 = origin + offsets[p + 5];
-    const Byte* const v6 = origin + offsets[p + 6];
-    const Byte* const v7 = origin + offsets[p + 7];
-    for (std::int32_t i = 0; i < kBlockColumns; ++i) {
-      sums[i] = static_cast<Byte>(sums[i] + v0[i] + v1[i] + v2[i] + v3[i] + v4[i] + v5[i] + v6[i] +
-                                  v7[i]);
-    }
-    Byte* const lower = sums + kBlockColumns;
-    for (std::int32_t i = 0; i < kBlockColumns; ++i) {
-      const std::ptrdiff_t k = stride + i;
-      lower[i] = static_cast<Byte>(lower[i] + v0[k] + v1[k] + v2[k] + v3[k] + v4[k] + v5[k] +
-                                   v6[k] + v7[k]);
-    }
-  }
+// The bytes of a row of a block. Loads need no alignment; sums of votes stay below 256.
+
+#if defined(__AVX2__)
+
+struct RowBytes {
+  __m256i bytes;
+};
+inline RowBytes NoBytes() {
+  return {_mm256_setzero_si256()};
+}
+inline RowBytes AllBytes(Byte value) {
+  return {_mm256_set1_epi8(static_cast<char>(value))};
+}
+inline void AddAt(const Byte* from, RowBytes& sums) {
+  sums.bytes =
+      _mm256_add_epi8(sums.bytes, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from)));
+}
+inline RowBytes Larger(RowBytes a, RowBytes b) {
+  return {_mm256_max_epu8(a.bytes, b.bytes)};
+}
+/// A bit for each byte of `a` that is at least that of `b`.
+inline std::uint32_t WhereNotLess(RowBytes a, RowBytes b) {
+  return static_cast<std::uint32_t>(
+      _mm256_movemask_epi8(_mm256_cmpeq_epi8(_mm256_max_epu8(a.bytes, b.bytes), a.bytes)));
+}
+inline void Store(RowBytes sums, Byte* to) {
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), sums.bytes);
 }
 
-void LimitColumns(const std::int16_t* outside, std::int32_t num_columns, std::int16_t outside_row,
-                  const VoteRule& rule, Byte* limits) {
-  for (std::size_t stage = 0; stage < kStages; ++stage) {
-    const std::int16_t per_point = rule.per_point[stage];
-    const auto full = static_cast<std::int16_t>(rule.full[stage] - per_point * outside_row);
-    const std::int16_t least = rule.least[stage];
-    Byte* const row = limits + static_cast<std::ptrdiff_t>(stage) * num_columns;
-    for (std::int32_t x = 0; x < num_columns; ++x) {
-      const auto limit = static_cast<std::int16_t>(full - per_point * outside[x]);
-      const std::int16_t asked = limit > least ? limit : least;
-      row[x] = static_cast<Byte>(static_cast<std::uint16_t>(asked) >> kLimitShift);
-    }
-  }
+#elif defined(__SSE2__)
+
+struct RowBytes {
+  __m128i left;
+  __m128i right;
+};
+inline RowBytes NoBytes() {
+  return {_mm_setzero_si128(), _mm_setzero_si128()};
+}
+inline RowBytes AllBytes(Byte value) {
+  const __m128i all = _mm_set1_epi8(static_cast<char>(value));
+  return {all, all};
+}
+inline void AddAt(const Byte* from, RowBytes& sums) {
+  const auto* const halves = reinterpret_cast<const __m128i*>(from);
+  sums.left = _mm_add_epi8(sums.left, _mm_loadu_si128(halves));
+  sums.right = _mm_add_epi8(sums.right, _mm_loadu_si128(halves + 1));
+}
+inline RowBytes Larger(RowBytes a, RowBytes b) {
+  return {_mm_max_epu8(a.left, b.left), _mm_max_epu8(a.right, b.right)};
+}
+inline std::uint32_t WhereNotLess(RowBytes a, RowBytes b) {
+  const RowBytes larger = Larger(a, b);
+  const auto left =
+      static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(larger.left, a.left)));
+  const auto right =
+      static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(larger.right, a.right)));
+  return left | right << 16;
+}
+inline void Store(RowBytes sums, Byte* to) {
+  auto* const halves = reinterpret_cast<__m128i*>(to);
+  _mm_storeu_si128(halves, sums.left);
+  _mm_storeu_si128(halves + 1, sums.right);
 }
 
-inline bool AnyReaches(const Byte* sums, const Byte* limits) {
-  Byte any = 0;
-  for (std::int32_t i = 0; i < kBlockColumns; ++i) {
-    const Byte more = sums[i] > sums[kBlockColumns + i] ? sums[i] : sums[kBlockColumns + i];
-    any = static_cast<Byte>(any | (more >= limits[i] ? 1 : 0));
-  }
-  return any != 0;
-}
+#else
 
-/// Positions of one row of a block that meet their limits.
-inline std::size_t WriteHits(const Byte* sums, const Byte* limits, std::int32_t x, std::int32_t row,
-                             CoarseHit* hits) {
-  constexpr std::int32_t kGroup = 8;
-  Byte meets[kBlockColumns];
+struct RowBytes {
+  Byte bytes[kBlockColumns];
+};
+inline RowBytes AllBytes(Byte value) {
+  RowBytes all;
+  for (Byte& byte : all.bytes)
+    byte = value;
+  return all;
+}
+inline RowBytes NoBytes() {
+  return AllBytes(0);
+}
+inline void AddAt(const Byte* from, RowBytes& sums) {
   for (std::int32_t i = 0; i < kBlockColumns; ++i)
-    meets[i] = sums[i] >= limits[i] ? 1 : 0;
-  std::size_t num_hits = 0;
-  for (std::int32_t first = 0; first < kBlockColumns; first += kGroup) {
-    Byte any = 0;
-    for (std::int32_t i = first; i < first + kGroup; ++i)
-      any = static_cast<Byte>(any | meets[i]);
-    if (any == 0) continue;
-    for (std::int32_t i = first; i < first + kGroup; ++i) {
-      if (meets[i] == 0) continue;
-      hits[num_hits].x = static_cast<std::uint16_t>(x + i);
-      hits[num_hits].row = static_cast<std::uint16_t>(row);
-      hits[num_hits].votes = sums[i];
-      ++num_hits;
+    sums.bytes[i] = static_cast<Byte>(sums.bytes[i] + from[i]);
+}
+inline RowBytes Larger(const RowBytes& a, const RowBytes& b) {
+  RowBytes larger;
+  for (std::int32_t i = 0; i < kBlockColumns; ++i)
+    larger.bytes[i] = a.bytes[i] > b.bytes[i] ? a.bytes[i] : b.bytes[i];
+  return larger;
+}
+inline std::uint32_t WhereNotLess(const RowBytes& a, const RowBytes& b) {
+  std::uint32_t bits = 0;
+  for (std::int32_t i = 0; i < kBlockColumns; ++i)
+    bits |= (a.bytes[i] >= b.bytes[i] ? 1U : 0U) << i;
+  return bits;
+}
+inline void Store(const RowBytes& sums, Byte* to) {
+  for (std::int32_t i = 0; i < kBlockColumns; ++i)
+    to[i] = sums.bytes[i];
+}
+
+#endif
+
+/// Sums of the positions of a block.
+struct BlockSums {
+  RowBytes upper;
+  RowBytes lower;
+};
+
+/// Adds the votes of points [begin, end).
+inline void AddVotes(const Byte* origin, std::ptrdiff_t stride, const std::int32_t* offsets,
+                     std::size_t begin, std::size_t end, BlockSums& sums) {
+  const Byte* const below = origin + stride;
+  for (std::size_t p = begin; p < end; p += kPointGroup) {
+    for (std::size_t i = 0; i < kPointGroup; ++i) {
+      AddAt(origin + offsets[p + i], sums.upper);
+      AddAt(below + offsets[p + i], sums.lower);
     }
+  }
+}
+
+/// The place of the lowest bit that is set.
+inline std::int32_t LowestBit(std::uint32_t bits) {
+#if defined(__GNUC__)
+  return __builtin_ctz(bits);
+#else
+  std::int32_t i = 0;
+  while ((bits >> i & 1U) == 0)
+    ++i;
+  return i;
+#endif
+}
+
+/// Writes the positions of a row of a block whose bits are set.
+inline std::size_t WriteHits(RowBytes sums, std::uint32_t bits, std::int32_t x, std::int32_t y,
+                             CoarseHit* hits) {
+  if (bits == 0) return 0;
+  Byte votes[kBlockColumns];
+  Store(sums, votes);
+  std::size_t num_hits = 0;
+  for (; bits != 0; bits &= bits - 1) {
+    const std::int32_t i = LowestBit(bits);
+    hits[num_hits].x = static_cast<std::uint16_t>(x + i);
+    hits[num_hits].y = static_cast<std::uint16_t>(y);
+    hits[num_hits].votes = votes[i];
+    ++num_hits;
   }
   return num_hits;
 }
 
-std::size_t ScanRows(const Byte* origin, std::ptrdiff_t stride, const PoseOffsets& pose,
-                     const Byte* limits, std::int32_t num_columns, CoarseHit* hits) {
+/// A pair of rows of which the positions from column 0 and from row `first` on count.
+struct RowPair {
+  std::int32_t upper;
+  std::int32_t first;
+  std::int32_t end;
+};
+
+inline std::size_t ScanPair(const PositionRange& range, const RowPair& pair,
+                            const PoseOffsets& pose, const RowBytes* limits, CoarseHit* hits) {
+  const Byte* const row = range.origin + pair.upper * range.stride;
+  const std::int32_t last_x = range.width > kBlockColumns ? range.width - kBlockColumns : 0;
   std::size_t num_hits = 0;
-  for (std::int32_t x = 0; x < num_columns; x += kBlockColumns) {
-    Byte sums[kBlockRows * kBlockColumns] = {};
-    const Byte* asked = limits + x;
-    AddVotes(origin + x, stride, pose.offsets, 0, pose.ends[0], sums);
-    bool is_alive = AnyReaches(sums, asked);
-    for (std::size_t stage = 1; stage < kStages && is_alive; ++stage) {
-      asked += num_columns;
-      AddVotes(origin + x, stride, pose.offsets, pose.ends[stage - 1], pose.ends[stage], sums);
-      is_alive = AnyReaches(sums, asked);
+  for (std::int32_t begin = 0; begin < range.width; begin += kBlockColumns) {
+    const std::int32_t x = begin < last_x ? begin : last_x;
+    BlockSums sums = {NoBytes(), NoBytes()};
+    bool is_alive = true;
+    for (std::size_t stage = 0; stage < kStages && is_alive; ++stage) {
+      AddVotes(row + x, range.stride, pose.offsets, stage == 0 ? 0 : pose.ends[stage - 1],
+               pose.ends[stage], sums);
+      is_alive = WhereNotLess(Larger(sums.upper, sums.lower), limits[stage]) != 0;
     }
     if (!is_alive) continue;
-    for (std::int32_t row = 0; row < kBlockRows; ++row)
-      num_hits += WriteHits(sums + row * kBlockColumns, asked, x, row, hits + num_hits);
+    // Columns of the block before have been seen; those beyond the width are none.
+    std::uint32_t counts = 0xffffffffU << (begin - x);
+    if (range.width < kBlockColumns) counts &= (1U << range.width) - 1U;
+    const RowBytes& asked = limits[kStages - 1];
+    if (pair.upper >= pair.first)
+      num_hits += WriteHits(sums.upper, WhereNotLess(sums.upper, asked) & counts, x, pair.upper,
+                            hits + num_hits);
+    if (pair.upper + 1 < pair.end)
+      num_hits += WriteHits(sums.lower, WhereNotLess(sums.lower, asked) & counts, x, pair.upper + 1,
+                            hits + num_hits);
   }
+  return num_hits;
+}
+
+std::size_t Scan(const PositionRange& range, const PoseOffsets& pose, const Byte* limits,
+                 CoarseHit* hits, std::size_t room, std::int32_t* next_row) {
+  RowBytes asked[kStages];
+  for (std::size_t stage = 0; stage < kStages; ++stage)
+    asked[stage] = AllBytes(limits[stage]);
+  const auto most_of_pair =
+      static_cast<std::size_t>(kBlockRows) * static_cast<std::size_t>(range.width);
+  std::size_t num_hits = 0;
+  std::int32_t y = range.first_row;
+  for (; y < range.end_row && room - num_hits >= most_of_pair; y += kBlockRows) {
+    // A last single row is seen with the one above it.
+    const bool is_single = y + 1 == range.end_row && y > 0;
+    const RowPair pair = {is_single ? y - 1 : y, y, range.end_row};
+    num_hits += ScanPair(range, pair, pose, asked, hits + num_hits);
+  }
+  *next_row = y < range.end_row ? y : range.end_row;
   return num_hits;
 }
 
 }  // namespace
 
 namespace ORVANDEL_SIMD_NAMESPACE {
-const CoarseKernels kCoarseKernels = {PlacePoints, LimitColumns, ScanRows};
+const CoarseKernels kCoarseKernels = {PlacePoints, Scan};
 }
 
 }  // namespace orvandel::shape

@@ -44,9 +44,10 @@ struct CoarseLimits {
 inline constexpr std::size_t kWave = 8;
 
 struct CoarseBuffers {
-  std::array<PoseScan, kWave> scans;  ///< one a worker
-  std::array<std::vector<GridHit>, kWave> wave_hits;
+  std::array<PoseScan, kWave> scans;            ///< one a worker
+  std::vector<std::vector<GridHit>> wave_hits;  ///< by rows and pose
   CandidateList list;
+  std::vector<CoarsePoints> points;  ///< of each scale
   std::vector<TriedPose> tried;
 };
 
@@ -54,11 +55,13 @@ struct CoarseBuffers {
 /// candidates, best first, none within two steps of a better one. Ends early, with what it has, when the time is
 /// up.
 ///
-/// The threshold follows the best score from wave to wave of poses. The poses of a wave may be looked at in any order, or
-/// at once: the bits do not depend on the team.
+/// The threshold follows the best score from wave to wave of poses, which are mixed over the range, so that the first waves
+/// tell how good the others are. The poses of a wave may be looked at in any order, or at once: the bits do not depend
+/// on the team.
 ///
+/// @param maps        what points outside get is set in them
 /// @param best_score  best so far, of coarser grids too; raised
-void SearchGrid(const ShapeModel& model, const ResponseMaps& maps, bool is_pooled,
+void SearchGrid(const ShapeModel& model, ResponseMaps& maps, bool is_pooled,
                 const CoarseRange& range, const CoarseLimits& limits, const Deadline& deadline,
                 WorkerTeam& team, float& best_score, CoarseBuffers& buffers,
                 std::vector<Candidate>& candidates);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <functional>
 
 #include "base/rounding.h"
 
@@ -11,8 +12,10 @@ namespace orvandel::shape {
 namespace {
 
 /// Poses that go on after so many levels, per wanted instance of up to this many at least.
-constexpr std::size_t kMostAfterFirstLook = 60;
-constexpr std::array<std::size_t, 3> kMostAfterLevels = {60, 16, 5};
+constexpr std::size_t kMostAfterFirstLook = 32;
+constexpr std::array<std::size_t, 3> kMostAfterLevels = {32, 16, 5};
+/// Poses that get the second step on a level: one step tells which are hopeless.
+constexpr std::size_t kMostAfterFirstStep = 24;
 constexpr std::size_t kMostPerWanted = 3;
 
 /// A pattern is tracked down to where its pixels are this large in the scene's: finer, blur is all that is seen.
@@ -55,6 +58,15 @@ LevelPose OnLevel(const Candidate& pose, int level) {
   return {ToLevel(pose.x, level), ToLevel(pose.y, level), pose.angle, pose.scale / PixelsOf(level)};
 }
 
+const GradientPlane& GradientsAt(const ShapeModel& model, SceneLevels& scene, int level,
+                                 const Candidate& pose) {
+  // Samples lie up to a pixel beyond the range along a normal, and between pixels.
+  constexpr double kBeyond = kMaxRange + 3;
+  const LevelPose on_level = OnLevel(pose, level);
+  return scene.GradientsAround(level, {on_level.x, on_level.y},
+                               model.reach * on_level.scale + kBeyond);
+}
+
 TrackingStep MeasuringStep(const SceneLevels& scene, int level, EdgeSign sign) {
   TrackingStep step;
   step.least_slope = scene.LeastSlope(level);
@@ -73,7 +85,7 @@ TrackingStep Descent::StepOn(int level) const {
 void Descent::TrackOn(int level, const EdgePoints& points, const TrackingStep& step,
                       std::size_t worker, Tracked& tracked) {
   LevelPose pose = OnLevel(tracked.pose, level);
-  tracked.fit = Track(points, scene_.Gradients(level), step, buffers_.tracking[worker], pose);
+  tracked.fit = Track(points, scene_.GradientsMade(level), step, buffers_.tracking[worker], pose);
   tracked.pose.x = ToScene(pose.x, level);
   tracked.pose.y = ToScene(pose.y, level);
   tracked.pose.angle = pose.angle;
@@ -107,22 +119,48 @@ void Descent::Enter(std::span<const Candidate> candidates, int level) {
   buffers_.active.insert(buffers_.active.end(), incoming.begin(), incoming.end());
 }
 
+/// A step with fine points, of all that are not given up.
+void Descent::TrackAllOn(int level, const TrackingStep& step, std::vector<Tracked>& list) {
+  // Gradients are made here, not by several workers at once.
+  for (const Tracked& tracked : list)
+    GradientsAt(model_, scene_, level, tracked.pose);
+  team_.Run(list.size(), [&](std::size_t i, std::size_t worker) {
+    if (!(list[i].pose.score > 0.0F)) return;
+    TrackOn(level, model_.LevelOf(PixelsOf(level) / list[i].pose.scale).fine, step, worker,
+            list[i]);
+  });
+}
+
+/// Takes the score of all that are worse than so many others.
+void Descent::GiveUpWorst(std::vector<Tracked>& list) {
+  const std::size_t most = std::max(kMostAfterFirstStep, kMostPerWanted * options_.num_wanted);
+  if (list.size() <= most) return;
+  auto& scores = buffers_.scores;
+  scores.clear();
+  for (const Tracked& tracked : list)
+    scores.push_back(tracked.pose.score);
+  const auto worst = scores.begin() + static_cast<std::ptrdiff_t>(most - 1);
+  std::nth_element(scores.begin(), worst, scores.end(), std::greater<>());
+  const float least = *worst;
+  for (Tracked& tracked : list) {
+    if (tracked.pose.score < least) tracked.pose.score = 0.0F;
+  }
+}
+
 void Descent::FitLevel(int level, std::vector<Tracked>& arrived) {
   TrackingStep first = StepOn(level);
   TrackingStep second = first;
   second.range = 1;
   second.reach = 2.0F;
   second.damping = 0.001;
-  scene_.Gradients(level);  // made here, not by several workers at once
   auto& active = buffers_.active;
   auto& finer = buffers_.finer;
   finer.assign(active.begin(), active.end());
-  team_.Run(active.size(), [&](std::size_t i, std::size_t worker) {
-    const EdgePoints& points = model_.LevelOf(PixelsOf(level) / finer[i].pose.scale).fine;
-    TrackOn(level, points, first, worker, finer[i]);
-    TrackOn(level, points, second, worker, finer[i]);
-    ++finer[i].num_levels;
-  });
+  for (Tracked& tracked : finer)
+    ++tracked.num_levels;
+  TrackAllOn(level, first, finer);
+  GiveUpWorst(finer);
+  TrackAllOn(level, second, finer);
   std::size_t end = 0;
   for (std::size_t i = 0; i < finer.size(); ++i) {
     if (IsBlurred(active[i], finer[i])) {
@@ -162,16 +200,20 @@ bool Descent::HasArrived(const Tracked& tracked, int level) const {
          scene_.LeastSlope(level - 1) > scene_.LeastSlope(level);
 }
 
-/// Best first; drops what is far worse than the best, what has become the same as a better one, and all beyond the
-/// numbers that go on after so many levels.
-void Descent::KeepBest(std::vector<Tracked>& list, std::span<const std::size_t> most, int level) {
-  if (list.empty()) return;
+void SortByRank(std::vector<Tracked>& list) {
   std::sort(list.begin(), list.end(), [](const Tracked& a, const Tracked& b) {
     if (a.pose.score != b.pose.score) return a.pose.score > b.pose.score;
     if (a.pose.y != b.pose.y) return a.pose.y < b.pose.y;
     if (a.pose.x != b.pose.x) return a.pose.x < b.pose.x;
     return a.pose.angle < b.pose.angle;
   });
+}
+
+/// Best first; drops what is far worse than the best, what has become the same as a better one, and all beyond the
+/// numbers that go on after so many levels.
+void Descent::KeepBest(std::vector<Tracked>& list, std::span<const std::size_t> most, int level) {
+  if (list.empty()) return;
+  SortByRank(list);
   const auto least = static_cast<float>(options_.share_of_best) * list.front().pose.score;
   const double pixels = PixelsOf(level);
   const double side = kSamePose * pixels;
@@ -217,8 +259,10 @@ void Descent::KeepBest(std::vector<Tracked>& list, std::span<const std::size_t> 
 namespace {
 
 /// A step with all that is found; the pose beyond the range is held at its border, and the rest of it fitted on.
-void FitOn(const EdgePoints& points, const GradientPlane& gradients, const DescentOptions& options,
-           TrackingBuffers& tracking, TrackingStep& step, Tracked& tracked) {
+void FitOn(const ShapeModel& model, const EdgePoints& points, SceneLevels& scene,
+           const DescentOptions& options, TrackingBuffers& tracking, TrackingStep& step,
+           Tracked& tracked) {
+  const GradientPlane& gradients = GradientsAt(model, scene, tracked.level, tracked.pose);
   LevelPose pose = OnLevel(tracked.pose, tracked.level);
   tracked.fit = Track(points, gradients, step, tracking, pose);
   const Candidate free = {
@@ -244,18 +288,32 @@ TrackingStep FinalStep(const SceneLevels& scene, int level, const DescentOptions
 
 }  // namespace
 
+namespace {
+
+/// Edges count as far as they scatter.
+void FitTwice(const ShapeModel& model, const EdgePoints& points, SceneLevels& scene,
+              const DescentOptions& options, TrackingBuffers& tracking, Tracked& tracked) {
+  TrackingStep step = FinalStep(scene, tracked.level, options);
+  for (int round = 0; round < 2; ++round) {
+    step.reach = static_cast<float>(std::clamp(4.5 * tracked.fit.rms, 0.5, 1.5));
+    FitOn(model, points, scene, options, tracking, step, tracked);
+  }
+}
+
+const ModelLevel& PointsOf(const ShapeModel& model, const Tracked& tracked) {
+  return model.LevelOf(PixelsOf(tracked.level) / tracked.pose.scale);
+}
+
+}  // namespace
+
+void FitFine(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
+             TrackingBuffers& tracking, Tracked& tracked) {
+  FitTwice(model, PointsOf(model, tracked).fine, scene, options, tracking, tracked);
+}
+
 void FitFinally(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
                 TrackingBuffers& tracking, Tracked& tracked) {
-  const GradientPlane& gradients = scene.Gradients(tracked.level);
-  const ModelLevel& points = model.LevelOf(PixelsOf(tracked.level) / tracked.pose.scale);
-  TrackingStep step = FinalStep(scene, tracked.level, options);
-  constexpr int kRounds = 4;
-  for (int round = 0; round < kRounds; ++round) {
-    // Edges count as far as they scatter.
-    step.reach = static_cast<float>(std::clamp(4.5 * tracked.fit.rms, 0.5, 1.5));
-    FitOn(round < kRounds / 2 ? points.fine : points.all, gradients, options, tracking, step,
-          tracked);
-  }
+  FitTwice(model, PointsOf(model, tracked).all, scene, options, tracking, tracked);
 }
 
 Tracked Polished(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
@@ -274,7 +332,7 @@ Tracked Polished(const ShapeModel& model, SceneLevels& scene, const DescentOptio
     step.least_slope *= kLowerThreshold;
     step.reach = 2.0F;
     for (int round = 0; round < kRounds; ++round)
-      FitOn(points, scene.Gradients(level), options, tracking, step, finer);
+      FitOn(model, points, scene, options, tracking, step, finer);
     if (finer.fit.coverage < kEnoughCoverage * arrived.fit.coverage) break;
     best = finer;
   }

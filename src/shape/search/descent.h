@@ -14,6 +14,10 @@
 
 namespace orvandel::shape {
 
+/// The gradients that a step at a pose looks at.
+const GradientPlane& GradientsAt(const ShapeModel& model, SceneLevels& scene, int level,
+                                 const Candidate& pose);
+
 /// What poses are allowed, and how many are wanted.
 struct DescentOptions {
   double angle_start = 0.0;
@@ -42,6 +46,7 @@ struct DescentBuffers {
   std::vector<Tracked> active;
   std::vector<Tracked> incoming;
   std::vector<Tracked> finer;
+  std::vector<float> scores;
   std::vector<std::uint32_t> heads;
   std::vector<Placed> placed;
 };
@@ -63,6 +68,8 @@ class Descent {
 
  private:
   TrackingStep StepOn(int level) const;
+  void GiveUpWorst(std::vector<Tracked>& list);
+  void TrackAllOn(int level, const TrackingStep& step, std::vector<Tracked>& list);
   void TrackOn(int level, const EdgePoints& points, const TrackingStep& step, std::size_t worker,
                Tracked& tracked);
   bool IsBlurred(const Tracked& before, const Tracked& now) const;
@@ -76,7 +83,14 @@ class Descent {
   DescentBuffers& buffers_;
 };
 
-/// The steps of a final fit with all points on the level where a pose arrived; the measure of the last one is left in `tracked.fit`.
+/// Best first; equals from the top down.
+void SortByRank(std::vector<Tracked>& list);
+
+/// The first steps of a final fit on the level where a pose arrived, with fine points; their measure is left in `tracked.fit`.
+void FitFine(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
+             TrackingBuffers& tracking, Tracked& tracked);
+
+/// The last steps, with all points.
 void FitFinally(const ShapeModel& model, SceneLevels& scene, const DescentOptions& options,
                 TrackingBuffers& tracking, Tracked& tracked);
 
@@ -87,11 +101,6 @@ Tracked Polished(const ShapeModel& model, SceneLevels& scene, const DescentOptio
 
 /// The step that measures on a level with its threshold.
 TrackingStep MeasuringStep(const SceneLevels& scene, int level, EdgeSign sign);
-
-/// Scene pixels per pixel of a level.
-inline double PixelsOf(int level) {
-  return static_cast<double>(1 << level);
-}
 
 /// A pose in a level's pixels.
 LevelPose OnLevel(const Candidate& pose, int level);

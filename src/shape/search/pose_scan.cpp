@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <span>
 
 #include "base/geometry.h"
 #include "base/rounding.h"
@@ -17,40 +16,22 @@ constexpr std::size_t kStageSixths[kStages] = {1, 2, 4, 6};
 
 /// Share of the votes due after each stage that a position must have. Votes come unevenly, the more so the fewer
 /// points; what falls behind by more is not worth the rest.
-constexpr float kShareAfterStage[kStages] = {0.45F, 0.65F, 0.75F, 1.0F};
+constexpr float kShareAfterStage[kStages] = {0.6F, 0.8F, 0.9F, 1.0F};
 
 /// A position that shows a smaller share of the points is not looked at.
 constexpr float kLeastVisibleShare = static_cast<float>(kLeastVisible);
 
-/// The chord of the square root between kLeastVisible and 1: below it, so it never asks for too much.
-constexpr float kChordAll = 0.387F;
-constexpr float kChordVisible = 0.613F;
+/// Slope of the chord of the square root between kLeastVisible and 1. The chord lies below the root, so that it never asks
+/// for too much.
+constexpr float kChordSlope = 0.613F;
 
 constexpr double kBinsPerRadian = kDirectionBins / kTwoPi;
 
-/// Points that lie beyond 0 .. size - 1, for each position in it.
-/// @param counts  scratch, `reach` + 1 entries; no step is longer than `reach`
-void CountOutside(std::span<const std::int32_t> steps, std::int32_t size, std::int32_t reach,
-                  std::span<std::int16_t> counts, std::span<std::int16_t> outside) {
-  std::fill(outside.begin(), outside.end(), std::int16_t{0});
-  // A step of -3 leads out of the first three positions, one of 3 out of the last three.
-  for (const bool leftwards : {true, false}) {
-    std::fill(counts.begin(), counts.end(), std::int16_t{0});
-    for (const std::int32_t step : steps) {
-      const std::int32_t length = leftwards ? -step : step;
-      if (length > 0) ++counts[static_cast<std::size_t>(length)];
-    }
-    std::int16_t longer = 0;
-    for (std::int32_t x = reach; x-- > 0;) {
-      longer = static_cast<std::int16_t>(longer + counts[static_cast<std::size_t>(x) + 1]);
-      if (x >= size) continue;
-      const auto position = static_cast<std::size_t>(leftwards ? x : size - 1 - x);
-      outside[position] = static_cast<std::int16_t>(outside[position] + longer);
-    }
-  }
-}
-
 }  // namespace
+
+std::uint8_t OutsideVoteFor(float threshold) {
+  return static_cast<std::uint8_t>(kChordSlope * kFullVote * threshold + 0.75F);
+}
 
 CoarsePoints ToCoarsePoints(const EdgePoints& points) {
   CoarsePoints coarse;
@@ -58,6 +39,8 @@ CoarsePoints ToCoarsePoints(const EdgePoints& points) {
   for (std::size_t i = 0; i < coarse.size; ++i) {
     coarse.x[i] = points.x[i];
     coarse.y[i] = points.y[i];
+    const Point at = {static_cast<double>(points.x[i]), static_cast<double>(points.y[i])};
+    coarse.reach = std::max(coarse.reach, std::sqrt(Dot(at, at)));
     const double direction =
         ArcTan2(static_cast<double>(points.normal_y[i]), static_cast<double>(points.normal_x[i]));
     coarse.direction[i] = static_cast<float>(kBinsPerRadian * direction + kDirectionBins);
@@ -68,27 +51,33 @@ CoarsePoints ToCoarsePoints(const EdgePoints& points) {
 void PoseScan::Start(const ResponseMaps& maps) {
   maps_ = &maps;
   kernels_ = &CoarseKernelsOf(ActiveSimdLevel());
-  padded_width_ = (maps.Width() + kBlockColumns - 1) / kBlockColumns * kBlockColumns;
-  limits_.resize(kStages * static_cast<std::size_t>(padded_width_));
-  row_hits_.resize(static_cast<std::size_t>(kBlockRows * padded_width_));
-  outside_columns_.assign(static_cast<std::size_t>(padded_width_), 0);
-  outside_rows_.assign(static_cast<std::size_t>(maps.Height()), 0);
+  // Room for the hits of some rows, so that the kernel is not called for each pair.
+  constexpr std::size_t kRows = 16;
+  hits_.resize(kRows * static_cast<std::size_t>(maps.Width()));
 }
 
 void PoseScan::Run(const CoarsePoints& points, double scale, double angle, float threshold,
-                   std::uint32_t pose, std::vector<GridHit>& hits) {
+                   std::uint32_t pose, RowRange rows, std::vector<GridHit>& hits) {
   threshold_ = threshold;
   pose_ = pose;
   PlacePoints(points, scale, angle);
-  CountOutsideAll();
-  const VoteRule rule = RuleOf(threshold);
-  limited_outside_ = -1;
-  for (std::int32_t y = 0; y < maps_->Height(); y += kBlockRows)
-    ScanRows(rule, y, hits);
+  std::uint8_t limits[kStages];
+  for (std::size_t stage = 0; stage < kStages; ++stage) {
+    const auto num_points = static_cast<float>(std::min(table_.ends[stage], points.size));
+    limits[stage] = static_cast<std::uint8_t>(kShareAfterStage[stage] * threshold *
+                                              static_cast<float>(kFullVote) * num_points);
+  }
+  PositionRange range = {maps_->Origin(), maps_->Stride(), maps_->Width(), rows.begin, rows.end};
+  while (range.first_row < rows.end) {
+    const std::size_t num_hits =
+        kernels_->scan(range, table_, limits, hits_.data(), hits_.size(), &range.first_row);
+    for (std::size_t i = 0; i < num_hits; ++i)
+      TakeHit(hits_[i], hits);
+  }
 }
 
 void PoseScan::PlacePoints(const CoarsePoints& points, double scale, double angle) {
-  num_points_ = static_cast<int>(points.size);
+  num_points_ = points.size;
   const SinCos turn = SinCosOf(angle);
   const std::size_t groups = (points.size + kPointGroup - 1) / kPointGroup;
   const DirectedPoints directed = {points.x.data(), points.y.data(), points.direction.data(),
@@ -101,6 +90,8 @@ void PoseScan::PlacePoints(const CoarsePoints& points, double scale, double angl
   placing.stride = static_cast<std::int32_t>(maps_->Stride());
   placing.plane_size = static_cast<std::int32_t>(maps_->PlaneSize());
   kernels_->place_points(directed, placing, dx_.data(), dy_.data(), offsets_.data());
+  // Rounding adds half a position.
+  reach_ = static_cast<std::int32_t>(scale * points.reach) + 1;
   // Places of the last group that have no point read the map of nothing.
   for (std::size_t i = points.size; i < groups * kPointGroup; ++i)
     offsets_[i] = kDirectionBins * placing.plane_size;
@@ -109,76 +100,29 @@ void PoseScan::PlacePoints(const CoarsePoints& points, double scale, double angl
     table_.ends[stage] = (groups * kStageSixths[stage] + 5) / 6 * kPointGroup;
 }
 
-void PoseScan::CountOutsideAll() {
-  std::int32_t reach = 0;
-  for (int i = 0; i < num_points_; ++i)
-    reach = std::max({reach, std::abs(dx_[static_cast<std::size_t>(i)]),
-                      std::abs(dy_[static_cast<std::size_t>(i)])});
-  reaches_.resize(static_cast<std::size_t>(reach) + 1);
-  const auto size = static_cast<std::size_t>(num_points_);
-  CountOutside({dx_.data(), size}, maps_->Width(), reach, reaches_,
-               std::span(outside_columns_).first(static_cast<std::size_t>(maps_->Width())));
-  CountOutside({dy_.data(), size}, maps_->Height(), reach, reaches_, outside_rows_);
-}
-
-/// In a column and a row with so many points outside each, no more than their sum are outside both.
-VoteRule PoseScan::RuleOf(float threshold) const {
-  VoteRule rule = {};
-  const auto all = static_cast<float>(num_points_);
-  for (std::size_t stage = 0; stage < kStages; ++stage) {
-    const float share = kShareAfterStage[stage] * static_cast<float>(table_.ends[stage]) /
-                        static_cast<float>(table_.ends[kStages - 1]);
-    const float per_point = static_cast<float>(kFullVote << kLimitShift) * threshold * share;
-    rule.full[stage] = static_cast<std::int16_t>(per_point * all);
-    rule.per_point[stage] = static_cast<std::int16_t>(per_point * kChordVisible + 1.0F);
-    rule.least[stage] = static_cast<std::int16_t>(per_point * all *
-                                                  (kChordAll + kChordVisible * kLeastVisibleShare));
-  }
-  return rule;
-}
-
-void PoseScan::ScanRows(const VoteRule& rule, std::int32_t y, std::vector<GridHit>& hits) {
-  const std::int16_t upper = outside_rows_[static_cast<std::size_t>(y)];
-  const auto below = static_cast<std::size_t>(std::min(y + 1, maps_->Height() - 1));
-  const std::int16_t outside = std::max(upper, outside_rows_[below]);
-  // Most rows have all points within, as the one before.
-  if (outside != limited_outside_) {
-    kernels_->limit_columns(outside_columns_.data(), padded_width_, outside, rule, limits_.data());
-    limited_outside_ = outside;
-  }
-  const std::size_t num_hits =
-      kernels_->scan_rows(maps_->Origin() + y * maps_->Stride(), maps_->Stride(), table_,
-                          limits_.data(), padded_width_, row_hits_.data());
-  for (std::size_t i = 0; i < num_hits; ++i)
-    TakeHit(row_hits_[i], y, hits);
-}
-
-void PoseScan::TakeHit(const CoarseHit& hit, std::int32_t first_row,
-                       std::vector<GridHit>& hits) const {
-  const std::int32_t x = hit.x;
-  const std::int32_t y = first_row + hit.row;
-  if (x >= maps_->Width() || y >= maps_->Height()) return;
-  const int beyond_columns = outside_columns_[static_cast<std::size_t>(x)];
-  const int beyond_rows = outside_rows_[static_cast<std::size_t>(y)];
-  // Near a corner some points may be beyond both a column and a row.
-  const int num_visible = beyond_columns > 0 && beyond_rows > 0
-                              ? CountPointsWithin(x, y)
-                              : num_points_ - beyond_columns - beyond_rows;
+void PoseScan::TakeHit(const CoarseHit& hit, std::vector<GridHit>& hits) const {
+  const bool is_inside = hit.x >= reach_ && hit.x + reach_ < maps_->Width() && hit.y >= reach_ &&
+                         hit.y + reach_ < maps_->Height();
+  const std::size_t num_visible = is_inside ? num_points_ : CountPointsWithin(hit.x, hit.y);
+  const auto num_outside = static_cast<int>(num_points_ - num_visible);
   const auto all = static_cast<float>(num_points_);
   const auto visible = static_cast<float>(num_visible);
   if (visible < kLeastVisibleShare * all) return;
-  const float score =
-      static_cast<float>(hit.votes) / (static_cast<float>(kFullVote) * std::sqrt(visible * all));
+  const auto votes = static_cast<float>(hit.votes - maps_->OutsideVote() * num_outside);
+  const float score = votes / (static_cast<float>(kFullVote) * std::sqrt(visible * all));
   if (score < threshold_) return;
-  hits.push_back({score, hit.x, static_cast<std::uint16_t>(y), pose_});
+  hits.push_back({score, hit.x, hit.y, pose_});
 }
 
-int PoseScan::CountPointsWithin(std::int32_t x, std::int32_t y) const {
-  int count = 0;
-  for (int i = 0; i < num_points_; ++i) {
-    const std::int32_t column = x + dx_[static_cast<std::size_t>(i)];
-    const std::int32_t row = y + dy_[static_cast<std::size_t>(i)];
-    count += column >= 0 && column < maps_->Width() && row >= 0 && row < maps_->Height() ? 1 : 0;
+std::size_t PoseScan::CountPointsWithin(std::int32_t x, std::int32_t y) const {
+  const auto width = static_cast<std::uint32_t>(maps_->Width());
+  const auto height = static_cast<std::uint32_t>(maps_->Height());
+  std::uint32_t count = 0;
+  for (std::size_t i = 0; i < num_points_; ++i) {
+    // Below 0 is beyond any size, too.
+    const auto column = static_cast<std::uint32_t>(x + dx_[i]);
+    const auto row = static_cast<std::uint32_t>(y + dy_[i]);
+    count += (column < width ? 1U : 0U) & (row < height ? 1U : 0U);
   }
   return count;
 }

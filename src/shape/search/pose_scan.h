@@ -19,6 +19,7 @@ inline constexpr std::size_t kMaxCoarsePadded =
 /// Coarse points of a model level with the directions of their normals.
 struct CoarsePoints {
   std::size_t size = 0;
+  double reach = 0.0;  ///< of the farthest one
   std::array<float, kMaxCoarsePadded> x = {};
   std::array<float, kMaxCoarsePadded> y = {};
   std::array<float, kMaxCoarsePadded> direction = {};
@@ -34,28 +35,38 @@ struct GridHit {
   std::uint32_t pose = 0;
 };
 
-/// Looks at all positions of a grid for one pose at a time. Points beyond the grid are left out, and a position
-/// is asked for votes of the geometric mean of visible and all points: so a few visible ones cannot beat a
-/// whole pattern. At least two fifths must be visible.
+/// Rows of a grid.
+struct RowRange {
+  std::int32_t begin = 0;
+  std::int32_t end = 0;
+};
+
+/// What points beyond the grid are to get in its response maps, so that positions are asked for about the right votes at
+/// a threshold.
+///
+/// A position is asked for votes of the geometric mean of visible and all points, so a few visible ones cannot beat a
+/// whole pattern. That is close to a sum over the points: a visible one owes `kFullVote` times the threshold, one outside
+/// about 0.39 of that; what it owes less, it gets as a vote.
+std::uint8_t OutsideVoteFor(float threshold);
+
+/// Looks at positions of a grid for one pose at a time. At least two fifths of the points must be visible.
 class PoseScan {
  public:
   /// Gets ready for the positions of these maps, which are kept a reference of.
   void Start(const ResponseMaps& maps);
 
-  /// Appends the positions that score at least `threshold`, row by row in pairs.
+  /// Appends the positions of these rows that score at least `threshold`, row by row in pairs. Points outside should get
+  /// OutsideVoteFor(threshold).
   ///
   /// @param scale  grid positions per pattern pixel
   /// @param pose   a number that goes into the hits
   void Run(const CoarsePoints& points, double scale, double angle, float threshold,
-           std::uint32_t pose, std::vector<GridHit>& hits);
+           std::uint32_t pose, RowRange rows, std::vector<GridHit>& hits);
 
  private:
   void PlacePoints(const CoarsePoints& points, double scale, double angle);
-  void CountOutsideAll();
-  VoteRule RuleOf(float threshold) const;
-  void ScanRows(const VoteRule& rule, std::int32_t y, std::vector<GridHit>& hits);
-  void TakeHit(const CoarseHit& hit, std::int32_t first_row, std::vector<GridHit>& hits) const;
-  int CountPointsWithin(std::int32_t x, std::int32_t y) const;
+  void TakeHit(const CoarseHit& hit, std::vector<GridHit>& hits) const;
+  std::size_t CountPointsWithin(std::int32_t x, std::int32_t y) const;
 
   const ResponseMaps* maps_ = nullptr;
   const CoarseKernels* kernels_ = nullptr;
@@ -63,16 +74,11 @@ class PoseScan {
   std::array<std::int32_t, kMaxCoarsePadded> dy_ = {};
   std::array<std::int32_t, kMaxCoarsePadded> offsets_ = {};
   PoseOffsets table_ = {};
-  int num_points_ = 0;
+  std::size_t num_points_ = 0;
+  std::int32_t reach_ = 0;  ///< of the points, grid positions
   float threshold_ = 0.0F;
   std::uint32_t pose_ = 0;
-  std::int32_t padded_width_ = 0;
-  int limited_outside_ = -1;  ///< points outside the rows that the limits are for
-  std::vector<CoarseHit> row_hits_;
-  std::vector<std::uint8_t> limits_;
-  std::vector<std::int16_t> outside_columns_;
-  std::vector<std::int16_t> outside_rows_;
-  std::vector<std::int16_t> reaches_;
+  std::vector<CoarseHit> hits_;
 };
 
 }  // namespace orvandel::shape

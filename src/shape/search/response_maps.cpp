@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdlib>
 
 namespace orvandel::shape {
@@ -48,38 +47,6 @@ const VoteTable& VoteTableOf(EdgeSign sign) {
   return tables[static_cast<std::size_t>(sign)];
 }
 
-/// Direction of a gradient that is not 0, in codes. The arc tangent of a ratio r up to 1 is close to
-/// r (1 - 0.2714 (r - 1) ...); the polynomial is good to 0.3 degrees, a code is 5.6.
-std::uint16_t DirectionCode(int gx, int gy) {
-  const int across = std::abs(gx);
-  const int down = std::abs(gy);
-  const float ratio =
-      static_cast<float>(std::min(across, down)) / static_cast<float>(std::max(across, down));
-  const float radians = ratio * (0.9724f - 0.1919f * ratio * ratio);
-  constexpr float kCodesPerRadian = 10.185916f;  // 64 / (2 pi)
-  int code = static_cast<int>(radians * kCodesPerRadian + 0.5f);
-  if (down > across) code = kDirectionCodes / 4 - code;
-  if (gx < 0) code = kDirectionCodes / 2 - code;
-  if (gy < 0) code = kDirectionCodes - code;
-  return static_cast<std::uint16_t>(code % kDirectionCodes);
-}
-
-int SquareOf(std::int32_t packed) {
-  const int gx = GradientX(packed);
-  const int gy = GradientY(packed);
-  return gx * gx + gy * gy;
-}
-
-/// Step to the neighbour along the gradient, of eight.
-std::ptrdiff_t NeighbourAlong(int gx, int gy, std::ptrdiff_t width) {
-  const int across = std::abs(gx);
-  const int down = std::abs(gy);
-  // The tangent of 22.5 degrees is 0.4142; 53 / 128 is 0.4141.
-  const std::ptrdiff_t x = 128 * across > 53 * down ? 1 : 0;
-  const std::ptrdiff_t y = 128 * down > 53 * across ? width : 0;
-  return (gx < 0) == (gy < 0) ? x + y : x - y;
-}
-
 /// Raises each of a cell's votes to what an edge gives.
 void RaiseCell(std::uint8_t* cell, const Votes& votes) {
   for (std::size_t bin = 0; bin < kDirectionBins; ++bin)
@@ -100,80 +67,123 @@ struct GradedVotes {
   std::array<std::array<Votes, 3>, kDirectionCodes> less;
 };
 
-}  // namespace
+/// Cells of the rows around the one that edges are taken from; a further one to either side takes the votes of edges
+/// at the border.
+class CellRows {
+ public:
+  CellRows(std::int32_t width, std::vector<std::uint8_t>& cells)
+      : row_size_(static_cast<std::size_t>(width + 2) * kDirectionBins), cells_(cells) {
+    cells_.assign(kRows * row_size_, 0);
+  }
 
-void FindSceneEdges(const GradientPlane& gradients, float least_strength,
-                    std::vector<SceneEdge>& edges) {
-  edges.clear();
-  const auto least_square = static_cast<int>(least_strength * least_strength);
-  const std::ptrdiff_t width = gradients.width;
-  for (std::int32_t y = 1; y + 1 < gradients.height; ++y) {
-    const std::int32_t* const row = gradients.Row(y);
-    for (std::int32_t x = 1; x + 1 < gradients.width; ++x) {
-      const int gx = GradientX(row[x]);
-      const int gy = GradientY(row[x]);
-      const int square = gx * gx + gy * gy;
-      if (square <= least_square) continue;
-      const std::ptrdiff_t step = NeighbourAlong(gx, gy, width);
-      if (SquareOf(row[x - step]) > square || SquareOf(row[x + step]) >= square) continue;
-      edges.push_back(
-          {static_cast<std::uint16_t>(x), static_cast<std::uint16_t>(y), DirectionCode(gx, gy)});
-    }
+  std::uint8_t* At(std::int32_t x, std::int32_t y) { return Row(y) + (x + 1) * kDirectionBins; }
+
+  /// Makes room for row `y` in the place of the third last one.
+  void Clear(std::int32_t y) { std::fill_n(Row(y), row_size_, std::uint8_t{0}); }
+
+ private:
+  static constexpr std::int32_t kRows = 3;
+  std::uint8_t* Row(std::int32_t y) {
+    return cells_.data() + static_cast<std::size_t>((y + kRows) % kRows) * row_size_;
+  }
+
+  std::size_t row_size_;
+  std::vector<std::uint8_t>& cells_;
+};
+
+using LessVotes = std::array<Votes, 3>;
+
+/// An edge of the plane one level finer. The ring around a cell is one pixel of that plane wide: the cells next to the edge's
+/// half.
+void AddPooled(const SceneEdge& edge, const LessVotes& less, CellRows& cells) {
+  const std::int32_t x = edge.x / 2;
+  const std::int32_t y = edge.y / 2;
+  const std::int32_t beside = edge.x % 2 == 0 ? x - 1 : x + 1;
+  const std::int32_t beyond = edge.y % 2 == 0 ? y - 1 : y + 1;
+  RaiseCell(cells.At(x, y), less[0]);
+  RaiseCell(cells.At(beside, y), less[1]);
+  RaiseCell(cells.At(x, beyond), less[1]);
+  RaiseCell(cells.At(beside, beyond), less[2]);
+}
+
+void AddUnpooled(const SceneEdge& edge, const LessVotes& less, CellRows& cells) {
+  const std::int32_t x = edge.x;
+  const std::int32_t y = edge.y;
+  RaiseCell(cells.At(x, y), less[0]);
+  for (const std::int32_t side : {-1, 1}) {
+    RaiseCell(cells.At(x + side, y), less[1]);
+    RaiseCell(cells.At(x, y + side), less[1]);
+    RaiseCell(cells.At(x + side, y + side), less[2]);
+    RaiseCell(cells.At(x + side, y - side), less[2]);
   }
 }
 
-void ResponseMaps::Build(std::span<const SceneEdge> edges, bool is_pooled, std::int32_t width,
-                         std::int32_t height, std::int32_t frame, EdgeSign sign) {
+const GradedVotes& GradedVotesOf(EdgeSign sign) {
   static const std::array<GradedVotes, 3> votes = {GradedVotes(VoteTableOf(EdgeSign::kSame)),
                                                    GradedVotes(VoteTableOf(EdgeSign::kReversed)),
                                                    GradedVotes(VoteTableOf(EdgeSign::kEither))};
-  const GradedVotes& table = votes[static_cast<std::size_t>(sign)];
+  return votes[static_cast<std::size_t>(sign)];
+}
+
+}  // namespace
+
+void ResponseMaps::Build(std::span<const SceneEdge> edges, bool is_pooled, std::int32_t width,
+                         std::int32_t height, std::int32_t frame, EdgeSign sign) {
+  Shape(width, height, frame);
+  const ResponseKernels& kernels = ResponseKernelsOf(ActiveSimdLevel());
+  const GradedVotes& table = GradedVotesOf(sign);
+  CellRows cells(width, cells_);
+  const std::int32_t unit = is_pooled ? 2 : 1;
+  auto edge = edges.begin();
+  // Edges raise cells up to one row away: a row is done when those of the next one are in.
+  for (std::int32_t y = 0; y <= height; ++y) {
+    cells.Clear(y + 1);
+    for (; edge != edges.end() && edge->y < unit * (y + 1) && y < height; ++edge) {
+      if (edge->x >= unit * width) continue;
+      const LessVotes& less = table.less[edge->code];
+      if (is_pooled)
+        AddPooled(*edge, less, cells);
+      else
+        AddUnpooled(*edge, less, cells);
+    }
+    if (y == 0) continue;
+    kernels.part_votes(cells.At(0, y - 1), width, planes_.data() + first_ + (y - 1) * stride_,
+                       plane_size_);
+  }
+}
+
+/// Frame and map of nothing are written only where the shape has changed.
+void ResponseMaps::Shape(std::int32_t width, std::int32_t height, std::int32_t frame) {
+  if (width == width_ && height == height_ && frame == frame_ && !planes_.empty()) return;
+  // Positions are looked at in blocks of at least so many. The frame to the right of a row is that to the left of the next.
+  constexpr std::int32_t kLeastColumns = 32;
+  constexpr std::int32_t kLeastRows = 2;
+  const std::ptrdiff_t stride = std::max(width, kLeastColumns) + frame;
+  const std::ptrdiff_t plane_size = stride * (std::max(height, kLeastRows) + 2 * frame) + frame;
+  // First what may fail for want of memory, so that the planes have the shape that is told of them.
+  planes_.assign(static_cast<std::size_t>(plane_size) * (kDirectionBins + 1), 0);
   width_ = width;
   height_ = height;
-  // One more cell all around takes the votes of edges at the border.
-  const std::int32_t columns = width + 2;
-  const std::int32_t rows = height + 2;
-  cells_.assign(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows) * kDirectionBins,
-                0);
-  const auto cell = [this, columns](std::int32_t x, std::int32_t y) {
-    return cells_.data() + static_cast<std::size_t>((y + 1) * columns + x + 1) * kDirectionBins;
-  };
-  for (const SceneEdge& edge : edges) {
-    const auto& less = table.less[edge.code];
-    const std::int32_t x = is_pooled ? edge.x / 2 : edge.x;
-    const std::int32_t y = is_pooled ? edge.y / 2 : edge.y;
-    if (x >= width || y >= height) continue;
-    RaiseCell(cell(x, y), less[0]);
-    if (is_pooled) {
-      // The ring around a cell is one pixel of the finer plane wide: the cells next to the edge's half.
-      const std::int32_t beside = edge.x % 2 == 0 ? x - 1 : x + 1;
-      const std::int32_t beyond = edge.y % 2 == 0 ? y - 1 : y + 1;
-      RaiseCell(cell(beside, y), less[1]);
-      RaiseCell(cell(x, beyond), less[1]);
-      RaiseCell(cell(beside, beyond), less[2]);
-    } else {
-      for (const std::int32_t side : {-1, 1}) {
-        RaiseCell(cell(x + side, y), less[1]);
-        RaiseCell(cell(x, y + side), less[1]);
-        RaiseCell(cell(x + side, y + side), less[2]);
-        RaiseCell(cell(x + side, y - side), less[2]);
-      }
-    }
-  }
+  frame_ = frame;
+  stride_ = stride;
+  plane_size_ = plane_size;
+  first_ = frame * stride + frame;
+  outside_vote_ = 0;
+}
 
-  // Rows are read in whole blocks beyond the last position.
-  constexpr std::int32_t kBlock = 32;
-  stride_ = (width + kBlock - 1) / kBlock * kBlock + 2 * frame;
-  plane_size_ = stride_ * (height + 1 + 2 * frame);
-  first_ = frame * stride_ + frame;
-  planes_.assign(static_cast<std::size_t>(plane_size_) * (kDirectionBins + 1) + kBlock, 0);
-  for (std::int32_t y = 0; y < height; ++y) {
-    const std::uint8_t* const row = cell(0, y);
-    for (std::int32_t bin = 0; bin < kDirectionBins; ++bin) {
-      std::uint8_t* const to = planes_.data() + first_ + bin * plane_size_ + y * stride_;
-      for (std::int32_t x = 0; x < width; ++x)
-        to[x] = row[x * kDirectionBins + bin];
+void ResponseMaps::SetOutsideVote(std::uint8_t vote) {
+  if (vote == outside_vote_) return;
+  outside_vote_ = vote;
+  for (std::int32_t bin = 0; bin < kDirectionBins; ++bin) {
+    std::uint8_t* const plane = planes_.data() + bin * plane_size_;
+    // From the end of a row of the grid to the beginning of the next one.
+    std::uint8_t* from = plane;
+    for (std::int32_t y = 0; y < height_; ++y) {
+      std::uint8_t* const row = plane + first_ + y * stride_;
+      std::fill(from, row, vote);
+      from = row + width_;
     }
+    std::fill(from, plane + plane_size_, vote);
   }
 }
 

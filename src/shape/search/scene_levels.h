@@ -3,9 +3,11 @@
 #include <span>
 #include <vector>
 
+#include "base/geometry.h"
 #include "image/gradients.h"
+#include "image/partial_gradients.h"
 #include "image/pyramid.h"
-#include "shape/search/response_maps.h"
+#include "shape/search/scene_edges.h"
 
 namespace orvandel::shape {
 
@@ -16,10 +18,22 @@ class SceneLevels {
   void Build(const ImageView& scene, int num_levels);
 
   int NumLevels() const { return pyramid_.NumLevels(); }
-  int Width() const { return pyramid_.Level(0).width; }
-  int Height() const { return pyramid_.Level(0).height; }
+  int Width() const { return pyramid_.Image().Width(); }
+  int Height() const { return pyramid_.Image().Height(); }
 
+  /// All gradients of a level.
   const GradientPlane& Gradients(int level);
+
+  /// Those around a place, as far as `reach`; what lies beyond is of no account.
+  ///
+  /// @param centre  level pixels
+  const GradientPlane& GradientsAround(int level, Point centre, double reach);
+
+  /// What has been made until now.
+  const GradientPlane& GradientsMade(int level) const {
+    return derived_[static_cast<std::size_t>(level)].gradients.Plane();
+  }
+
   std::span<const SceneEdge> Edges(int level);
 
   /// Slopes below this are noise, gradient units.
@@ -27,13 +41,17 @@ class SceneLevels {
 
  private:
   struct Derived {
-    bool has_gradients = false;
+    bool is_started = false;
+    bool has_all = false;
     bool has_edges = false;
-    GradientPlane gradients;
+    PartialGradients gradients;
     std::vector<SceneEdge> edges;
   };
+  PartialGradients& Started(int level);
+
   Pyramid pyramid_;
   std::vector<Derived> derived_;
+  SceneEdgeBuffers edge_buffers_;
   double noise_ = 0.0;
 };
 

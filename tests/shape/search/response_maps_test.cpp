@@ -39,6 +39,8 @@ TEST(ResponseMaps, HoldTheBestVoteOfTheEdgesAround) {
         edges.push_back({static_cast<std::uint16_t>(random.Integer(0, unit * width - 1)),
                          static_cast<std::uint16_t>(random.Integer(0, unit * height - 1)),
                          static_cast<std::uint16_t>(random.Integer(0, kDirectionCodes - 1))});
+      std::sort(edges.begin(), edges.end(),
+                [](const SceneEdge& a, const SceneEdge& b) { return a.y < b.y; });
       ResponseMaps maps;
       maps.Build(edges, is_pooled, width, height, 5, sign);
       for (int bin = 0; bin < kDirectionBins; ++bin) {
@@ -60,15 +62,38 @@ TEST(ResponseMaps, HoldTheBestVoteOfTheEdgesAround) {
   }
 }
 
-TEST(ResponseMaps, HoldNothingAroundTheGrid) {
+TEST(ResponseMaps, HoldTheOutsideVoteAroundTheGridAndNothingInTheLastMap) {
   const std::vector<SceneEdge> edges = {{0, 0, 0}, {19, 11, 5}};
+  constexpr int kFrame = 4;
   ResponseMaps maps;
-  maps.Build(edges, true, 10, 6, 4, EdgeSign::kSame);
-  for (int bin = 0; bin <= kDirectionBins; ++bin) {
-    for (int y = -4; y < 6 + 4; ++y) {
-      for (int x = -4; x < 10 + 4; ++x) {
-        if (bin < kDirectionBins && x >= 0 && x < 10 && y >= 0 && y < 6) continue;
-        EXPECT_EQ(maps.Origin()[bin * maps.PlaneSize() + y * maps.Stride() + x], 0);
+  maps.Build(edges, true, 10, 6, kFrame, EdgeSign::kSame);
+  for (const int vote : {0, 2, 1}) {
+    maps.SetOutsideVote(static_cast<std::uint8_t>(vote));
+    for (int bin = 0; bin <= kDirectionBins; ++bin) {
+      for (int y = -kFrame; y < 6 + kFrame; ++y) {
+        for (int x = -kFrame; x < 10 + kFrame; ++x) {
+          if (bin < kDirectionBins && x >= 0 && x < 10 && y >= 0 && y < 6) continue;
+          EXPECT_EQ(maps.Origin()[bin * maps.PlaneSize() + y * maps.Stride() + x],
+                    bin < kDirectionBins ? vote : 0);
+        }
+      }
+    }
+  }
+}
+
+TEST(ResponseMaps, BuiltAgainHoldTheSameWithinTheGrid) {
+  const std::vector<SceneEdge> edges = {{3, 1, 0}, {12, 7, 40}, {19, 11, 5}};
+  ResponseMaps fresh;
+  fresh.Build(edges, true, 40, 9, 6, EdgeSign::kSame);
+  ResponseMaps used;
+  used.Build(std::vector<SceneEdge>{{7, 3, 20}, {79, 17, 33}}, true, 40, 9, 6, EdgeSign::kEither);
+  used.SetOutsideVote(2);
+  used.Build(edges, true, 40, 9, 6, EdgeSign::kSame);
+  for (int bin = 0; bin < kDirectionBins; ++bin) {
+    for (int y = 0; y < 9; ++y) {
+      for (int x = 0; x < 40; ++x) {
+        EXPECT_EQ(used.Origin()[bin * used.PlaneSize() + y * used.Stride() + x],
+                  fresh.Origin()[bin * fresh.PlaneSize() + y * fresh.Stride() + x]);
       }
     }
   }
@@ -91,7 +116,8 @@ TEST(SceneEdges, OfASlantedStepLieAlongItWithItsDirection) {
     GradientPlane gradients;
     ComputeGradients(plane, gradients);
     std::vector<SceneEdge> edges;
-    FindSceneEdges(gradients, 500.0F, edges);
+    SceneEdgeBuffers buffers;
+    FindSceneEdges(gradients, 500.0F, buffers, edges);
     EXPECT_GT(edges.size(), 50U) << degrees;
     for (const SceneEdge& edge : edges) {
       if (edge.x < 2 || edge.y < 2 || edge.x > kSize - 3 || edge.y > kSize - 3) continue;
