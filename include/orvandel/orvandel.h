@@ -222,7 +222,9 @@ typedef struct orv_match {
   double scale;                 /**< scene pixels per pattern pixel */
   double scene_from_pattern[6]; /**< rows (a, b, c) and (d, e, f): pattern pixel (u, v) lies at
                                      (a u + b v + c, d u + e v + f) in the scene */
-  double covariance[16];        /**< of (x, y, angle, scale), row by row: pixels, radians, 1 */
+  /** Of (x, y, angle, scale), row by row: pixels, radians, 1. What was given, not found, has the
+      variance 0; an angle that the pattern does not tell, as a full circle, an infinite one. */
+  double covariance[16];
   double score;                 /**< 0 to 1 */
   double coverage;  /**< share of the pattern's visible edge points that the scene has, 0 to 1 */
   double clutter;   /**< edges inside the outline that the pattern has not, per edge point */

@@ -281,8 +281,9 @@ struct Match {
   double angle = 0;           ///< radians in (-pi, pi]
   double scale = 1;           ///< scene pixels per pattern pixel
   Affine scene_from_pattern;  ///< from pixels of the pattern image
-  std::array<double, 16> covariance =
-      {};                    ///< of (x, y, angle, scale), row by row: pixels, radians, 1
+  /// Of (x, y, angle, scale), row by row: pixels, radians, 1. What was given, not found, has the
+  /// variance 0; an angle that the pattern does not tell, as a full circle, an infinite one.
+  std::array<double, 16> covariance = {};
   double score = 0;          ///< 0 to 1
   double coverage = 0;       ///< share of the visible edge points that the scene has
   double clutter = 0;        ///< edges inside the outline that the pattern has not, per edge point

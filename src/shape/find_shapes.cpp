@@ -121,6 +121,11 @@ bool IsTooLarge(const ImageView& image) {
       image);
 }
 
+/// What is not moved at all stays where it is, however uncertain the rest may be.
+double ProductWithInfinity(double a, double b) {
+  return a == 0.0 || b == 0.0 ? 0.0 : a * b;
+}
+
 /// The covariance of a pose told of another point of the pattern, which lies `arm` away in the scene: as that turns and
 /// grows, the point moves by (-arm.y, arm.x) a radian and by arm / scale.
 std::array<double, 16> CarriedBy(Point arm, double scale,
@@ -131,7 +136,7 @@ std::array<double, 16> CarriedBy(Point arm, double scale,
     for (std::size_t j = 0; j < 4; ++j) {
       half[4 * i + j] = 0.0;
       for (std::size_t k = 0; k < 4; ++k)
-        half[4 * i + j] += moves[i][k] * covariance[4 * k + j];
+        half[4 * i + j] += ProductWithInfinity(moves[i][k], covariance[4 * k + j]);
     }
   }
   std::array<double, 16> carried = half;
@@ -139,7 +144,7 @@ std::array<double, 16> CarriedBy(Point arm, double scale,
     for (std::size_t j = 0; j < 2; ++j) {
       carried[4 * i + j] = 0.0;
       for (std::size_t k = 0; k < 4; ++k)
-        carried[4 * i + j] += half[4 * i + k] * moves[j][k];
+        carried[4 * i + j] += ProductWithInfinity(half[4 * i + k], moves[j][k]);
     }
   }
   return carried;
@@ -437,6 +442,7 @@ class ShapeSearch {
   void Refine(const RefinementOptions& options, RefinedPose& pose) {
     const Refinement refinement = RefinePose(model_.refinement, image_, pose.scene_from_pattern,
                                              options, buffers_.refinement);
+    if (options.fit_angle && !model_.refinement.tells_angle) LeaveAngleOpen(pose.covariance);
     if (refinement.outcome != RefinementOutcome::kRefined) return;
     pose.scene_from_pattern = refinement.scene_from_pattern;
     pose.scene_from_pattern.angle = NormalizedAngle(pose.scene_from_pattern.angle);

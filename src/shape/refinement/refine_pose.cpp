@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "base/rounding.h"
 #include "shape/refinement/keep_test.h"
@@ -183,10 +184,9 @@ PoseCovariance StartCovariance(const RefinementModel& model, const RefinementOpt
   return InScene(covariance, start, model.radius);
 }
 
-}  // namespace
-
-Refinement RefinePose(const RefinementModel& model, const ImageView& scene, const Similarity& start,
-                      const RefinementOptions& options, RefinementWorkspace& workspace) {
+/// Refines with the angle fitted only where the pattern tells it.
+Refinement Refine(const RefinementModel& model, const ImageView& scene, const Similarity& start,
+                  const RefinementOptions& options, RefinementWorkspace& workspace) {
   Refinement result;
   result.scene_from_pattern = start;
   if (!IsUsable(start, model)) return result;
@@ -209,6 +209,26 @@ Refinement RefinePose(const RefinementModel& model, const ImageView& scene, cons
   result.scene_from_pattern = fit.scene_from_pattern;
   result.scene_from_pattern.angle = NormalizedAngle(fit.scene_from_pattern.angle);
   result.covariance = InScene(covariance, fit.scene_from_pattern, model.radius);
+  return result;
+}
+
+}  // namespace
+
+void LeaveAngleOpen(PoseCovariance& covariance) {
+  constexpr std::size_t kAngle = 2;
+  for (std::size_t i = 0; i < 4; ++i) {
+    covariance[4 * kAngle + i] = 0.0;
+    covariance[4 * i + kAngle] = 0.0;
+  }
+  covariance[4 * kAngle + kAngle] = std::numeric_limits<double>::infinity();
+}
+
+Refinement RefinePose(const RefinementModel& model, const ImageView& scene, const Similarity& start,
+                      const RefinementOptions& options, RefinementWorkspace& workspace) {
+  RefinementOptions fitted = options;
+  fitted.fit_angle = options.fit_angle && model.tells_angle;
+  Refinement result = Refine(model, scene, start, fitted, workspace);
+  if (options.fit_angle && !model.tells_angle) LeaveAngleOpen(result.covariance);
   return result;
 }
 

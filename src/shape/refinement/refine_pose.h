@@ -58,7 +58,8 @@ enum class RefinementOutcome : std::uint8_t {
   kLessCertain,    ///< start: the fit is doubtful, and less certain than the start
 };
 
-/// Covariance of (x, y, angle, scale), row by row: pixels, radians, 1.
+/// Covariance of (x, y, angle, scale), row by row: pixels, radians, 1. What was held has variance 0, an
+/// angle that the pattern does not tell an infinite one; both have covariances 0.
 using PoseCovariance = std::array<double, 16>;
 
 struct Refinement {
@@ -88,6 +89,9 @@ class RefinementWorkspace {
  private:
   std::unique_ptr<Buffers> buffers_;
 };
+
+/// Says in a covariance that the angle is not determined.
+void LeaveAngleOpen(PoseCovariance& covariance);
 
 /// Improves a pose to what the pixels' noise allows, by least squares on the grey values of all
 /// pixels along the pattern's edges. docs/refinement.md derives the method and its limits.

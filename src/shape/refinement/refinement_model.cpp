@@ -8,6 +8,7 @@
 #include "shape/refinement/rounding_runs.h"
 #include "shape/refinement/spline_stencils.h"
 #include "shape/refinement/strip_selection.h"
+#include "shape/refinement/turn_information.h"
 #include "shape/refinement/wide_kernel.h"
 
 namespace orvandel::shape {
@@ -198,6 +199,16 @@ void NumberErrors(const FloatImage& image, const std::vector<std::int32_t>& runs
   }
 }
 
+/// Looks where the image is soft enough for the pixels' grid not to feign an angle.
+bool TellsAngle(const RefinementModel& model) {
+  constexpr std::size_t kStrip = 1;
+  constexpr std::size_t kLevel = 1;
+  const Strip& strip = model.strips[kStrip];
+  if (strip.num_pixels == 0) return true;
+  const double gain = GradientGain(MakeGaussianTaps(kPlans[kStrip].level_ratios[kLevel]));
+  return TellsAngle(strip, strip.levels[kLevel], gain * gain * model.noise_variance);
+}
+
 template <typename Pixel>
 RefinementModel Learn(const ImageViewOf<Pixel>& pattern, const ImageView8& mask, Point origin) {
   RefinementModel model;
@@ -221,6 +232,7 @@ RefinementModel Learn(const ImageViewOf<Pixel>& pattern, const ImageView8& mask,
     if (strip.thinning < kSparseThinning || !runs.empty()) NumberErrors(image, runs, strip);
   }
   LearnWideLevels(image, buffers, model.strips);
+  model.tells_angle = TellsAngle(model);
   model.has_aliased_edges = HasAliasedEdges(model.strips[0], noise);
   model.image = std::move(image.grey);
   return model;

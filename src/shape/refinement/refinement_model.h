@@ -76,6 +76,7 @@ struct RefinementModel {
   Point origin;                    ///< in the pattern image
   double radius = 1.0;             ///< half the diagonal of the learnt region, pattern pixels
   double noise_variance = 0.0;     ///< of the pattern image's pixels, rounding included
+  bool tells_angle = true;         ///< not so for a full circle
   bool has_aliased_edges = false;  ///< as sharp as pixels make them without optics
   int grey_offset = 0;             ///< what was subtracted from its grey values
   std::vector<float> image;        ///< the pattern image less the offset, row by row
