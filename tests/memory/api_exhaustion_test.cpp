@@ -92,28 +92,30 @@ class ApiExhaustion : public testing::Test {
         FoundIn(NewFinder().get(), pattern.get(), scene_);
     ASSERT_FALSE(expected.empty());
     int num_trials = 0;
-    FailEachAllocation([&](Trial& trial) {
-      const detail::Owned<orv_finder> finder = NewFinder();
-      if (is_used) FoundIn(finder.get(), pattern.get(), scene_, num_threads);
-      int status = ORV_OK;
-      trial.Fail([&] {
-        status = orv_finder_find(finder.get(), pattern.get(), larger_scene_.AsC(), &options);
-      });
-      if (trial.HasFailed()) {
-        ExpectOutOfMemory(status);
-        orv_result result;
-        result.struct_size = sizeof result;
-        EXPECT_EQ(orv_finder_get_result(finder.get(), &result), ORV_INVALID_ARGUMENT);
-      } else {
-        EXPECT_EQ(status, ORV_OK);
-        EXPECT_TRUE(AreSameMatches(HostMatchesOf(finder.get()), expected));
-      }
-      // One scene or the other, as both would take twice the time.
-      const bool is_larger = ++num_trials % 2 == 0;
-      const PartImage& scene = is_larger ? larger_scene_ : scene_;
-      EXPECT_TRUE(AreSameMatches(FoundIn(finder.get(), pattern.get(), scene, num_threads),
-                                 is_larger ? expected : expected_before));
-    });
+    FailEachAllocation(
+        [&](Trial& trial) {
+          const detail::Owned<orv_finder> finder = NewFinder();
+          if (is_used) FoundIn(finder.get(), pattern.get(), scene_, num_threads);
+          int status = ORV_OK;
+          trial.Fail([&] {
+            status = orv_finder_find(finder.get(), pattern.get(), larger_scene_.AsC(), &options);
+          });
+          if (trial.HasFailed()) {
+            ExpectOutOfMemory(status);
+            orv_result result;
+            result.struct_size = sizeof result;
+            EXPECT_EQ(orv_finder_get_result(finder.get(), &result), ORV_INVALID_ARGUMENT);
+          } else {
+            EXPECT_EQ(status, ORV_OK);
+            EXPECT_TRUE(AreSameMatches(HostMatchesOf(finder.get()), expected));
+          }
+          // One scene or the other, as both would take twice the time.
+          const bool is_larger = ++num_trials % 2 == 0;
+          const PartImage& scene = is_larger ? larger_scene_ : scene_;
+          EXPECT_TRUE(AreSameMatches(FoundIn(finder.get(), pattern.get(), scene, num_threads),
+                                     is_larger ? expected : expected_before));
+        },
+        kManyAllocations);
   }
 };
 
@@ -185,22 +187,24 @@ TEST_F(ApiExhaustion, APatternIsLearntOrMemoryIsShort) {
   const orv_learn_options options = LearnOptions();
   int num_trials = 0;
   int num_short = 0;
-  FailEachAllocation([&](Trial& trial) {
-    orv_pattern* learnt = nullptr;
-    int status = ORV_OK;
-    trial.Fail([&] { status = orv_pattern_learn(pattern_image_.AsC(), &options, &learnt); });
-    const detail::Owned<orv_pattern> pattern(learnt);
-    // Sorting asks for memory and goes on more slowly without: then the pattern is the same.
-    if (status == ORV_OK) {
-      EXPECT_TRUE(AreSameMatches(FoundIn(NewFinder().get(), pattern.get(), scene_), expected));
-    } else {
-      EXPECT_TRUE(trial.HasFailed());
-      ExpectOutOfMemory(status);
-      EXPECT_EQ(pattern, nullptr);
-      ++num_short;
-    }
-    ++num_trials;
-  });
+  FailEachAllocation(
+      [&](Trial& trial) {
+        orv_pattern* learnt = nullptr;
+        int status = ORV_OK;
+        trial.Fail([&] { status = orv_pattern_learn(pattern_image_.AsC(), &options, &learnt); });
+        const detail::Owned<orv_pattern> pattern(learnt);
+        // Sorting asks for memory and goes on more slowly without: then the pattern is the same.
+        if (status == ORV_OK) {
+          EXPECT_TRUE(AreSameMatches(FoundIn(NewFinder().get(), pattern.get(), scene_), expected));
+        } else {
+          EXPECT_TRUE(trial.HasFailed());
+          ExpectOutOfMemory(status);
+          EXPECT_EQ(pattern, nullptr);
+          ++num_short;
+        }
+        ++num_trials;
+      },
+      kManyAllocations);
   EXPECT_GT(num_short, 0.9 * num_trials);
 }
 
@@ -211,7 +215,7 @@ TEST_F(ApiExhaustion, ChanceIsLearntOrMemoryIsShort) {
   orv_pattern_destroy(pattern);
   // The searches for chance allocate as those of the other tests do, and take long: of their allocations fewer and
   // fewer, so that each stage is met.
-  for (long index = 0;; index += 1 + index / 4) {
+  for (long index = 0;; index += 1 + index / (kManyAllocations == 1 ? 4 : 1)) {
     SCOPED_TRACE(index);
     const long before = NumLiveBlocks();
     Trial trial(index, Failure::kForGood);

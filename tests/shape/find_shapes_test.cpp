@@ -201,9 +201,17 @@ TEST(LearnShape, GivesTheSameBitsAtEveryLevelOfVectorInstructions) {
   ASSERT_TRUE(first);
   ASSERT_FALSE(first->chances.empty());
   for (const SimdLevel level : SupportedSimdLevels()) {
+    if (level == ActiveSimdLevel()) continue;
     const test::ForcedSimdLevel forced(level);
-    const auto model = LearnShape(pattern.View()).model;
+    // Chance levels take most of the time.
+    LearnOptions options;
+    options.learns_chance = level == SupportedSimdLevels().front();
+    const auto model = LearnShape(pattern.View(), options).model;
     ASSERT_TRUE(model);
+    if (!options.learns_chance) {
+      test::ExpectSameBits(FindIn(scene, *model), FindIn(scene, *Learnt(pattern)));
+      continue;
+    }
     ASSERT_EQ(model->chances.size(), first->chances.size());
     for (std::size_t i = 0; i < first->chances.size(); ++i)
       EXPECT_EQ(model->chances[i].score, first->chances[i].score);

@@ -48,6 +48,7 @@ TEST(LearnShape, WhatIsMaskedIsNotLearnt) {
   const GreyImage image = PatternOf(render::MetalBracket());
   const GreyImage nothing(image.width, image.height, 0);
   LearnOptions options;
+  options.learns_chance = false;
   options.mask = nothing.View();
   EXPECT_EQ(LearnShape(image.View(), options).status, LearnStatus::kNoEdges);
 

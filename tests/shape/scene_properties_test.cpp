@@ -166,7 +166,7 @@ TEST_F(SceneProperties, AnotherLightChangesTheContrastAlone) {
 }
 
 TEST_F(SceneProperties, TheCovarianceIsThatOfTheAnswersToManyNoises) {
-  constexpr int kRuns = 40;
+  constexpr int kRuns = 24;
   const render::Size size = {300, 280};
   const render::Pose pose = {152.4, 139.7, -57, 0.95};
   // Told of a corner, which angle and scale move most.
@@ -196,9 +196,9 @@ TEST_F(SceneProperties, TheCovarianceIsThatOfTheAnswersToManyNoises) {
     sum += square;
     num_inside += square < 9.488 ? 1 : 0;  // 95 % of chi-square with four degrees of freedom
   }
-  // The mean of so many has a deviation of sqrt(8 / 40) = 0.45; four of them either way.
-  EXPECT_NEAR(sum / kRuns, 4.0, 1.8);
-  EXPECT_GE(num_inside, 34);  // fewer have a chance of 1 in 100
+  // The mean of so many has a deviation of sqrt(8 / 24) = 0.58; four of them either way.
+  EXPECT_NEAR(sum / kRuns, 4.0, 2.3);
+  EXPECT_GE(num_inside, 19);  // fewer have a chance of 1 in 500
 }
 
 TEST(TexturedScenes, WhatWasCutOutOfAnImageIsFoundThere) {
@@ -206,7 +206,7 @@ TEST(TexturedScenes, WhatWasCutOutOfAnImageIsFoundThere) {
   const auto view = std::get<ImageView8>(image.View());
   constexpr std::int32_t kWidth = 120;
   constexpr std::int32_t kHeight = 90;
-  for (const auto& [left, top] : {std::pair{0, 0}, {211, 307}, {520, 390}, {333, 100}}) {
+  for (const auto& [left, top] : {std::pair{0, 0}, {211, 307}}) {
     const ImageView8 cut = {view.Row(top) + left, kWidth, kHeight, view.stride};
     LearnOptions learn;
     learn.learns_chance = false;
@@ -236,7 +236,7 @@ TEST(TexturedScenes, RangesHoldWhateverIsFound) {
   options.min_score = 0.0;
   options.max_matches = 0;
   for (const double start : {-7.0, 0.0, 2.9}) {
-    for (const double extent : {0.0, 0.2, 3.0}) {
+    for (const double extent : {0.0, 0.3}) {
       options.angle_start = start;
       options.angle_extent = extent;
       options.min_scale = 0.8 + 0.1 * extent;

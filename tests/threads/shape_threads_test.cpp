@@ -81,20 +81,19 @@ TEST(ShapeThreads, MayShareAPattern) {
 TEST(ShapeThreads, MayLearnAndDetectEdgesAtOnce) {
   const Part part = MetalBracket();
   const GreyImage pattern = PatternOf(part);
-  // What all of the process share, like the images of chance, is made by whichever thread is the first.
+  const GreyImage scene = SceneOf(part, {330, 240, 100, 0.8});
   std::vector<std::shared_ptr<const ShapeModel>> models(2);
   edges::EdgePoints points;
-  RunTogether({[&] { models[0] = LearnShape(pattern.View()).model; },
-               [&] { models[1] = LearnShape(pattern.View()).model; },
+  RunTogether({[&] { models[0] = Learnt(pattern); }, [&] { models[1] = Learnt(pattern); },
                [&] {
                  edges::EdgeWorkspace workspace;
-                 DetectEdgePoints(pattern.View(), edges::kUsualLeastStrength, workspace, points);
+                 DetectEdgePoints(scene.View(), edges::kUsualLeastStrength, workspace, points);
                }});
   ASSERT_TRUE(models[0] && models[1]);
   EXPECT_FALSE(points.All().empty());
-  ASSERT_EQ(models[0]->chances.size(), models[1]->chances.size());
-  for (std::size_t i = 0; i < models[0]->chances.size(); ++i)
-    EXPECT_EQ(models[0]->chances[i].score, models[1]->chances[i].score);
+  const auto found = test::FindIn(scene.View(), *models[0]);
+  EXPECT_EQ(found.size(), 1U);
+  ExpectSameBits(found, test::FindIn(scene.View(), *models[1]));
 }
 
 }  // namespace
