@@ -225,7 +225,7 @@ typedef struct orv_match {
   /** Of (x, y, angle, scale), row by row: pixels, radians, 1. What was given, not found, has the
       variance 0; an angle that the pattern does not tell, as a full circle, an infinite one. */
   double covariance[16];
-  double score;                 /**< 0 to 1 */
+  double score;     /**< 0 to 1 */
   double coverage;  /**< share of the pattern's visible edge points that the scene has, 0 to 1 */
   double clutter;   /**< edges inside the outline that the pattern has not, per edge point */
   double fit_error; /**< RMS distance of the edges, scene pixels */
