@@ -119,24 +119,17 @@ InfluenceCells OpenCells(int width, int height, Buffers& buffers) {
   return {buffers.cells.data(), buffers.marks.data(), runs * kCellRun, height};
 }
 
-void AddSparseNoise(double sharing, Buffers& buffers, double* products) {
-  for (std::size_t i = 0; i < buffers.strength.size(); ++i) {
-    const double square = static_cast<double>(buffers.strength[i] * buffers.strength[i]) * sharing;
-    for (std::size_t a = 0; a < kNumPoseColumns; ++a) {
-      for (std::size_t b = 0; b < kNumPoseColumns; ++b)
-        products[a * kNumPoseColumns + b] +=
-            square * static_cast<double>(buffers.influence[a][i] * buffers.influence[b][i]);
-    }
-  }
-}
-
 void AddSceneNoise(const Strip& strip, const StripKernels& kernels, const StripFit& fit,
                    Buffers& buffers, double* products) {
+  const float* const influence[kNumPoseColumns] = {
+      buffers.influence[0].data(), buffers.influence[1].data(), buffers.influence[2].data(),
+      buffers.influence[3].data()};
   if (strip.thinning >= kSparseThinning) {
     const bool is_wide = buffers.source.is_wide;
     const double square = kSampleSquare * (is_wide ? kWideShare : 1.0);
     const double scale = AtLevel(fit.sampled_pose, fit.level).scale;
-    AddSparseNoise(square * NoiseCorrelation(strip, scale, is_wide), buffers, products);
+    kernels.sum_influence(strip.Size(), influence, buffers.strength.data(),
+                          square * NoiseCorrelation(strip, scale, is_wide), products);
     return;
   }
   const SourceBox box = BoxInSource(buffers.source, strip, fit.sampled_pose);
@@ -145,9 +138,6 @@ void AddSceneNoise(const Strip& strip, const StripKernels& kernels, const StripF
   place.x -= box.left;
   place.y -= box.top;
   const InfluenceCells cells = OpenCells(box.width, box.height, buffers);
-  const float* const influence[kNumPoseColumns] = {
-      buffers.influence[0].data(), buffers.influence[1].data(), buffers.influence[2].data(),
-      buffers.influence[3].data()};
   const auto spread =
       buffers.source.is_wide ? kernels.spread_over_scene_wide : kernels.spread_over_scene;
   spread(place, strip.x.data(), strip.y.data(), strip.Size(), influence, buffers.strength.data(),
@@ -157,16 +147,17 @@ void AddSceneNoise(const Strip& strip, const StripKernels& kernels, const StripF
 
 void AddPatternNoise(const Strip& strip, const StripKernels& kernels, Buffers& buffers,
                      double* products) {
+  const float* const influence[kNumPoseColumns] = {
+      buffers.influence[0].data(), buffers.influence[1].data(), buffers.influence[2].data(),
+      buffers.influence[3].data()};
   if (strip.errors.empty()) {
-    AddSparseNoise(kPatternSquare, buffers, products);
+    kernels.sum_influence(strip.Size(), influence, buffers.strength.data(), kPatternSquare,
+                          products);
     return;
   }
   const int num_cells = (strip.num_errors + kCellRun - 1) / kCellRun * kCellRun;
   const auto num_floats = static_cast<std::size_t>(num_cells) * kNumPoseColumns;
   if (buffers.cells.size() < num_floats) buffers.cells.resize(num_floats);
-  const float* const influence[kNumPoseColumns] = {
-      buffers.influence[0].data(), buffers.influence[1].data(), buffers.influence[2].data(),
-      buffers.influence[3].data()};
   kernels.sum_over_pattern(strip.errors.data(), strip.Size(), influence, buffers.strength.data(),
                            buffers.cells.data(), num_cells, products);
 }

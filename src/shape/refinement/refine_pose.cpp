@@ -105,8 +105,8 @@ RefinementOutcome LookUntilSettled(const RefinementModel& model, const Refinemen
 
 /// Fits a line or a disk where the scene's blur asks for one.
 RefinementOutcome ShapeBlur(const RefinementModel& model, const RefinementOptions& options,
-                            Buffers& buffers, StripFit& fit) {
-  if (FindLineBlur(model, options, buffers, fit))
+                            bool may_be_line, Buffers& buffers, StripFit& fit) {
+  if (may_be_line && FindLineBlur(model, options, buffers, fit))
     return LookUntilSettled(model, options, false, kFineLooks, buffers, fit);
   const double scale = fit.scene_from_pattern.scale;
   if (fit.moments.round * scale * scale < kLeastDiskVariance) return RefinementOutcome::kRefined;
@@ -142,6 +142,8 @@ RefinementOutcome FitPose(const RefinementModel& model, const ImageView& scene,
                                buffers, fit);
     if (outcome != RefinementOutcome::kRefined) fit = before;
   }
+  const bool may_be_line =
+      outcome != RefinementOutcome::kRefined || MayHaveLineBlur(model, options, buffers, fit);
   fit.is_preview = false;
   buffers.source.is_wide = outcome == RefinementOutcome::kRefined && HasAliasedEdges(model, fit);
   // What aliasing leaves at the edges may have looked like light.
@@ -150,7 +152,7 @@ RefinementOutcome FitPose(const RefinementModel& model, const ImageView& scene,
   if (!is_known) fit.has_own_light = false;
   outcome = LookUntilSettled(model, options, is_known, kFineLooks, buffers, fit);
   if (outcome != RefinementOutcome::kRefined) return outcome;
-  return ShapeBlur(model, options, buffers, fit);
+  return ShapeBlur(model, options, may_be_line, buffers, fit);
 }
 
 ExtraBlur BlurInScene(const StripFit& fit) {

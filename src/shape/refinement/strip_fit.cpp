@@ -46,6 +46,8 @@ constexpr double kLeastElongation = 0.17;
 constexpr double kElongationByBlur = 0.06;
 constexpr double kOwnBlur = 0.9;
 constexpr double kSureElongation = 5.0;  ///< in deviations
+/// A preview rules elongation out that its noise hides from it by no more than so many deviations.
+constexpr double kPossibleElongation = 3.0;
 
 /// Sum of squares of the B-spline's weights, in the mean over positions, along one axis.
 constexpr double kSplineSquare = 151.0 / 315.0;
@@ -336,6 +338,35 @@ void TakeStep(const RefinementModel& model, double longest, StripFit& fit) {
   fit.blur_step = std::abs(step.round) + std::abs(step.axis) + std::abs(step.diagonal);
 }
 
+/// By how much the blur differs between the directions, pattern pixels squared.
+struct Elongation {
+  double axis;
+  double diagonal;
+  double size;
+  double deviation;
+};
+
+Elongation MeasureElongation(const RefinementModel& model, const RefinementOptions& options,
+                             Buffers& buffers, const StripFit& fit) {
+  const StripKernels& kernels = StripKernelsOf(ActiveSimdLevel());
+  SumStretches(StripOf(model, fit), kernels.sum_moments, buffers);
+  const PoseSolution solution =
+      SolvePose(buffers.sums, ColumnsToFit(options, true), fit.prior, buffers.lights);
+  const int last = solution.fitted.count - 1;
+  Elongation elongation;
+  elongation.axis = solution.by_column[kAxisBlur];
+  elongation.diagonal = solution.by_column[kDiagonalBlur];
+  elongation.size =
+      std::sqrt(elongation.axis * elongation.axis + elongation.diagonal * elongation.diagonal);
+  elongation.deviation = std::sqrt(fit.correlation * (solution.inverse.at[last - 1][last - 1] +
+                                                      solution.inverse.at[last][last]));
+  return elongation;
+}
+
+double LeastElongation(const StripFit& fit) {
+  return kLeastElongation + kElongationByBlur * (std::max(fit.blur, 0.0) + kOwnBlur);
+}
+
 }  // namespace
 
 const Strip& StripOf(const RefinementModel& model, const StripFit& fit) {
@@ -343,25 +374,21 @@ const Strip& StripOf(const RefinementModel& model, const StripFit& fit) {
   return fit.is_preview && preview.num_pixels > 0 ? preview : model.strips[fit.strip];
 }
 
+bool MayHaveLineBlur(const RefinementModel& model, const RefinementOptions& options,
+                     Buffers& buffers, const StripFit& fit) {
+  const Elongation elongation = MeasureElongation(model, options, buffers, fit);
+  return elongation.size + kPossibleElongation * elongation.deviation > LeastElongation(fit);
+}
+
 bool FindLineBlur(const RefinementModel& model, const RefinementOptions& options, Buffers& buffers,
                   StripFit& fit) {
-  const StripKernels& kernels = StripKernelsOf(ActiveSimdLevel());
-  SumStretches(StripOf(model, fit), kernels.sum_moments, buffers);
-  const PoseSolution solution =
-      SolvePose(buffers.sums, ColumnsToFit(options, true), fit.prior, buffers.lights);
-  const int last = solution.fitted.count - 1;
-  const double axis = solution.by_column[kAxisBlur];
-  const double diagonal = solution.by_column[kDiagonalBlur];
-  const double size = std::sqrt(axis * axis + diagonal * diagonal);
-  const double deviation = std::sqrt(fit.correlation * (solution.inverse.at[last - 1][last - 1] +
-                                                        solution.inverse.at[last][last]));
-  if (size < kLeastElongation + kElongationByBlur * (std::max(fit.blur, 0.0) + kOwnBlur))
-    return false;
-  if (size < kSureElongation * deviation) return false;
+  const Elongation elongation = MeasureElongation(model, options, buffers, fit);
+  if (elongation.size < LeastElongation(fit)) return false;
+  if (elongation.size < kSureElongation * elongation.deviation) return false;
   fit.shape = BlurShape::kLine;
   // A round blur stands in for the mean of the directions; the line may take as much in one of them.
-  fit.moments.axis = axis;
-  fit.moments.diagonal = diagonal;
+  fit.moments.axis = elongation.axis;
+  fit.moments.diagonal = elongation.diagonal;
   return true;
 }
 

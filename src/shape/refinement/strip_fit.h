@@ -35,6 +35,10 @@ struct StripFit {
 /// The pixels that a fit looks at.
 const Strip& StripOf(const RefinementModel& model, const StripFit& fit);
 
+/// Whether a blur may differ between the directions, by what a preview tells.
+bool MayHaveLineBlur(const RefinementModel& model, const RefinementOptions& options,
+                     RefinementWorkspace::Buffers& buffers, const StripFit& fit);
+
 /// Whether the residuals ask for a blur that differs between the directions; its moments at once.
 bool FindLineBlur(const RefinementModel& model, const RefinementOptions& options,
                   RefinementWorkspace::Buffers& buffers, StripFit& fit);

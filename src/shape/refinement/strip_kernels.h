@@ -142,7 +142,11 @@ struct StripKernels {
   /// Sum of the products of the marked cells' numbers, 4 x 4; leaves cells and marks 0.
   void (*sum_cells)(const InfluenceCells& cells, double* products);
 
-  /// The same over the pattern image's pixels, where sample i is made of the 3 x 3 pixels in the cells
+  /// Adds the sums of the products of the samples' own influence, times strength^2 and `factor`.
+  void (*sum_influence)(int count, const float* const* influence, const float* strength,
+                        double factor, double* products);
+
+  /// Adds the sum of the products of the numbers of the pattern image's pixels, where sample i is made of the 3 x 3 pixels in the cells
   /// places[9 i] to places[9 i + 8], with the weights (1 4 1)/6 each way. `cells` are kNumPoseColumns numbers
   /// each.
   void (*sum_over_pattern)(const std::int32_t* places, int count, const float* const* influence,

@@ -253,21 +253,32 @@ void FindInfluence(const float* const* columns, const float (*factors)[kNumColum
     moved[k] = SumOf(sums[k]);
 }
 
+/// Neighbouring samples add to the same cells, and each addition waits for the one before. So samples a
+/// quarter of the batch apart take turns.
+constexpr int kTurns = 4;
+
+/// Adds share times `values` to `to`, which the compiler need not fear to be the same.
+template <int kCount>
+inline void AddTo(float* to, float share, const float (&values)[kCount]) {
+  float sums[kCount];
+  for (int i = 0; i < kCount; ++i)
+    sums[i] = to[i] + share * values[i];
+  for (int i = 0; i < kCount; ++i)
+    to[i] = sums[i];
+}
+
 template <int kTaps>
 inline void AddSample(std::int32_t column, std::int32_t row, const float* influence,
-                      const float* across, const float* down, const InfluenceCells& cells) {
-  constexpr int kRowFloats = kTaps * kNumPoseColumns;
-  float of_row[kRowFloats];
+                      const float* across, const float* down, InfluenceCells cells) {
+  float of_row[kTaps * kNumPoseColumns];
   for (int k = 0; k < kTaps; ++k) {
-    for (int j = 0; j < kNumPoseColumns; ++j)
-      of_row[k * kNumPoseColumns + j] = across[k] * influence[j];
+    for (int i = 0; i < kNumPoseColumns; ++i)
+      of_row[k * kNumPoseColumns + i] = across[k] * influence[i];
   }
   const std::int32_t runs = cells.width / kCellRun;
   for (int j = 0; j < kTaps; ++j) {
     const std::int32_t y = row + j;
-    float* const to = cells.cells + (y * cells.width + column) * kNumPoseColumns;
-    for (int i = 0; i < kRowFloats; ++i)
-      to[i] += down[j] * of_row[i];
+    AddTo(cells.cells + (y * cells.width + column) * kNumPoseColumns, down[j], of_row);
     cells.marks[y * runs + column / kCellRun] = 1;
     cells.marks[y * runs + (column + kTaps - 1) / kCellRun] = 1;
   }
@@ -282,7 +293,9 @@ void SpreadOverScene(const ImagePlace& place, const float* x, const float* y, in
   for (int begin = 0; begin < count; begin += kBatch) {
     const int size = count - begin < kBatch ? count - begin : kBatch;
     PlaceTaps<kTaps>(cells.width, cells.height, place, x + begin, y + begin, size, taps, inside);
-    for (int i = 0; i < size; ++i) {
+    const int quarter = size / kTurns;
+    for (int n = 0; n < size; ++n) {
+      const int i = n % kTurns * quarter + n / kTurns;
       float own[kNumPoseColumns];
       for (int k = 0; k < kNumPoseColumns; ++k)
         own[k] = inside[i] * strength[begin + i] * influence[k][begin + i];
@@ -330,19 +343,43 @@ void SumCells(const InfluenceCells& cells, double* products) {
   AddProducts(sums, products);
 }
 
+void SumInfluence(int count, const float* const* influence, const float* strength, double factor,
+                  double* products) {
+  float sums[kNumPoseColumns][kNumPoseColumns][kBlock] = {};
+  for (int begin = 0; begin < count; begin += kBlock) {
+    float own[kNumPoseColumns][kBlock];
+    for (int a = 0; a < kNumPoseColumns; ++a) {
+      for (int lane = 0; lane < kBlock; ++lane)
+        own[a][lane] = strength[begin + lane] * influence[a][begin + lane];
+    }
+    for (int a = 0; a < kNumPoseColumns; ++a) {
+      for (int b = a; b < kNumPoseColumns; ++b) {
+        for (int lane = 0; lane < kBlock; ++lane)
+          sums[a][b][lane] += own[a][lane] * own[b][lane];
+      }
+    }
+  }
+  for (int a = 0; a < kNumPoseColumns; ++a) {
+    for (int b = a; b < kNumPoseColumns; ++b) {
+      const double sum = factor * SumOf(sums[a][b]);
+      products[a * kNumPoseColumns + b] += sum;
+      if (a != b) products[b * kNumPoseColumns + a] += sum;
+    }
+  }
+}
+
 void SumOverPattern(const std::int32_t* places, int count, const float* const* influence,
                     const float* strength, float* cells, int num_cells, double* products) {
   constexpr float kTaps[3] = {1.0F / 6.0F, 4.0F / 6.0F, 1.0F / 6.0F};
-  for (int i = 0; i < count; ++i) {
+  const int quarter = count / kTurns;
+  for (int n = 0; n < count; ++n) {
+    const int i = n % kTurns * quarter + n / kTurns;
     float own[kNumPoseColumns];
     for (int k = 0; k < kNumPoseColumns; ++k)
       own[k] = strength[i] * influence[k][i];
-    for (int place = 0; place < 9; ++place) {
-      const float share = kTaps[place / 3] * kTaps[place % 3];
-      float* const to = cells + places[9 * i + place] * kNumPoseColumns;
-      for (int k = 0; k < kNumPoseColumns; ++k)
-        to[k] += share * own[k];
-    }
+    for (int place = 0; place < 9; ++place)
+      AddTo(cells + places[9 * i + place] * kNumPoseColumns, kTaps[place / 3] * kTaps[place % 3],
+            own);
   }
   float sums[kNumPoseColumns][kNumPoseColumns][kCellRun] = {};
   for (int first = 0; first < num_cells; first += kCellRun)
@@ -372,6 +409,7 @@ const StripKernels kStripKernels = {
     SpreadOverScene<4>,
     SpreadOverScene<8>,
     SumCells,
+    SumInfluence,
     SumOverPattern};
 }
 

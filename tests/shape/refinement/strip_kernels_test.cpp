@@ -234,6 +234,30 @@ TEST_P(StripKernel, SpreadsInfluenceOverThePixelsThatSamplesAreMadeOf) {
   expect(scene_x, scene_y, 2);
 }
 
+TEST_P(StripKernel, SumsTheProductsOfInfluences) {
+  UniformRandom random(16);
+  std::array<std::vector<float>, kNumPoseColumns> influence;
+  const float* pointers[kNumPoseColumns];
+  for (std::size_t k = 0; k < influence.size(); ++k) {
+    influence[k] = Random(random, -1, 1);
+    pointers[k] = influence[k].data();
+  }
+  const std::vector<float> strength = Random(random, 0, 2);
+  double products[kNumPoseColumns * kNumPoseColumns] = {};
+  kernels_.sum_influence(kCount, pointers, strength.data(), 1.5, products);
+  for (std::size_t a = 0; a < kNumPoseColumns; ++a) {
+    for (std::size_t b = 0; b < kNumPoseColumns; ++b) {
+      double expected = 0.0;
+      for (std::size_t i = 0; i < kCount; ++i) {
+        const auto square = static_cast<double>(strength[i]) * static_cast<double>(strength[i]);
+        expected += 1.5 * square * static_cast<double>(influence[a][i]) *
+                    static_cast<double>(influence[b][i]);
+      }
+      EXPECT_NEAR(products[a * kNumPoseColumns + b], expected, 1e-3);  // sums up to some hundreds
+    }
+  }
+}
+
 // With a number for each pixel of an image the sums are those over the image; where pixels share a number,
 // their influence adds up before it is squared.
 TEST_P(StripKernel, SumsInfluenceOverThePatternsErrors) {
