@@ -13,7 +13,7 @@
 namespace orvandel::test {
 namespace {
 
-constexpr int kNumValues = 100000;
+constexpr int kNumValues = 30000;
 
 /// A number of 300 bits.
 class LongNumber {

@@ -11,7 +11,8 @@ prefix=$SCRATCH/installed
 build=$SCRATCH/build
 "$CMAKE" -S "$SOURCE" -B "$build" -G "$GENERATOR" -DBUILD_SHARED_LIBS=OFF \
   -DORVANDEL_BUILD_TOOL=OFF -DORVANDEL_BUILD_EXAMPLES=OFF -DCMAKE_INSTALL_LIBDIR="$LIBDIR" \
-  -DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_CXX_FLAGS_RELEASE=-O0 >/dev/null
+  -DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_CXX_FLAGS_RELEASE=-O0 \
+  -DCMAKE_UNITY_BUILD=ON >/dev/null
 grep -qx 'CMAKE_BUILD_TYPE:STRING=Release' "$build/CMakeCache.txt" || { echo "the build type is not Release"; exit 1; }
 "$CMAKE" --build "$build" --parallel 2 >/dev/null
 "$CMAKE" --install "$build" --prefix "$prefix" >/dev/null

@@ -8,7 +8,7 @@ namespace orvandel::shape {
 namespace {
 
 /// Fewer pixels could not hold four parameters and say how well they fit.
-constexpr int kLeastStretchPixels = 12;
+constexpr int kLeastFitPixels = 12;
 
 /// Keeps the shift along a straight stretch, where the image says nothing of it, from growing: a share
 /// of the gradients' sum of squares.
@@ -20,7 +20,7 @@ constexpr Column kUnknowns[kNumUnknowns] = {kOne, kPattern, kMoveX, kMoveY};
 StretchFit FitStretch(const StretchSums& sums, int num_pixels) {
   StretchFit fit;
   const double scene_spread = sums.SceneSpread();
-  if (num_pixels < kLeastStretchPixels || !(sums.Weight() > 0.0)) return fit;
+  if (num_pixels < kLeastFitPixels || !(sums.Weight() > 0.0)) return fit;
   SymmetricMatrix matrix;
   double scale[kNumUnknowns];
   for (int i = 0; i < kNumUnknowns; ++i) {
