@@ -34,13 +34,13 @@ inline std::uint64_t NonzeroBits(const std::uint8_t* block) {
 /// Calls `visit` with the index of each byte that is not 0, in rising order. Costs little where few are.
 template <typename Visitor>
 void ForEachNonzero(const std::uint8_t* bytes, std::size_t count, Visitor visit) {
-  constexpr std::size_t kBlock = 64;
-  for (std::size_t begin = 0; begin < count; begin += kBlock) {
+  constexpr std::size_t kWordBits = 64;
+  for (std::size_t begin = 0; begin < count; begin += kWordBits) {
     std::uint64_t bits = 0;
-    if (count - begin >= kBlock) {
+    if (count - begin >= kWordBits) {
       bits = NonzeroBits(bytes + begin);
     } else {
-      std::array<std::uint8_t, kBlock> last{};
+      std::array<std::uint8_t, kWordBits> last{};
       std::memcpy(last.data(), bytes + begin, count - begin);
       bits = NonzeroBits(last.data());
     }

@@ -12,7 +12,7 @@ namespace orvandel {
 namespace {
 
 std::mutex build_mutex;
-std::unique_ptr<GradientTables> tables;             // guarded by build_mutex
+std::unique_ptr<GradientTables> shared_tables;      // guarded by build_mutex
 std::atomic<const GradientTables*> built{nullptr};  // what readers see
 std::array<std::int32_t, 361> sectors{};            // guarded by build_mutex
 
@@ -82,21 +82,21 @@ const GradientTables* AcquireGradientTables() {
   if (const GradientTables* ready = built.load(std::memory_order_acquire)) return ready;
 
   const std::scoped_lock lock(build_mutex);
-  if (!tables) {
+  if (!shared_tables) {
     try {
-      tables = BuildTables();
+      shared_tables = BuildTables();
     } catch (const std::bad_alloc&) {
       return nullptr;
     }
-    built.store(tables.get(), std::memory_order_release);
+    built.store(shared_tables.get(), std::memory_order_release);
   }
-  return tables.get();
+  return shared_tables.get();
 }
 
 void ReleaseGradientTables() {
   const std::scoped_lock lock(build_mutex);
   built.store(nullptr, std::memory_order_release);
-  tables.reset();
+  shared_tables.reset();
 }
 
 const std::array<std::int32_t, 361>& SectorTable() {

@@ -10,7 +10,7 @@ constexpr int kNumDirectionBins = kNumStoredBins - 1;
 constexpr double kStoredWidth = kTwoPi / kNumDirectionBins;
 
 /// Rounding anywhere between a direction and its bin or quantised angle is far below this.
-constexpr double kMargin = 1e-6;
+constexpr double kMaskMargin = 1e-6;
 
 /// Smaller angle between two directions, in [0, pi].
 double AngleBetween(double a, double b) {
@@ -24,7 +24,7 @@ bool MayMatch(int expected_bin, int stored_bin, const MatchOptions& options) {
   const double expected = (expected_bin + 0.5) * kExpectedWidth;
   const double stored = -kPi + (stored_bin + 0.5) * kStoredWidth;
   const double middle = AngleBetween(expected, stored);
-  const double reach = 0.5 * (kExpectedWidth + kStoredWidth) + 3 * kMargin;
+  const double reach = 0.5 * (kExpectedWidth + kStoredWidth) + 3 * kMaskMargin;
   if (!(middle - reach > options.angle_tolerance)) return true;
   if (options.ignore_polarity && middle + reach >= kPi - options.angle_tolerance) return true;
   // Differences beyond a full turn are folded once and come out negative, which always matches.
@@ -32,7 +32,7 @@ bool MayMatch(int expected_bin, int stored_bin, const MatchOptions& options) {
 }
 
 DirectionRange RangeOfExpectedBin(int bin) {
-  return {bin * kExpectedWidth - kMargin, (bin + 1) * kExpectedWidth + kMargin};
+  return {bin * kExpectedWidth - kMaskMargin, (bin + 1) * kExpectedWidth + kMaskMargin};
 }
 
 }  // namespace orvandel
