@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <gtest/gtest.h>
+
 #include "tests/support/grey_image.h"
 #include "tests/support/uniform_random.h"
 

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include <gtest/gtest.h>
+
 #include "image/pyramid.h"
 #include "tests/support/grey_image.h"
 

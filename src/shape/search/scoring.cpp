@@ -106,7 +106,8 @@ PoseScore ScorePose(const EdgePoints& points, const GradientPlane& gradients,
 }
 
 double ScoreAboveChance(double raw, double chance) {
-  if (!(raw > 0.0)) return 0.0;  // nothing of the pattern was found, which chance cannot make better
+  if (!(raw > 0.0))
+    return 0.0;  // nothing of the pattern was found, which chance cannot make better
   return std::max(0.0, 1.0 - kTypicalMiss * (1.0 - raw) / (1.0 - chance));
 }
 

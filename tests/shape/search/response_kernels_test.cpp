@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "base/rounding.h"
 #include "image/gradients.h"
 #include "tests/support/simd_levels.h"
