@@ -32,8 +32,8 @@ double HighestRaw(const ShapeModel& model, const PatternImage& image, double sca
   options.min_scale = scale;
   options.max_scale = 2.0 * scale;
   options.min_score = 0.0;
-  const FindResult result = FindShapes(model, image.View(), options, workspace);
-  return result.matches.empty() ? 0.0 : RawScoreOf(result.matches.front().score, 0.0);
+  const double highest = HighestScore(model, image.View(), options, workspace);
+  return highest > 0.0 ? RawScoreOf(highest, 0.0) : 0.0;
 }
 
 }  // namespace

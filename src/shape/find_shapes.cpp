@@ -173,6 +173,13 @@ class ShapeSearch {
   }
 
   void Run() {
+    FindPoses();
+    RemoveOverlaps();
+    RefineMatches();
+  }
+
+  /// All but what makes matches of them.
+  void FindPoses() {
     PrepareScene();
     buffers_.found.clear();
     float best_candidate = 0.0F;
@@ -183,8 +190,13 @@ class ShapeSearch {
       TrackCandidates();
       ScoreArrived();
     }
-    RemoveOverlaps();
-    RefineMatches();
+  }
+
+  double BestScore() const {
+    double best = 0.0;
+    for (const Found& found : buffers_.found)
+      best = std::max(best, found.score);
+    return best;
   }
 
  private:
@@ -210,13 +222,6 @@ class ShapeSearch {
   bool IsLate() {
     result_.timed_out = result_.timed_out || deadline_.HasPassed();
     return result_.timed_out;
-  }
-
-  double BestScore() const {
-    double best = 0.0;
-    for (const Found& found : buffers_.found)
-      best = std::max(best, found.score);
-    return best;
   }
 
   void PrepareScene() {
@@ -518,6 +523,14 @@ FindResult FindShapes(const ShapeModel& model, const ImageView& scene, const Fin
   ShapeSearch(model, scene, options, workspace.buffers(), result).Run();
   result.times_us.total = watch.MicrosecondsSinceLast();
   return result;
+}
+
+double HighestScore(const ShapeModel& model, const ImageView& scene, const FindOptions& options,
+                    Workspace& workspace) {
+  FindResult result;
+  ShapeSearch search(model, scene, options, workspace.buffers(), result);
+  search.FindPoses();
+  return search.BestScore();
 }
 
 }  // namespace orvandel::shape

@@ -96,4 +96,8 @@ class Workspace {
 FindResult FindShapes(const ShapeModel& model, const ImageView& scene, const FindOptions& options,
                       Workspace& workspace);
 
+/// The score of the best match before any refinement, 0 where there is none. Options as for FindShapes, and valid.
+double HighestScore(const ShapeModel& model, const ImageView& scene, const FindOptions& options,
+                    Workspace& workspace);
+
 }  // namespace orvandel::shape

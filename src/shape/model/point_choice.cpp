@@ -73,12 +73,14 @@ Box BoxOf(const std::vector<EdgePoint>& points) {
   return box;
 }
 
-std::vector<EdgePoint> Spaced(const std::vector<EdgePoint>& sorted, const Box& box,
-                              double distance) {
-  SpacedSet taken(box.low, box.high, distance, sorted.size());
+/// Points with this distance from each other, strong ones first; no more than `most`.
+std::vector<EdgePoint> Spaced(const std::vector<EdgePoint>& sorted, const Box& box, double distance,
+                              std::size_t most) {
+  SpacedSet taken(box.low, box.high, distance, most);
   std::vector<EdgePoint> chosen;
-  chosen.reserve(sorted.size());
+  chosen.reserve(most);
   for (const EdgePoint& point : sorted) {
+    if (chosen.size() == most) break;
     if (taken.Add(point.at)) chosen.push_back(point);
   }
   return chosen;
@@ -131,7 +133,8 @@ std::vector<EdgePoint> ChoosePoints(const std::vector<EdgePoint>& points, std::s
                                  sorted.begin() + static_cast<std::ptrdiff_t>(wanted)};
   for (int round = 0; round < 14; ++round) {
     const double distance = std::sqrt(near * far);
-    std::vector<EdgePoint> chosen = Spaced(sorted, box, distance);
+    // One more tells that there are too many.
+    std::vector<EdgePoint> chosen = Spaced(sorted, box, distance, wanted + 1);
     if (chosen.size() > wanted) {
       near = distance;
       chosen.resize(wanted);

@@ -150,6 +150,8 @@ void Descent::GiveUpWorst(std::vector<Tracked>& list) {
 void Descent::FitLevel(int level, std::vector<Tracked>& arrived) {
   TrackingStep first = StepOn(level);
   TrackingStep second = first;
+  // The second step makes it exact.
+  first.is_nearest = true;
   second.range = 1;
   second.reach = 2.0F;
   second.damping = 0.001;

@@ -16,7 +16,7 @@ constexpr std::size_t kStageSixths[kStages] = {1, 2, 4, 6};
 
 /// Share of the votes due after each stage that a position must have. Votes come unevenly, the more so the fewer
 /// points; what falls behind by more is not worth the rest.
-constexpr float kShareAfterStage[kStages] = {0.6F, 0.8F, 0.9F, 1.0F};
+constexpr float kShareAfterStage[kStages] = {0.75F, 0.9F, 0.97F, 1.0F};
 
 /// A position that shows a smaller share of the points is not looked at.
 constexpr float kLeastVisibleShare = static_cast<float>(kLeastVisible);
@@ -60,6 +60,7 @@ void PoseScan::Run(const CoarsePoints& points, double scale, double angle, float
                    std::uint32_t pose, RowRange rows, std::vector<GridHit>& hits) {
   threshold_ = threshold;
   pose_ = pose;
+  share_of_vote_ = 1.0F / static_cast<float>(kFullVote * points.size);
   PlacePoints(points, scale, angle);
   std::uint8_t limits[kStages];
   for (std::size_t stage = 0; stage < kStages; ++stage) {
@@ -103,15 +104,20 @@ void PoseScan::PlacePoints(const CoarsePoints& points, double scale, double angl
 void PoseScan::TakeHit(const CoarseHit& hit, std::vector<GridHit>& hits) const {
   const bool is_inside = hit.x >= reach_ && hit.x + reach_ < maps_->Width() && hit.y >= reach_ &&
                          hit.y + reach_ < maps_->Height();
-  const std::size_t num_visible = is_inside ? num_points_ : CountPointsWithin(hit.x, hit.y);
+  const float score = is_inside ? static_cast<float>(hit.votes) * share_of_vote_ : BorderScore(hit);
+  if (score < threshold_) return;
+  hits.push_back({score, hit.x, hit.y, pose_});
+}
+
+/// Near the border: of what can be seen.
+float PoseScan::BorderScore(const CoarseHit& hit) const {
+  const std::size_t num_visible = CountPointsWithin(hit.x, hit.y);
   const auto num_outside = static_cast<int>(num_points_ - num_visible);
   const auto all = static_cast<float>(num_points_);
   const auto visible = static_cast<float>(num_visible);
-  if (visible < kLeastVisibleShare * all) return;
+  if (visible < kLeastVisibleShare * all) return 0.0F;
   const auto votes = static_cast<float>(hit.votes - maps_->OutsideVote() * num_outside);
-  const float score = votes / (static_cast<float>(kFullVote) * std::sqrt(visible * all));
-  if (score < threshold_) return;
-  hits.push_back({score, hit.x, hit.y, pose_});
+  return votes / (static_cast<float>(kFullVote) * std::sqrt(visible * all));
 }
 
 std::size_t PoseScan::CountPointsWithin(std::int32_t x, std::int32_t y) const {

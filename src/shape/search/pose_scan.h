@@ -66,6 +66,7 @@ class PoseScan {
  private:
   void PlacePoints(const CoarsePoints& points, double scale, double angle);
   void TakeHit(const CoarseHit& hit, std::vector<GridHit>& hits) const;
+  float BorderScore(const CoarseHit& hit) const;
   std::size_t CountPointsWithin(std::int32_t x, std::int32_t y) const;
 
   const ResponseMaps* maps_ = nullptr;
@@ -77,6 +78,7 @@ class PoseScan {
   std::size_t num_points_ = 0;
   std::int32_t reach_ = 0;  ///< of the points, grid positions
   float threshold_ = 0.0F;
+  float share_of_vote_ = 0.0F;  ///< of all that the points can get
   std::uint32_t pose_ = 0;
   std::vector<CoarseHit> hits_;
 };
