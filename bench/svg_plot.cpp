@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 
 namespace orvandel::bench {
 namespace {
@@ -59,17 +60,67 @@ double TickStep(double most) {
   return power * 10;
 }
 
+/// One axis: from values to shares of its length.
+class Axis {
+ public:
+  explicit Axis(bool is_log) : is_log_(is_log) {}
+
+  bool Shows(double value) const { return !is_log_ || value > 0; }
+
+  void MakeRoomFor(double value) {
+    if (!Shows(value)) return;
+    least_ = std::min(least_, value);
+    most_ = std::max(most_, value);
+  }
+
+  /// Once there is room for all.
+  void Round() {
+    if (!is_log_) {
+      least_ = 0;
+      if (!(most_ > 0)) most_ = 1;
+      return;
+    }
+    if (!(most_ > 0)) least_ = most_ = 1;
+    constexpr double kRounding = 1e-9;
+    least_ = std::pow(10.0, std::floor(std::log10(least_) + kRounding));
+    most_ = std::pow(10.0, std::ceil(std::log10(most_) - kRounding));
+    if (most_ <= least_) most_ = 10 * least_;
+  }
+
+  double ShareOf(double value) const {
+    return is_log_ ? std::log(value / least_) / std::log(most_ / least_) : value / most_;
+  }
+
+  std::vector<double> Ticks() const {
+    std::vector<double> ticks;
+    if (is_log_) {
+      for (double tick = least_; tick <= most_ * 1.001; tick *= 10)
+        ticks.push_back(tick);
+    } else {
+      const double step = TickStep(most_);
+      for (double tick = 0; tick <= most_; tick += step)
+        ticks.push_back(tick);
+    }
+    return ticks;
+  }
+
+ private:
+  bool is_log_;
+  double least_ = std::numeric_limits<double>::infinity();
+  double most_ = 0;
+};
+
 class Drawing {
  public:
-  explicit Drawing(const Plot& plot) : plot_(plot) {
+  explicit Drawing(const Plot& plot) : plot_(plot), x_(plot.has_log_x), y_(plot.has_log_y) {
     for (const PlotSeries& series : plot.series) {
       for (const PlotPoint& point : series.points) {
-        most_x_ = std::max(most_x_, point.x);
-        most_y_ = std::max(most_y_, point.y);
+        x_.MakeRoomFor(point.x);
+        y_.MakeRoomFor(point.y);
       }
     }
-    if (most_x_ <= 0) most_x_ = 1;
-    if (most_y_ <= 0) most_y_ = 1;
+    x_.Round();
+    y_.Round();
   }
 
   std::string Svg() const {
@@ -84,18 +135,19 @@ class Drawing {
   }
 
  private:
-  double X(double x) const { return kLeft + x / most_x_ * (kWidth - kLeft - kRight); }
-  double Y(double y) const { return kHeight - kBottom - y / most_y_ * (kHeight - kTop - kBottom); }
+  double X(double x) const { return kLeft + x_.ShareOf(x) * (kWidth - kLeft - kRight); }
+  double Y(double y) const {
+    return kHeight - kBottom - y_.ShareOf(y) * (kHeight - kTop - kBottom);
+  }
 
   std::string Axes() const {
+    constexpr double kFloor = kHeight - kBottom;
     std::string svg;
-    const double step_x = TickStep(most_x_);
-    for (double x = 0; x <= most_x_; x += step_x) {
-      svg += Line(X(x), Y(0), X(x), kTop, "#dddddd");
-      svg += Text(X(x), Y(0) + 18, "middle", Number(x));
+    for (const double x : x_.Ticks()) {
+      svg += Line(X(x), kFloor, X(x), kTop, "#dddddd");
+      svg += Text(X(x), kFloor + 18, "middle", Number(x));
     }
-    const double step_y = TickStep(most_y_);
-    for (double y = 0; y <= most_y_; y += step_y) {
+    for (const double y : y_.Ticks()) {
       svg += Line(kLeft, Y(y), kWidth - kRight, Y(y), "#dddddd");
       svg += Text(kLeft - 8, Y(y) + 4, "end", Number(y));
     }
@@ -110,6 +162,7 @@ class Drawing {
     const char* colour = kColours[index % kColours.size()];
     std::string svg = "<g fill='" + std::string(colour) + "'>\n";
     for (const PlotPoint& point : series.points) {
+      if (!x_.Shows(point.x) || !y_.Shows(point.y)) continue;
       svg += "<circle cx='" + Number(X(point.x)) + "' cy='" + Number(Y(point.y)) + "' r='3.5'/>\n";
     }
     const double y = kTop + 14 + kRowOfLegend * static_cast<double>(index);
@@ -118,8 +171,8 @@ class Drawing {
   }
 
   const Plot& plot_;
-  double most_x_ = 0;
-  double most_y_ = 0;
+  Axis x_;
+  Axis y_;
 };
 
 }  // namespace

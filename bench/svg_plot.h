@@ -15,12 +15,14 @@ struct PlotSeries {
   std::vector<PlotPoint> points;  ///< drawn as dots
 };
 
-/// A plot with linear axes that begin at 0; up to six series.
+/// A plot with axes that are linear and begin at 0, or logarithmic from one power of ten to another; up to six series.
 struct Plot {
   std::string title;
   std::string x_label;
   std::string y_label;
   std::vector<PlotSeries> series;
+  bool has_log_x = false;  ///< points that are not above 0 are left out then
+  bool has_log_y = false;
 };
 
 /// The plot as an SVG document.
