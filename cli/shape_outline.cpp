@@ -12,7 +12,7 @@ namespace {
 
 /// Neighbours of one edge lie so many usual spacings apart at most: corners and weak stretches leave
 /// gaps, but two edges are not joined.
-constexpr double kLargestGap = 2.5;
+constexpr double kLargestGap = 4;
 
 /// Half the length of a dash, of the usual spacing.
 constexpr double kHalfDash = 0.6;
