@@ -128,9 +128,9 @@ void CheckArguments(const FindArguments& arguments, Engine engine) {
     throw UsageError("--zoom enlarges overlays: give it along with --overlay DIR");
 }
 
-ImageFile ReadPattern(const std::string& path, const FindArguments& arguments) {
+ImageFile ReadPattern(const std::string& path, const FindArguments& arguments, Engine engine) {
   ImageFile pattern = ReadImage(path);
-  if (arguments.verbose) NoteConversion(pattern);
+  if (arguments.verbose) NoteConversion(pattern, engine);
   if (arguments.pattern_rect) return CutOut(pattern, *arguments.pattern_rect);
   return pattern;
 }
@@ -191,7 +191,7 @@ class FindRun {
  private:
   void Learn(const std::string& path) {
     finders_.push_back(MakePatternFinder(context_.options));
-    finders_.back()->Train(ReadPattern(path, arguments_));
+    finders_.back()->Train(ReadPattern(path, arguments_, context_.options.engine));
     context_.patterns.push_back({path, finders_.back()->Facts()});
     if (arguments_.verbose) PrintNote(path + ": " + Describe(context_.patterns.back().facts));
   }
@@ -202,7 +202,7 @@ class FindRun {
     std::vector<FindOutcome> outcomes;
     try {
       file = ReadImage(scene);
-      if (arguments_.verbose) NoteConversion(file);
+      if (arguments_.verbose) NoteConversion(file, context_.options.engine);
       outcomes = Search(file);
     } catch (const FileError& error) {
       return {{scene, 0, std::nullopt, error.what()}};
@@ -254,9 +254,11 @@ class FindRun {
 };
 
 void AddOptions(CLI::App& app, FindArguments& arguments) {
-  app.add_option("PICTURES", arguments.images,
-                 "The pattern picture first, then the scenes to look in. BMP, PNG, JPEG, PGM and "
-                 "PPM are read; colour becomes grey.")
+  app.add_option(
+         "PICTURES", arguments.images,
+         "The pattern picture first, then the scenes to look in. BMP, PNG, JPEG, PGM and "
+         "PPM are read; colour becomes grey, and more than 8 bits become 8 but for grey PNG "
+         "with shapes.")
       ->option_text(" ");
   app.add_option("--pattern", arguments.patterns,
                  "A pattern picture; give the option again for each further one. All other "

@@ -41,7 +41,8 @@ double SmallestScale(const ShapeFacts& facts) {
 }
 
 evaluation::PatternFrame PatternFinder::Learn(const ImageFile& pattern) {
-  Train({pattern.path, CopyOf(pattern), pattern.channels, pattern.bits_per_channel});
+  Train(
+      {pattern.path, CopyOf(pattern), pattern.channels, pattern.bits_per_channel, pattern.grey16});
   const PatternFacts facts = Facts();
   return {facts.width, facts.height, facts.reference};
 }

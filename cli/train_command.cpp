@@ -77,9 +77,9 @@ void CheckArguments(const TrainArguments& arguments, Engine engine) {
     throw UsageError("--zoom enlarges the overlay: give it along with --overlay DIR");
 }
 
-ImageFile ReadPattern(const TrainArguments& arguments) {
+ImageFile ReadPattern(const TrainArguments& arguments, Engine engine) {
   ImageFile pattern = ReadImage(arguments.pattern);
-  if (arguments.verbose) NoteConversion(pattern);
+  if (arguments.verbose) NoteConversion(pattern, engine);
   if (!arguments.pattern_rect) return pattern;
   return CutOut(pattern, *arguments.pattern_rect);
 }
@@ -100,7 +100,7 @@ void WriteOverlay(const TrainArguments& arguments, const Canvas& canvas) {
 }
 
 int RunShapes(const TrainArguments& arguments, const SearchOptions& options) {
-  ImageFile pattern = ReadPattern(arguments);
+  ImageFile pattern = ReadPattern(arguments, options.engine);
   std::optional<Canvas> canvas = CanvasFor(arguments, pattern);
   ShapeFinder finder(options);
   finder.Train(std::move(pattern));
@@ -115,7 +115,7 @@ int RunShapes(const TrainArguments& arguments, const SearchOptions& options) {
 }
 
 int RunSegments(const TrainArguments& arguments, const SearchOptions& options) {
-  ImageFile pattern = ReadPattern(arguments);
+  ImageFile pattern = ReadPattern(arguments, options.engine);
   std::optional<Canvas> canvas = CanvasFor(arguments, pattern);
   SegmentFinder finder(options);
   finder.Train(std::move(pattern));

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "evaluation/deep_image.h"
 #include "evaluation/file_error.h"
 #include "evaluation/paths.h"
 
@@ -68,6 +69,8 @@ ImageFile ReadImage(const std::string& path) {
   file.image = NewImage(path, width, height);
   if (const int error = im_file_read(file.image.get(), path.c_str(), kTypeByExtension))
     throw FileError(path, WhyNotRead(path, error));
+  if (file.channels == 1 && file.bits_per_channel == 16)
+    file.grey16 = ReadGrey16(path, width, height);
   return file;
 }
 

@@ -1,17 +1,21 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "platform/image_ptr.h"
 
 namespace orvandel::evaluation {
 
-/// The image in a file, as 8-bit grey.
+/// The image in a file, as 8-bit grey, and with all its bits where it has more.
 struct ImageFile {
   std::string path;
   ImagePtr image;
   int channels = 1;  ///< in the file: 1 grey, 2 grey and alpha, 3 colour, 4 colour and alpha
   int bits_per_channel = 8;  ///< in the file
+  /// All bits of a grey PNG of 16, row by row without gaps; empty for other files.
+  std::vector<std::uint16_t> grey16 = {};
 
   bool WasConverted() const { return channels != 1 || bits_per_channel > 8; }
 };

@@ -199,6 +199,19 @@ TEST_F(FindCommand, ARoundPartIsFound) {
   ExpectPose(FindResult({}), cam);
 }
 
+TEST_F(FindCommand, AllBitsOfADeepPictureAreSeen) {
+  WriteDeepRings(pattern_, scene_, {88.3, 79.6});
+  const ToolRun run = Find({"--json", "--verbose"});
+  ASSERT_EQ(run.exit_code, 0) << run.err;
+  EXPECT_FALSE(Contains(run.err, "converted")) << run.err;
+  const Json result = Json::parse(run.out)["results"].at(0);
+  EXPECT_NEAR(result["x"], 88.3, kPositionTolerance);
+  EXPECT_NEAR(result["y"], 79.6, kPositionTolerance);
+  EXPECT_NEAR(result["scale"], 1, 0.005);
+  // With 8 bits there is nothing to see.
+  EXPECT_EQ(RunOrvandel({"find", "--engine", "segments", pattern_, scene_}).exit_code, 2);
+}
+
 TEST_F(FindCommand, SaysPlainlyThatNothingWasFound) {
   WriteOtherScene(folder_.File("other.png"));
   const ToolRun run = RunOrvandel({"find", pattern_, folder_.File("other.png")});

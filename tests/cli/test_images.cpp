@@ -10,6 +10,7 @@
 #include "examples/render/parts.h"
 #include "examples/render/scene.h"
 #include "tests/cli/tool_run.h"
+#include "tests/support/grey16_png.h"
 #include "tests/support/images.h"
 
 namespace orvandel::cli::test {
@@ -30,7 +31,29 @@ double Overlap(int pixel, double from, double to) {
   return std::max(0.0, std::min(pixel + 1.0, to) - std::max<double>(pixel, from));
 }
 
+// A disc with a hole out of its middle, so that its rotation is known; 0 to 1.
+double EccentricRing(double x, double y) {
+  return DiscCoverage(x, y, 26) - DiscCoverage(x - 9, y - 4, 9);
+}
+
+// A square image whose values lie within 200 of 65536, all of them one step of 8 bits.
+void WriteDeepRing(const std::string& path, int size, Point centre) {
+  std::vector<std::vector<int>> rows;
+  for (int y = 0; y < size; ++y) {
+    rows.emplace_back();
+    for (int x = 0; x < size; ++x)
+      rows.back().push_back(
+          static_cast<int>(std::lround(20 + 180 * EccentricRing(x - centre.x, y - centre.y))));
+  }
+  WriteBytes(path, orvandel::test::Grey16Png(rows));
+}
+
 }  // namespace
+
+void WriteDeepRings(const std::string& pattern_path, const std::string& scene_path, Point centre) {
+  WriteDeepRing(pattern_path, 81, {40, 40});
+  WriteDeepRing(scene_path, 170, centre);
+}
 
 void WriteBracketPattern(const std::string& path) {
   Write(render::RenderPattern(render::MetalBracket(), {.blur_sigma_px = 0.6}), path);

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "base/geometry.h"
 #include "examples/render/geometry.h"
 #include "platform/image_ptr.h"
 
@@ -26,6 +27,9 @@ void WriteCamPattern(const std::string& path);
 /// A nut of six sides: turning it by 60 degrees changes nothing.
 void WriteNutPattern(const std::string& path);
 void WriteNutScene(const std::string& path, const render::Pose& pose);
+/// Pattern (its centre is the ring's) and scene of an eccentric ring in 16 bits, so faint that 8
+/// bits would hold one grey value. The files are PNG.
+void WriteDeepRings(const std::string& pattern_path, const std::string& scene_path, Point centre);
 /// A scene of other parts.
 void WriteOtherScene(const std::string& path);
 

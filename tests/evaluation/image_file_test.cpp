@@ -1,10 +1,15 @@
 #include "evaluation/image_file.h"
 
+#include <cstdint>
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "evaluation/file_error.h"
 #include "tests/support/contains.h"
 #include "tests/support/file_bytes.h"
+#include "tests/support/grey16_png.h"
 #include "tests/support/images.h"
 #include "tests/support/scratch_folder.h"
 
@@ -47,6 +52,24 @@ TEST(ImageFile, TellsThatColourWasConverted) {
   const ImageFile file = ReadImage(folder.File("a.ppm"));
   EXPECT_EQ(file.channels, 3);
   EXPECT_TRUE(file.WasConverted());
+}
+
+TEST(ImageFile, AGreyPngOf16BitsIsReadWithAllOfThem) {
+  const ScratchFolder folder;
+  WriteBytes(folder.File("deep.png"), orvandel::test::Grey16Png({{0, 1, 255}, {256, 4095, 65535}}));
+  const ImageFile file = ReadImage(folder.File("deep.png"));
+  EXPECT_EQ(file.grey16, (std::vector<std::uint16_t>{0, 1, 255, 256, 4095, 65535}));
+  EXPECT_EQ(file.image->row[1][2], 255);  // the 8 bits that everybody sees
+  EXPECT_EQ(file.image->row[0][0], 0);
+}
+
+TEST(ImageFile, OtherFilesHaveNoMoreThan8Bits) {
+  const ScratchFolder folder;
+  const ImagePtr grey = MakeImage(4, 3, [](int x, int y) { return 20 * x + y; });
+  ASSERT_EQ(im_file_write(grey.get(), folder.File("a.png").c_str(), 0), 0);
+  EXPECT_TRUE(ReadImage(folder.File("a.png")).grey16.empty());
+  WriteBytes(folder.File("a.ppm"), "P6\n1 1\n255\nabc");
+  EXPECT_TRUE(ReadImage(folder.File("a.ppm")).grey16.empty());
 }
 
 TEST(ImageFile, ACopyLeavesTheOriginalAlone) {
