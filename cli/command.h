@@ -20,6 +20,7 @@ struct Command {
 
 Command AddFindCommand(CLI::App& program);
 Command AddTrainCommand(CLI::App& program);
+Command AddEdgesCommand(CLI::App& program);
 Command AddContoursCommand(CLI::App& program);
 Command AddLinesCommand(CLI::App& program);
 Command AddEvaluateCommand(CLI::App& program);

@@ -43,7 +43,8 @@ constexpr const char* kFindFooter =
              reference point is the centre of the pattern picture (segments: the
              mean of the pattern's contour points).
   angle      how far the pattern is turned, in (-180, 180] degrees and in
-             radians; positive turns clockwise on the screen.
+             radians; positive turns clockwise on the screen. A full circle has
+             any angle; its standard deviation is then empty, null in JSON.
   scale      size in the scene over size in the pattern picture.
   score      how well the scene shows the pattern there: shapes 0 to 1, segments
              percent of the pattern's contour.

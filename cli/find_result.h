@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -29,6 +30,9 @@ struct FoundMatch {
   double score = 0;               ///< shapes: 0 to 1; segments: percent
   bool is_accepted = false;
   std::optional<shape::Match> details = {};  ///< of the shape engine
+
+  /// Whether the pattern tells its rotation; a full circle does not.
+  bool HasAngle() const { return !details || std::isfinite(details->covariance[10]); }
 };
 
 /// What became of one search.

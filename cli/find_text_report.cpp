@@ -101,9 +101,15 @@ class TextReport : public FindReport {
     const Similarity& pose = match.scene_from_pattern;
     const shape::Match& details = *match.details;
     const double deviation_px = std::sqrt((details.covariance[0] + details.covariance[5]) / 2);
-    return {Fixed(pose.x, 3),           Fixed(pose.y, 3),       Fixed(Degrees(pose.angle), 4),
-            Fixed(pose.angle, 6),       Fixed(pose.scale, 5),   Fixed(match.score, 4),
-            Fixed(details.coverage, 3), Fixed(deviation_px, 4), time};
+    return {Fixed(pose.x, 3),
+            Fixed(pose.y, 3),
+            match.HasAngle() ? Fixed(Degrees(pose.angle), 4) : "any",
+            match.HasAngle() ? Fixed(pose.angle, 6) : "any",
+            Fixed(pose.scale, 5),
+            Fixed(match.score, 4),
+            Fixed(details.coverage, 3),
+            Fixed(deviation_px, 4),
+            time};
   }
 
   static SegmentRow RowOfSegments(const FoundMatch& match, const std::string& time) {

@@ -60,6 +60,11 @@ std::string ScoreText(const FoundMatch& match) {
   return match.details ? Fixed(match.score, 3) : Fixed(match.score, 1) + "%";
 }
 
+std::string AngleText(const FoundMatch& match) {
+  if (!match.HasAngle()) return "any angle";
+  return Fixed(Degrees(match.scene_from_pattern.angle), 2) + "\u00B0";
+}
+
 std::vector<std::string> LabelOf(const FoundMatch& match, const std::string& name, int number,
                                  bool is_brief) {
   std::string first = fmt::format("#{} {}", number, ScoreText(match));
@@ -67,7 +72,7 @@ std::vector<std::string> LabelOf(const FoundMatch& match, const std::string& nam
   if (is_brief) return {first};
   const Similarity& pose = match.scene_from_pattern;
   return {first, fmt::format("{}, {}", Fixed(pose.x, 2), Fixed(pose.y, 2)),
-          fmt::format("{}\u00B0 \u00D7{}", Fixed(Degrees(pose.angle), 2), Fixed(pose.scale, 3))};
+          fmt::format("{} \u00D7{}", AngleText(match), Fixed(pose.scale, 3))};
 }
 
 PixelBox BoxAround(const std::vector<Polyline>& strokes, int zoom) {

@@ -64,8 +64,8 @@ class Program {
                           "Print the version and leave.");
     app_.require_subcommand(1);
     app_.allow_windows_style_options(false);  // on Windows too, /folder/file is a path
-    commands_ = {AddFindCommand(app_), AddTrainCommand(app_), AddContoursCommand(app_),
-                 AddLinesCommand(app_), AddEvaluateCommand(app_)};
+    commands_ = {AddFindCommand(app_),  AddTrainCommand(app_),    AddEvaluateCommand(app_),
+                 AddEdgesCommand(app_), AddContoursCommand(app_), AddLinesCommand(app_)};
     for (const Command& command : commands_)
       command.app->group("Commands");
   }

@@ -46,7 +46,7 @@ PoseDeviation DeviationOf(const Similarity& found, const std::array<double, 16>&
   std::vector<std::size_t> free_values;
   for (std::size_t i = 0; i < residual.size(); ++i) {
     if (i == kAngle && symmetry.IsFullCircle()) continue;
-    if (covariance[5 * i] != 0) free_values.push_back(i);
+    if (covariance[5 * i] != 0 && std::isfinite(covariance[5 * i])) free_values.push_back(i);
   }
   std::vector<std::vector<double>> c;
   std::vector<double> r;

@@ -13,7 +13,8 @@ struct PoseDeviation {
 };
 
 /// @param covariance  of (x, y, angle, scale), row by row: pixels, radians, 1. A value of variance 0
-///                    was given, not found, and counts for nothing; nor does a full circle's angle.
+///                    was given, not found, and counts for nothing; nor does one of an infinite
+///                    variance, nor a full circle's angle.
 /// The others as for `ErrorOf`.
 PoseDeviation DeviationOf(const Similarity& found, const std::array<double, 16>& covariance,
                           const Similarity& truth, const PatternFrame& frame, Symmetry symmetry);

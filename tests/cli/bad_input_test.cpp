@@ -13,6 +13,7 @@ namespace {
 std::vector<std::vector<std::string>> CommandsThatRead(const std::string& image,
                                                        const ScratchFolder& folder) {
   return {{"contours", image, "--draw", folder.File("out")},
+          {"edges", image, "--draw", folder.File("out")},
           {"lines", image, "--draw", folder.File("out")},
           {"train", image, "--overlay", folder.File("out")},
           {"train", "--engine", "segments", image, "--save", folder.File("out")},

@@ -105,7 +105,10 @@ TEST_F(FindCommand, TellsHowSureThePoseIs) {
   ASSERT_EQ(covariance.size(), 4u);
   for (std::size_t i = 0; i < 4; ++i) {
     for (std::size_t k = 0; k < 4; ++k)
-      EXPECT_DOUBLE_EQ(covariance.at(i).at(k), covariance.at(k).at(i)) << i << k;
+      EXPECT_NEAR(covariance.at(i).at(k), covariance.at(k).at(i),
+                  1e-12 * std::sqrt(covariance.at(i).at(i).get<double>() *
+                                    covariance.at(k).at(k).get<double>()))
+          << i << k;
   }
   EXPECT_NEAR(match["sd_x"], std::sqrt(covariance.at(0).at(0).get<double>()), 1e-12);
   EXPECT_NEAR(match["sd_y"], std::sqrt(covariance.at(1).at(1).get<double>()), 1e-12);
@@ -210,6 +213,19 @@ TEST_F(FindCommand, AllBitsOfADeepPictureAreSeen) {
   EXPECT_NEAR(result["scale"], 1, 0.005);
   // With 8 bits there is nothing to see.
   EXPECT_EQ(RunOrvandel({"find", "--engine", "segments", pattern_, scene_}).exit_code, 2);
+}
+
+TEST_F(FindCommand, AFullCircleHasAnyAngle) {
+  WriteDisc(pattern_, 20);
+  WriteDisc(scene_, 22);
+  const Json match = FindResult({})["matches"].at(0);
+  // The disc's middle is pixel (32, 32) of both images, and half a pixel each way from the
+  // pattern's reference point, which therefore lies anywhere on a circle around it.
+  const double off = std::hypot(match["x"].get<double>() - 32, match["y"].get<double>() - 32);
+  EXPECT_NEAR(off, 1.1 * std::hypot(0.5, 0.5), kPositionTolerance);
+  EXPECT_NEAR(match["scale"], 1.1, 0.01);
+  EXPECT_TRUE(match["sd_angle_deg"].is_null());
+  EXPECT_TRUE(Contains(Find({}).out, " any ")) << Find({}).out;
 }
 
 TEST_F(FindCommand, SaysPlainlyThatNothingWasFound) {

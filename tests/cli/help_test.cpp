@@ -35,7 +35,8 @@ TEST(Help, TheProgramListsItsCommandsAndExamples) {
   const ToolRun run = RunOrvandel({"--help"});
   EXPECT_EQ(run.exit_code, 0);
   EXPECT_EQ(run.err, "");
-  for (const char* part : {"find", "train", "contours", "lines", "evaluate", "Usage:", "part.png"})
+  for (const char* part :
+       {"find", "train", "edges", "contours", "lines", "evaluate", "Usage:", "part.png"})
     EXPECT_TRUE(Contains(run.out, part)) << part;
 }
 
@@ -59,12 +60,12 @@ TEST(Help, BothEnginesAreExplained) {
 
 TEST(Help, FitsATerminalOfEightyColumns) {
   EXPECT_LE(LongestLine(RunOrvandel({"--help"}).out), 80u);
-  for (const char* command : {"find", "train", "contours", "lines", "evaluate"})
+  for (const char* command : {"find", "train", "edges", "contours", "lines", "evaluate"})
     EXPECT_LE(LongestLine(RunOrvandel({command, "--help"}).out), 80u) << command;
 }
 
 TEST(Help, ThePixelConventionIsTold) {
-  for (const char* command : {"find", "train", "contours", "lines", "evaluate"})
+  for (const char* command : {"find", "train", "edges", "contours", "lines", "evaluate"})
     EXPECT_TRUE(Contains(RunOrvandel({command, "--help"}).out, "(0, 0)")) << command;
 }
 

@@ -28,7 +28,7 @@ TEST(StrokeFont, AnLIsAStemAndAFoot) {
 }
 
 TEST(StrokeFont, ARingClosesAndStaysInItsBox) {
-  const std::vector<Point>& ring = GlyphOf(U'O').strokes.at(0);
+  const std::vector<Point> ring = GlyphOf(U'O').strokes.at(0);
   EXPECT_EQ(ring.front(), ring.back());
   EXPECT_GT(ring.size(), 30u);  // round, not a box
   for (const Point p : ring) {

@@ -118,6 +118,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Mistake{{"contours"}, "IMAGE"},                    //
                     Mistake{{"contours", "a.png", "b.png"}, "b.png"},  //
                     Mistake{{"contours", "a.png", "--zoom", "0"}, "1 to 32"},
+                    Mistake{{"edges"}, "IMAGE"},
+                    Mistake{{"edges", "a.png", "--min-strength", "nan"}, "0 to"},
+                    Mistake{{"edges", "a.png", "--min-strength", "-1"}, "0 to"},
                     Mistake{{"lines"}, "IMAGE"},     //
                     Mistake{{"evaluate"}, "SUITE"},  //
                     Mistake{{"evaluate", "s", "--scale", "2,1"}, "must go up"}));

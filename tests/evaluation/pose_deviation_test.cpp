@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cmath>
-#include <cstddef>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -48,6 +48,14 @@ TEST(PoseDeviation, WhatWasGivenIsNotFree) {
   const Similarity found = {201, 150, 0.5, 1};
   const PoseDeviation deviation =
       DeviationOf(found, Diagonal(1, 1, 0.01, 0), kInstance, kFrame, {});
+  EXPECT_EQ(deviation.num_free, 3);
+  EXPECT_NEAR(deviation.squared, 1, 1e-12);
+}
+
+TEST(PoseDeviation, WhatIsNotDeterminedIsNotFreeEither) {
+  constexpr double kInfinite = std::numeric_limits<double>::infinity();
+  const PoseDeviation deviation =
+      DeviationOf({201, 150, 2.5, 1}, Diagonal(1, 1, kInfinite, 1), kInstance, kFrame, {});
   EXPECT_EQ(deviation.num_free, 3);
   EXPECT_NEAR(deviation.squared, 1, 1e-12);
 }
