@@ -6,14 +6,20 @@
 
 namespace orvandel::test {
 
-/// Whether a 4 x 4 matrix, row by row, can be a covariance: finite, symmetric, and no direction in which the variance is
-/// negative by more than rounding. What has no variance must not vary with anything else.
+/// Whether a 4 x 4 matrix, row by row, can be a covariance: symmetric, and no direction in which the variance is negative
+/// by more than rounding. What has no variance must not vary with anything else. What is not known at all has an infinite
+/// variance; everything else must be finite.
 inline bool IsCovariance(std::span<const double, 16> matrix) {
   constexpr double kRounding = 1e-6;
   double correlation[4][4];
   for (std::size_t i = 0; i < 4; ++i) {
     for (std::size_t j = 0; j < 4; ++j) {
       const double entry = matrix[4 * i + j];
+      if (std::isnan(entry) || matrix[5 * i] < 0) return false;
+      if (std::isinf(matrix[5 * i]) || std::isinf(matrix[5 * j])) {
+        correlation[i][j] = i == j ? 1 : 0;
+        continue;
+      }
       const double spread = std::sqrt(matrix[5 * i]) * std::sqrt(matrix[5 * j]);
       if (!std::isfinite(entry) || !(spread >= 0)) return false;
       if (!(std::fabs(entry - matrix[4 * j + i]) <= kRounding * spread)) return false;
