@@ -50,6 +50,22 @@ struct PositionRange {
   std::int32_t end_row;
 };
 
+/// Bytes of the sums of a block.
+inline constexpr std::size_t kBlockSums = kBlockRows * kBlockColumns;
+
+/// Where a block begins.
+struct BlockPlace {
+  std::int32_t offset;  ///< in the map
+  std::int32_t x;
+  std::int32_t y;
+};
+
+/// Room for the blocks of a range while they are summed up.
+struct ScanScratch {
+  std::uint8_t* sums;  ///< kBlockSums each
+  BlockPlace* places;
+};
+
 /// A position that has got enough votes.
 struct CoarseHit {
   std::uint16_t x;
@@ -64,16 +80,15 @@ struct CoarseKernels {
                        std::int32_t* dy, std::int32_t* offsets);
 
   /// Sums up the votes of positions in pairs of rows, block by block from the left; the last block of a pair overlaps the one
-  /// before, and the last pair of rows likewise, as far as the range is that large. A block is left as soon as none of
-  /// its positions meets a limit. Those that meet all are written, the upper row first, none twice.
+  /// before, and the last pair of rows likewise, as far as the maps are that large. A block is left when after a stage
+  /// none of its positions meets the limit. Those that meet all are written, block by block, the upper row first, none twice.
   ///
-  /// @param limits    votes that a position must have after each stage, kStages
-  /// @param hits      room for at least kBlockRows * width
-  /// @param next_row  receives the row to go on with where the room was too small for all, else `end_row`
-  /// @return          the number of hits
+  /// @param limits   votes that a position must have after each stage, kStages
+  /// @param scratch  for as many blocks as the range has
+  /// @param hits     room for all positions of the range
+  /// @return         the number of hits
   std::size_t (*scan)(const PositionRange& range, const PoseOffsets& pose,
-                      const std::uint8_t* limits, CoarseHit* hits, std::size_t room,
-                      std::int32_t* next_row);
+                      const std::uint8_t* limits, const ScanScratch& scratch, CoarseHit* hits);
 };
 
 ORVANDEL_DECLARE_KERNELS(CoarseKernels)

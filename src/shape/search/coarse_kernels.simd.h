@@ -36,8 +36,8 @@ void PlacePoints(const DirectedPoints& points, const PosePlacing& placing, std::
 struct RowBytes {
   __m256i bytes;
 };
-inline RowBytes NoBytes() {
-  return {_mm256_setzero_si256()};
+inline RowBytes Loaded(const Byte* from) {
+  return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(from))};
 }
 inline RowBytes AllBytes(Byte value) {
   return {_mm256_set1_epi8(static_cast<char>(value))};
@@ -64,8 +64,9 @@ struct RowBytes {
   __m128i left;
   __m128i right;
 };
-inline RowBytes NoBytes() {
-  return {_mm_setzero_si128(), _mm_setzero_si128()};
+inline RowBytes Loaded(const Byte* from) {
+  const auto* const halves = reinterpret_cast<const __m128i*>(from);
+  return {_mm_loadu_si128(halves), _mm_loadu_si128(halves + 1)};
 }
 inline RowBytes AllBytes(Byte value) {
   const __m128i all = _mm_set1_epi8(static_cast<char>(value));
@@ -104,8 +105,11 @@ inline RowBytes AllBytes(Byte value) {
     byte = value;
   return all;
 }
-inline RowBytes NoBytes() {
-  return AllBytes(0);
+inline RowBytes Loaded(const Byte* from) {
+  RowBytes loaded;
+  for (std::int32_t i = 0; i < kBlockColumns; ++i)
+    loaded.bytes[i] = from[i];
+  return loaded;
 }
 inline void AddAt(const Byte* from, RowBytes& sums) {
   for (std::int32_t i = 0; i < kBlockColumns; ++i)
@@ -130,22 +134,49 @@ inline void Store(const RowBytes& sums, Byte* to) {
 
 #endif
 
-/// Sums of the positions of a block.
-struct BlockSums {
-  RowBytes upper;
-  RowBytes lower;
-};
-
-/// Adds the votes of points [begin, end).
-inline void AddVotes(const Byte* origin, std::ptrdiff_t stride, const std::int32_t* offsets,
-                     std::size_t begin, std::size_t end, BlockSums& sums) {
-  const Byte* const below = origin + stride;
-  for (std::size_t p = begin; p < end; p += kPointGroup) {
-    for (std::size_t i = 0; i < kPointGroup; ++i) {
-      AddAt(origin + offsets[p + i], sums.upper);
-      AddAt(below + offsets[p + i], sums.lower);
+/// Adds the votes of a group of points to the sums of blocks. Many blocks for few points: so the
+/// points' addresses stay in registers, and each is read from left to right.
+inline void AddGroup(const Byte* origin, std::ptrdiff_t stride, const std::int32_t* offsets,
+                     const BlockPlace* places, std::size_t num_blocks, Byte* sums) {
+  const Byte* const p0 = origin + offsets[0];
+  const Byte* const p1 = origin + offsets[1];
+  const Byte* const p2 = origin + offsets[2];
+  const Byte* const p3 = origin + offsets[3];
+  const Byte* const p4 = origin + offsets[4];
+  const Byte* const p5 = origin + offsets[5];
+  const Byte* const p6 = origin + offsets[6];
+  const Byte* const p7 = origin + offsets[7];
+  for (std::size_t i = 0; i < num_blocks; ++i) {
+    for (std::int32_t half = 0; half < kBlockRows; ++half) {
+      const std::ptrdiff_t x = places[i].offset + half * stride;
+      Byte* const to = sums + kBlockSums * i + static_cast<std::size_t>(half * kBlockColumns);
+      RowBytes sum = Loaded(to);
+      AddAt(p0 + x, sum);
+      AddAt(p1 + x, sum);
+      AddAt(p2 + x, sum);
+      AddAt(p3 + x, sum);
+      AddAt(p4 + x, sum);
+      AddAt(p5 + x, sum);
+      AddAt(p6 + x, sum);
+      AddAt(p7 + x, sum);
+      Store(sum, to);
     }
   }
+}
+
+/// Keeps the blocks in which some position reaches the limit, and moves them to the front; returns their number.
+inline std::size_t KeepAlive(const RowBytes& limit, std::size_t num_blocks, BlockPlace* places,
+                             Byte* sums) {
+  std::size_t num_alive = 0;
+  for (std::size_t i = 0; i < num_blocks; ++i) {
+    const RowBytes upper = Loaded(sums + kBlockSums * i);
+    const RowBytes lower = Loaded(sums + kBlockSums * i + kBlockColumns);
+    places[num_alive] = places[i];
+    Store(upper, sums + kBlockSums * num_alive);
+    Store(lower, sums + kBlockSums * num_alive + kBlockColumns);
+    num_alive += WhereNotLess(Larger(upper, lower), limit) != 0 ? 1 : 0;
+  }
+  return num_alive;
 }
 
 /// The place of the lowest bit that is set.
@@ -177,58 +208,62 @@ inline std::size_t WriteHits(RowBytes sums, std::uint32_t bits, std::int32_t x, 
   return num_hits;
 }
 
-/// A pair of rows of which the positions from column 0 and from row `first` on count.
-struct RowPair {
-  std::int32_t upper;
-  std::int32_t first;
-  std::int32_t end;
-};
-
-inline std::size_t ScanPair(const PositionRange& range, const RowPair& pair,
-                            const PoseOffsets& pose, const RowBytes* limits, CoarseHit* hits) {
-  const Byte* const row = range.origin + pair.upper * range.stride;
+/// Lists the blocks of a range; returns their number.
+inline std::size_t PlaceBlocks(const PositionRange& range, BlockPlace* places) {
   const std::int32_t last_x = range.width > kBlockColumns ? range.width - kBlockColumns : 0;
-  std::size_t num_hits = 0;
-  for (std::int32_t begin = 0; begin < range.width; begin += kBlockColumns) {
-    const std::int32_t x = begin < last_x ? begin : last_x;
-    BlockSums sums = {NoBytes(), NoBytes()};
-    bool is_alive = true;
-    for (std::size_t stage = 0; stage < kStages && is_alive; ++stage) {
-      AddVotes(row + x, range.stride, pose.offsets, stage == 0 ? 0 : pose.ends[stage - 1],
-               pose.ends[stage], sums);
-      is_alive = WhereNotLess(Larger(sums.upper, sums.lower), limits[stage]) != 0;
+  std::size_t num_blocks = 0;
+  for (std::int32_t y = range.first_row; y < range.end_row; y += kBlockRows) {
+    // A last single row is seen with the one above it.
+    const std::int32_t upper = y + 1 == range.end_row && y > 0 ? y - 1 : y;
+    for (std::int32_t begin = 0; begin < range.width; begin += kBlockColumns) {
+      const std::int32_t x = begin < last_x ? begin : last_x;
+      places[num_blocks].offset = static_cast<std::int32_t>(upper * range.stride) + x;
+      places[num_blocks].x = x;
+      places[num_blocks].y = upper;
+      ++num_blocks;
     }
-    if (!is_alive) continue;
-    // Columns of the block before have been seen; those beyond the width are none.
-    std::uint32_t counts = 0xffffffffU << (begin - x);
-    if (range.width < kBlockColumns) counts &= (1U << range.width) - 1U;
-    const RowBytes& asked = limits[kStages - 1];
-    if (pair.upper >= pair.first)
-      num_hits += WriteHits(sums.upper, WhereNotLess(sums.upper, asked) & counts, x, pair.upper,
-                            hits + num_hits);
-    if (pair.upper + 1 < pair.end)
-      num_hits += WriteHits(sums.lower, WhereNotLess(sums.lower, asked) & counts, x, pair.upper + 1,
-                            hits + num_hits);
+  }
+  return num_blocks;
+}
+
+/// The positions of a block that count: those that no block before has seen, within the range.
+inline std::size_t WriteHitsOf(const PositionRange& range, const BlockPlace& place,
+                               const Byte* sums, const RowBytes& limit, CoarseHit* hits) {
+  const std::int32_t seen = (kBlockColumns - place.x % kBlockColumns) % kBlockColumns;
+  std::uint32_t counts = 0xffffffffU << seen;
+  if (range.width < kBlockColumns) counts &= (1U << range.width) - 1U;
+  // The upper row of a block that ends with an odd number of rows belongs to the one before.
+  const bool has_seen_upper = (place.y - range.first_row) % kBlockRows != 0;
+  std::size_t num_hits = 0;
+  if (!has_seen_upper) {
+    const RowBytes upper = Loaded(sums);
+    num_hits += WriteHits(upper, WhereNotLess(upper, limit) & counts, place.x, place.y, hits);
+  }
+  if (place.y + 1 < range.end_row) {
+    const RowBytes lower = Loaded(sums + kBlockColumns);
+    num_hits += WriteHits(lower, WhereNotLess(lower, limit) & counts, place.x, place.y + 1,
+                          hits + num_hits);
   }
   return num_hits;
 }
 
 std::size_t Scan(const PositionRange& range, const PoseOffsets& pose, const Byte* limits,
-                 CoarseHit* hits, std::size_t room, std::int32_t* next_row) {
-  RowBytes asked[kStages];
-  for (std::size_t stage = 0; stage < kStages; ++stage)
-    asked[stage] = AllBytes(limits[stage]);
-  const auto most_of_pair =
-      static_cast<std::size_t>(kBlockRows) * static_cast<std::size_t>(range.width);
-  std::size_t num_hits = 0;
-  std::int32_t y = range.first_row;
-  for (; y < range.end_row && room - num_hits >= most_of_pair; y += kBlockRows) {
-    // A last single row is seen with the one above it.
-    const bool is_single = y + 1 == range.end_row && y > 0;
-    const RowPair pair = {is_single ? y - 1 : y, y, range.end_row};
-    num_hits += ScanPair(range, pair, pose, asked, hits + num_hits);
+                 const ScanScratch& scratch, CoarseHit* hits) {
+  std::size_t num_blocks = PlaceBlocks(range, scratch.places);
+  for (std::size_t i = 0; i < kBlockSums * num_blocks; i += kBlockColumns)
+    Store(AllBytes(0), scratch.sums + i);
+  std::size_t point = 0;
+  for (std::size_t stage = 0; stage < kStages; ++stage) {
+    for (; point < pose.ends[stage]; point += kPointGroup)
+      AddGroup(range.origin, range.stride, pose.offsets + point, scratch.places, num_blocks,
+               scratch.sums);
+    num_blocks = KeepAlive(AllBytes(limits[stage]), num_blocks, scratch.places, scratch.sums);
   }
-  *next_row = y < range.end_row ? y : range.end_row;
+  const RowBytes asked = AllBytes(limits[kStages - 1]);
+  std::size_t num_hits = 0;
+  for (std::size_t i = 0; i < num_blocks; ++i)
+    num_hits += WriteHitsOf(range, scratch.places[i], scratch.sums + kBlockSums * i, asked,
+                            hits + num_hits);
   return num_hits;
 }
 

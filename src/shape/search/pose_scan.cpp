@@ -51,9 +51,6 @@ CoarsePoints ToCoarsePoints(const EdgePoints& points) {
 void PoseScan::Start(const ResponseMaps& maps) {
   maps_ = &maps;
   kernels_ = &CoarseKernelsOf(ActiveSimdLevel());
-  // Room for the hits of some rows, so that the kernel is not called for each pair.
-  constexpr std::size_t kRows = 16;
-  hits_.resize(kRows * static_cast<std::size_t>(maps.Width()));
 }
 
 void PoseScan::Run(const CoarsePoints& points, double scale, double angle, float threshold,
@@ -68,13 +65,19 @@ void PoseScan::Run(const CoarsePoints& points, double scale, double angle, float
     limits[stage] = static_cast<std::uint8_t>(kShareAfterStage[stage] * threshold *
                                               static_cast<float>(kFullVote) * num_points);
   }
-  PositionRange range = {maps_->Origin(), maps_->Stride(), maps_->Width(), rows.begin, rows.end};
-  while (range.first_row < rows.end) {
-    const std::size_t num_hits =
-        kernels_->scan(range, table_, limits, hits_.data(), hits_.size(), &range.first_row);
-    for (std::size_t i = 0; i < num_hits; ++i)
-      TakeHit(hits_[i], hits);
+  const PositionRange range = {maps_->Origin(), maps_->Stride(), maps_->Width(), rows.begin,
+                               rows.end};
+  const auto num_blocks = static_cast<std::size_t>((range.width - 1) / kBlockColumns + 1) *
+                          static_cast<std::size_t>((rows.end - rows.begin - 1) / kBlockRows + 1);
+  if (hits_.size() < num_blocks * kBlockSums) {
+    block_sums_.resize(num_blocks * kBlockSums);
+    block_places_.resize(num_blocks);
+    hits_.resize(num_blocks * kBlockSums);
   }
+  const std::size_t num_hits = kernels_->scan(
+      range, table_, limits, {block_sums_.data(), block_places_.data()}, hits_.data());
+  for (std::size_t i = 0; i < num_hits; ++i)
+    TakeHit(hits_[i], hits);
 }
 
 void PoseScan::PlacePoints(const CoarsePoints& points, double scale, double angle) {

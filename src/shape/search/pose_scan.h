@@ -81,6 +81,8 @@ class PoseScan {
   float share_of_vote_ = 0.0F;  ///< of all that the points can get
   std::uint32_t pose_ = 0;
   std::vector<CoarseHit> hits_;
+  std::vector<std::uint8_t> block_sums_;
+  std::vector<BlockPlace> block_places_;
 };
 
 }  // namespace orvandel::shape

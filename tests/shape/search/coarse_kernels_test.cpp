@@ -88,18 +88,18 @@ TEST_P(CoarseKernelsTest, HitsAgreeWithTheReferenceFormToTheLastVote) {
       limits.push_back(static_cast<std::uint8_t>(asked.back()));
     }
 
-    // Room for a few rows only: the scan goes on where it had to end.
-    std::vector<CoarseHit> hits(static_cast<std::size_t>(width) * 5);
-    PositionRange range = {maps.votes.data() + maps.origin, maps.stride, width, first_row, height};
+    const auto num_blocks =
+        static_cast<std::size_t>((width + 31) / 32 * ((height - first_row + 1) / 2));
+    std::vector<std::uint8_t> sums(num_blocks * kBlockSums, 77);
+    std::vector<BlockPlace> places(num_blocks);
+    std::vector<CoarseHit> hits(num_blocks * kBlockSums);
+    const PositionRange range = {maps.votes.data() + maps.origin, maps.stride, width, first_row,
+                                 height};
+    hits.resize(
+        kernels_.scan(range, pose, limits.data(), {sums.data(), places.data()}, hits.data()));
     std::vector<reference::Position> found;
-    while (range.first_row < height) {
-      const int row_before = range.first_row;
-      const std::size_t num_hits =
-          kernels_.scan(range, pose, limits.data(), hits.data(), hits.size(), &range.first_row);
-      ASSERT_GT(range.first_row, row_before);
-      for (std::size_t i = 0; i < num_hits; ++i)
-        found.push_back({hits[i].x, hits[i].y, hits[i].votes});
-    }
+    for (const CoarseHit& hit : hits)
+      found.push_back({hit.x, hit.y, hit.votes});
     EXPECT_EQ(found, reference::Scan(maps, width, first_row, height,
                                      {offsets.begin(), offsets.end()}, ends, asked));
   }
