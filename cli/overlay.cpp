@@ -192,6 +192,7 @@ class TextPlate {
 
 void DrawLabels(Canvas& canvas, const std::vector<Figure>& figures) {
   std::vector<PixelBox> boxes;
+  boxes.reserve(figures.size());
   for (const Figure& figure : figures)
     boxes.push_back(figure.box);
   LabelPlaces places(canvas.width(), canvas.height(), boxes);
