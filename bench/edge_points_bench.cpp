@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "bench/image_view_of.h"
 #include "bench/opencv_canny.h"
 #include "bench/passes.h"
 #include "bench/stages.h"
@@ -19,11 +20,6 @@ namespace orvandel::bench {
 namespace {
 
 constexpr char kUnit[] = "ms/megapixel";
-
-ImageView8 ViewOf(const tImage& image) {
-  const std::ptrdiff_t stride = image.height > 1 ? image.row[1] - image.row[0] : image.width;
-  return {image.row[0], image.width, image.height, stride};
-}
 
 /// A detector with its buffers, as a host has them for its camera.
 class EdgePointsRun {

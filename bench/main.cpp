@@ -66,6 +66,7 @@ Workload Load(const Options& options) {
 void RunStages(const Workload& workload) {
   RegisterSubCanny(workload);
   RegisterEdgePoints(workload);
+  RegisterFindShapes(workload);
   RegisterImageToSegments(workload);
   RegisterTraining();
   RegisterSearch(workload);

@@ -11,6 +11,7 @@ namespace orvandel::bench {
 
 void RegisterSubCanny(const Workload& workload);
 void RegisterEdgePoints(const Workload& workload);
+void RegisterFindShapes(const Workload& workload);
 void RegisterImageToSegments(const Workload& workload);
 void RegisterTraining();
 void RegisterSearch(const Workload& workload);
