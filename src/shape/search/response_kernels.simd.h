@@ -63,7 +63,7 @@ inline void MarkBlock(const SquareRows& rows, const std::int32_t* packed, std::i
     const std::int32_t before = is_level ? centre_left[i] : steep_before;
     const std::int32_t after = is_level ? centre[i + 1] : steep_after;
     const std::int32_t square = centre[i];
-    is_peak[i] = (square > least_square) & (square >= before) & (square > after) ? 1 : 0;
+    is_peak[i] = ((square > least_square) & (square >= before) & (square > after)) ? 1 : 0;
   }
   for (std::int32_t i = 0; i < kMarkBlock; ++i)
     marks[i] = static_cast<std::uint8_t>(is_peak[i]);
