@@ -2,7 +2,7 @@
 // (platform/simd_dispatch.h).
 
 #if defined(__SSE2__)
-#include <emmintrin.h>
+#include <immintrin.h>
 #endif
 
 #include "shape/search/response_kernels.h"
