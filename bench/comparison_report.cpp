@@ -90,7 +90,8 @@ std::string TableOfSuites(const std::vector<PeerOutcomes>& peers,
     text += "| " + suite + " |";
     for (const PeerOutcomes& peer : peers) {
       const Totals totals = TotalsOf(peer, cases, suite);
-      text += " " + std::to_string(totals.num_right) + " of " + std::to_string(totals.num_present);
+      text += ' ';
+      text += std::to_string(totals.num_right) + " of " + std::to_string(totals.num_present);
       if (totals.num_wrong > 0) text += ", " + std::to_string(totals.num_wrong) + " wrong";
       text += " |";
     }

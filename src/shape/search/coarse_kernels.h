@@ -51,7 +51,7 @@ struct PositionRange {
 };
 
 /// Bytes of the sums of a block.
-inline constexpr std::size_t kBlockSums = kBlockRows * kBlockColumns;
+inline constexpr std::size_t kBlockSums = std::size_t{kBlockRows} * kBlockColumns;
 
 /// Where a block begins.
 struct BlockPlace {

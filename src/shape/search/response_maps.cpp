@@ -76,7 +76,9 @@ class CellRows {
     cells_.assign(kRows * row_size_, 0);
   }
 
-  std::uint8_t* At(std::int32_t x, std::int32_t y) { return Row(y) + (x + 1) * kDirectionBins; }
+  std::uint8_t* At(std::int32_t x, std::int32_t y) {
+    return Row(y) + std::ptrdiff_t{x + 1} * kDirectionBins;
+  }
 
   /// Makes room for row `y` in the place of the third last one.
   void Clear(std::int32_t y) { std::fill_n(Row(y), row_size_, std::uint8_t{0}); }
