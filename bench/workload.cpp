@@ -6,10 +6,12 @@
 #include <map>
 #include <stdexcept>
 
+#include "bench/working_copy.h"
 #include "evaluation/cluttered_scenes.h"
 #include "evaluation/image_file.h"
 #include "evaluation/manifest.h"
 #include "evaluation/paths.h"
+#include "orvandel/classic/qrsis.h"
 
 namespace orvandel::bench {
 namespace {
@@ -40,6 +42,14 @@ std::vector<std::filesystem::path> FilesBelow(const std::string& folder, const A
   std::sort(files.begin(), files.end());
   if (files.empty()) throw std::runtime_error("nothing to measure on in " + folder);
   return files;
+}
+
+/// Whether the segment engine learns a pattern from an image: round ones it refuses.
+bool HasSegments(const tImage& image) {
+  QRSIS search;
+  search.Initialize();
+  WorkingCopy copy;
+  return search.TrainIt(copy.Restored(image)) == 0;
 }
 
 }  // namespace
@@ -81,6 +91,7 @@ std::vector<NamedImage> ReadImages(const std::string& folder) {
 
 std::vector<SearchCase> ReadSearches(const std::string& folder) {
   std::map<std::string, SharedImage> read;
+  std::map<const NamedImage*, bool> is_learnt;
   const auto input = [&](const std::string& path) {
     SharedImage& shared = read[path];
     if (!shared) shared = Share(path, evaluation::ReadImage(path).image);
@@ -90,8 +101,13 @@ std::vector<SearchCase> ReadSearches(const std::string& folder) {
   for (const auto& file :
        FilesBelow(folder, [](const auto& p) { return p.filename() == "manifest.csv"; })) {
     const evaluation::Suite suite = evaluation::ReadSuite(evaluation::Utf8FromPath(file));
-    for (const evaluation::TestCase& test : suite.cases)
-      cases.push_back({suite.name + "/" + test.name, input(test.pattern), input(test.scene)});
+    for (const evaluation::TestCase& test : suite.cases) {
+      const SharedImage pattern = input(test.pattern);
+      const auto [known, is_new] = is_learnt.try_emplace(pattern.get());
+      if (is_new) known->second = HasSegments(*pattern->image);
+      if (known->second)
+        cases.push_back({suite.name + "/" + test.name, pattern, input(test.scene)});
+    }
   }
   std::stable_sort(cases.begin(), cases.end(), [](const SearchCase& a, const SearchCase& b) {
     return a.pattern->name < b.pattern->name;

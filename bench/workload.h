@@ -36,7 +36,7 @@ std::vector<SearchCase> RenderedSearches();
 /// All PNG images of a folder and the folders in it, by path. Throws std::runtime_error.
 std::vector<NamedImage> ReadImages(const std::string& folder);
 
-/// The cases of all suites of a folder. Throws std::runtime_error.
+/// The cases of all suites of a folder whose patterns the segment engine learns. Throws std::runtime_error.
 std::vector<SearchCase> ReadSearches(const std::string& folder);
 
 }  // namespace orvandel::bench
