@@ -1,6 +1,6 @@
 // The row kernels, as loops that compilers turn into vector code; compiled once a level (platform/simd_dispatch.h).
 
-#include <math.h>  // NOLINT(modernize-deprecated-headers): <cmath> has inline functions
+#include <math.h>  // <cmath> has inline functions
 
 #include "edges/row_kernels.h"
 

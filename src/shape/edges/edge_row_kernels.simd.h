@@ -1,6 +1,6 @@
 // The edge row kernels, compiled once a level (platform/simd_dispatch.h).
 
-#include <math.h>  // NOLINT(modernize-deprecated-headers): <cmath> has inline functions
+#include <math.h>  // <cmath> has inline functions
 
 #if defined(__SSE2__)
 #include <immintrin.h>
